@@ -1,0 +1,45 @@
+#pragma once
+
+/// @file
+/// The one door to Win32 names. On Windows it opens onto the system's own headers; elsewhere onto the platform layer,
+/// whose headers under platform/ are the written contract of what may be called. Nothing else includes either of them.
+
+#if defined(_WIN32)
+
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#ifndef WIN32_LEAN_AND_MEAN
+#define WIN32_LEAN_AND_MEAN
+#endif
+#ifndef WINVER
+#define WINVER 0x0602
+#endif
+#ifndef _WIN32_WINNT
+#define _WIN32_WINNT 0x0602
+#endif
+#include <windows.h>
+// The order below matters: these headers build on windows.h.
+#include <mbstring.h>
+#include <objidl.h>
+#include <shlwapi.h>
+#include <unknwn.h>
+#include <wchar.h>
+#include <wctype.h>
+
+#else
+
+#include <kelcore/platform/base.h>
+#include <kelcore/platform/codepages.h>
+#include <kelcore/platform/com.h>
+#include <kelcore/platform/crt.h>
+#include <kelcore/platform/directories.h>
+#include <kelcore/platform/errors.h>
+#include <kelcore/platform/files.h>
+#include <kelcore/platform/handles.h>
+#include <kelcore/platform/mappings.h>
+#include <kelcore/platform/messages.h>
+#include <kelcore/platform/paths.h>
+#include <kelcore/platform/system.h>
+
+#endif

@@ -1,0 +1,1 @@
+# code pages, messages, formatting, character functions
