@@ -40,6 +40,7 @@
 #include <kelcore/platform/mappings.h>
 #include <kelcore/platform/messages.h>
 #include <kelcore/platform/paths.h>
+#include <kelcore/platform/stdio.h>
 #include <kelcore/platform/system.h>
 
 #endif

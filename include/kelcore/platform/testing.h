@@ -1,0 +1,34 @@
+#pragma once
+
+/// @file
+/// Hooks of the platform layer for tests: failing calls, counting handles, reporting another system version. They exist
+/// off Windows only and are not part of the door; a program that is not a test has no use for them.
+
+#include <kelcore/platform/base.h>
+
+namespace kel::platform {
+
+/// What the armed call does instead of its work.
+enum class Fault {
+    Fail,  ///< fails with the given error code
+    Short, ///< ReadFile and WriteFile transfer half of the bytes (rounded down) and succeed; other calls run unharmed
+};
+
+/// Arms a fault: of the hooked calls that the process makes from now on, number @p nth (counted from 1) meets it.
+/// Arming again starts the count anew. One fault is armed at a time.
+/// @param error the last error of a failing call.
+KELPLATFORM_API void ArmFault(int nth, DWORD error, Fault kind = Fault::Fail);
+
+/// Ends an armed fault. @return whether it was met.
+KELPLATFORM_API bool DisarmFault();
+
+/// The name of the call that met the last armed fault, "" if none did.
+KELPLATFORM_API const char* FaultedCall();
+
+/// Handles of every kind that are open now: files, mappings, searches.
+KELPLATFORM_API std::size_t OpenHandles();
+
+/// What GetVersionExA reports from now on; all zero brings the layer's own answer back.
+KELPLATFORM_API void ReportVersion(DWORD platformId, DWORD major, DWORD minor);
+
+} // namespace kel::platform
