@@ -1,0 +1,179 @@
+#pragma once
+
+/// @file
+/// The two abstract byte streams, the operators that turn values into bytes and back, and the exception of all streams.
+
+#include <kelcore/export.h>
+#include <kelcore/platform.h>
+#include <kelcore/widestring.h>
+
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <stdexcept>
+
+static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "stored values are little-endian and copied as they lie");
+static_assert(sizeof(float) == 4 && sizeof(double) == 8 && std::numeric_limits<double>::is_iec559,
+              "stored floating-point values are IEEE 754");
+
+/// Common base of all streams and the scope of their exception.
+class KELCORE_API StreamBase {
+public:
+    /// What a stream throws, by value. It derives from no other exception class.
+    ///
+    /// | code | meaning                                              |
+    /// |------|------------------------------------------------------|
+    /// | 0    | the imaging toolkit failed                           |
+    /// | 1    | an operating-system call failed                      |
+    /// | 2    | the object stream is malformed                       |
+    /// | 3    | a checksummed block is damaged                       |
+    /// | 4    | the source holds fewer bytes than were asked for     |
+    /// | 5    | a stored object is newer than its class can read     |
+    struct KELCORE_API Exception {
+        Exception(__int32 failure, const WideString& text);
+
+        __int32 code;
+        WideString message; ///< in English; the system's own text, line break included, for code 1
+    };
+};
+
+/// A sink of bytes.
+///
+/// The operators write a value as its bytes, little-endian, without tag, alignment or separator; floating-point values
+/// are IEEE 754. `long` is stored in 4 bytes on every host, so a `std::int64_t` that is a `long` must be passed as
+/// `__int64`. A text is its payload's length in bytes (4 bytes, unsigned), then the payload, written by a call of its
+/// own even when it is empty. Pointers other than `char const*` are refused at compile time.
+///
+/// A derived stream accepts a count of 0 and leaves the caller's bytes unchanged. Streams are destroyed as their own
+/// type.
+class KELCORE_API OutputStream : public StreamBase {
+public:
+    OutputStream() = default;
+    OutputStream(const OutputStream&) = default;
+    OutputStream& operator=(const OutputStream&) = default;
+
+    /// Delivers the @p count bytes at @p data to the sink.
+    virtual void Write(const char* data, int count) = 0;
+    /// Pushes bytes that this stream holds back towards the sink. The base has none.
+    virtual void Flush();
+
+    /// Writes 1 byte: 0 for false, 1 for true.
+    OutputStream& operator<<(bool value) { return Put<unsigned char>(value ? 1 : 0); }
+    OutputStream& operator<<(char value) { return Put(value); }
+    OutputStream& operator<<(unsigned char value) { return Put(value); }
+    OutputStream& operator<<(short value) { return Put<std::int16_t>(value); }
+    OutputStream& operator<<(unsigned short value) { return Put<std::uint16_t>(value); }
+    OutputStream& operator<<(int value) { return Put<std::int32_t>(value); }
+    /// Writes 4 bytes, the low 32 bits where `long` is wider.
+    OutputStream& operator<<(long value) { return Put(static_cast<std::int32_t>(value)); }
+    OutputStream& operator<<(unsigned int value) { return Put<std::uint32_t>(value); }
+    /// Writes 4 bytes, the low 32 bits where `unsigned long` is wider.
+    OutputStream& operator<<(unsigned long value) { return Put(static_cast<std::uint32_t>(value)); }
+    OutputStream& operator<<(float value) { return Put(value); }
+    OutputStream& operator<<(double value) { return Put(value); }
+    OutputStream& operator<<(const __int64& value) { return Put<std::int64_t>(value); }
+    /// Writes the text up to its terminating zero. @throws std::length_error beyond 2 GiB, before any byte is written.
+    OutputStream& operator<<(const char* text) { return PutText(text, std::strlen(text)); }
+    /// Writes all bytes, zero bytes included. @throws std::length_error beyond 2 GiB, before any byte is written.
+    OutputStream& operator<<(const NarrowString& text) { return PutText(text.data(), text.size()); }
+    /// Writes all units; the length field counts bytes. @throws std::length_error beyond 2 GiB of bytes, before any
+    /// byte is written.
+    OutputStream& operator<<(const WideString& text) {
+        return PutText(reinterpret_cast<const char*>(text.data()), sizeof(unsigned short) * text.size());
+    }
+    /// Any other pointer would silently be written as a bool.
+    template <class Pointed>
+    OutputStream& operator<<(const Pointed*) = delete;
+
+protected:
+    ~OutputStream() = default;
+
+private:
+    template <class Stored>
+    OutputStream& Put(Stored value) {
+        Write(reinterpret_cast<const char*>(&value), static_cast<int>(sizeof value));
+        return *this;
+    }
+
+    OutputStream& PutText(const char* data, std::size_t count) {
+        if (count > static_cast<std::size_t>(std::numeric_limits<int>::max()))
+            throw std::length_error("text too long for a stream");
+        Put(static_cast<std::uint32_t>(count));
+        Write(data, static_cast<int>(count));
+        return *this;
+    }
+};
+
+/// A source of bytes, which delivers exactly what is asked for or throws.
+///
+/// The operators take back what those of OutputStream wrote, in the same order and with the same types. They read into
+/// the operand itself: after an exception it holds what the source had delivered. A bool and a text are assigned only
+/// when all their bytes have arrived.
+class KELCORE_API InputStream : public StreamBase {
+public:
+    InputStream() = default;
+    InputStream(const InputStream&) = default;
+    InputStream& operator=(const InputStream&) = default;
+
+    /// Fills exactly @p count bytes at @p data.
+    /// @throws Exception if the source cannot, code 4 when it ends before.
+    virtual void Read(char* data, int count) = 0;
+
+    /// Reads 1 byte; any but 0 is true.
+    InputStream& operator>>(bool& value) {
+        unsigned char stored = 0;
+        Get(stored);
+        value = stored != 0;
+        return *this;
+    }
+    InputStream& operator>>(char& value) { return Get(value); }
+    InputStream& operator>>(unsigned char& value) { return Get(value); }
+    InputStream& operator>>(short& value) { return Get(value); }
+    InputStream& operator>>(unsigned short& value) { return Get(value); }
+    InputStream& operator>>(int& value) { return Get(value); }
+    /// Reads 4 bytes and extends the sign where `long` is wider.
+    InputStream& operator>>(long& value) { return GetAs<std::int32_t>(value); }
+    InputStream& operator>>(unsigned int& value) { return Get(value); }
+    /// Reads 4 bytes.
+    InputStream& operator>>(unsigned long& value) { return GetAs<std::uint32_t>(value); }
+    InputStream& operator>>(float& value) { return Get(value); }
+    InputStream& operator>>(double& value) { return Get(value); }
+    InputStream& operator>>(__int64& value) { return Get(value); }
+    /// Reads a length and that many bytes, which replace @p text. Two calls of Read; a payload beyond 64 KiB is read in
+    /// pieces of that size, so that memory grows only with bytes that arrived.
+    InputStream& operator>>(NarrowString& text) {
+        std::uint32_t count = 0;
+        Get(count);
+        if (count > kShortText)
+            return ReadLongText(text, count);
+        char bytes[kShortText];
+        Read(bytes, static_cast<int>(count));
+        text.assign(bytes, count);
+        return *this;
+    }
+    /// Reads a length in bytes and that many bytes, in pieces as above. @p text becomes their units up to the first
+    /// zero unit; an odd last byte is dropped.
+    InputStream& operator>>(WideString& text);
+
+protected:
+    ~InputStream() = default;
+
+private:
+    static constexpr std::uint32_t kShortText = 128;
+
+    template <class Stored>
+    InputStream& Get(Stored& value) {
+        Read(reinterpret_cast<char*>(&value), static_cast<int>(sizeof value));
+        return *this;
+    }
+
+    template <class Stored, class Value>
+    InputStream& GetAs(Value& value) {
+        Stored stored = 0;
+        Get(stored);
+        value = static_cast<Value>(stored);
+        return *this;
+    }
+
+    InputStream& ReadLongText(NarrowString& text, std::uint32_t count);
+};

@@ -1,0 +1,129 @@
+#pragma once
+
+/// @file
+/// The end points of a stream stack: memory and files. None of them buffers.
+
+#include <kelcore/stream/core.h>
+
+/// A sink that grows in memory.
+class KELCORE_API MemoryOutputStream : public OutputStream {
+public:
+    MemoryOutputStream() = default;
+
+    /// Appends the bytes; a count below 1 does nothing.
+    /// @throws std::length_error, std::bad_alloc; the content is then unchanged.
+    [[gnu::flatten]] void Write(const char* data, int count) override {
+        if (count > 0)
+            m_content.append(data, static_cast<std::size_t>(count));
+    }
+
+    /// @return a copy of all bytes written so far.
+    NarrowString GetContent() const;
+
+private:
+    NarrowString m_content;
+};
+
+/// A cursor over a block of memory, which must stay valid and unchanged while it is read. A copy reads on from the same
+/// place, independently.
+class KELCORE_API MemoryInputStream : public InputStream {
+public:
+    /// Reads the @p size bytes at @p data. A size below 0 makes every read throw.
+    MemoryInputStream(const char* data, int size) : m_cursor(data), m_remaining(size) {}
+    /// Reads the bytes of @p block, which is not copied. @throws std::length_error beyond 2 GiB.
+    explicit MemoryInputStream(const NarrowString& block);
+
+    /// Copies the next @p count bytes to @p data; a count below 0 does nothing.
+    /// @throws Exception code 4, "Memory block too short", if fewer are left; @p data is then untouched and the cursor
+    /// stays.
+    void Read(char* data, int count) override {
+        if (count > m_remaining)
+            ThrowTooShort();
+        if (count <= 0)
+            return;
+        Copy(data, m_cursor, static_cast<std::size_t>(count));
+        m_cursor += count;
+        m_remaining -= count;
+    }
+
+private:
+    [[noreturn]] static void ThrowTooShort();
+
+    // A short text costs less as two overlapping moves than as a call of memcpy.
+    static void Copy(char* to, const char* from, std::size_t count) {
+        if (__builtin_constant_p(count) || count > 16)
+            std::memcpy(to, from, count);
+        else if (count >= 8)
+            CopyEnds<std::uint64_t>(to, from, count);
+        else if (count >= 4)
+            CopyEnds<std::uint32_t>(to, from, count);
+        else
+            CopyFew(to, from, count);
+    }
+
+    // Copies sizeof(Word) to 2 * sizeof(Word) bytes.
+    template <class Word>
+    static void CopyEnds(char* to, const char* from, std::size_t count) {
+        Word first;
+        Word last;
+        std::memcpy(&first, from, sizeof first);
+        std::memcpy(&last, from + count - sizeof last, sizeof last);
+        std::memcpy(to, &first, sizeof first);
+        std::memcpy(to + count - sizeof last, &last, sizeof last);
+    }
+
+    // Copies 1 to 3 bytes.
+    static void CopyFew(char* to, const char* from, std::size_t count) {
+        to[0] = from[0];
+        to[count / 2] = from[count / 2];
+        to[count - 1] = from[count - 1];
+    }
+
+    const char* m_cursor;
+    __int32 m_remaining;
+};
+
+/// A sink over a new file, opened for this stream alone. Every write is one call of the system.
+///
+/// Copies share the file; the last of them closes it. Closing leaves the thread's last error as it was.
+class KELCORE_API FileOutputStream : public OutputStream {
+public:
+    /// Creates the file, or empties an existing one (`CreateFileA`, exclusive writing, CREATE_ALWAYS).
+    /// @throws Exception code 1 with the system's text.
+    explicit FileOutputStream(const WideString& path);
+    FileOutputStream(const FileOutputStream& other);
+    FileOutputStream& operator=(const FileOutputStream& other);
+    ~FileOutputStream();
+
+    /// Writes the bytes with one `WriteFile`; a count below 1 does nothing.
+    /// @throws Exception code 1 with the system's text; the stream stays usable.
+    void Write(const char* data, int count) override;
+    /// Has the system put the file's bytes on the disk (`FlushFileBuffers`).
+    /// @throws Exception code 1 with the system's text; the stream stays usable.
+    void Flush() override;
+
+private:
+    HANDLE m_handle;
+};
+
+/// A source over an existing file, opened for this stream alone. Every read is one call of the system.
+///
+/// Copies share the file and its position; the last of them closes it. Closing leaves the thread's last error as it
+/// was.
+class KELCORE_API FileInputStream : public InputStream {
+public:
+    /// Opens the file (`CreateFileA`, exclusive reading, OPEN_EXISTING).
+    /// @throws Exception code 1 with the system's text.
+    explicit FileInputStream(const WideString& path);
+    FileInputStream(const FileInputStream& other);
+    FileInputStream& operator=(const FileInputStream& other);
+    ~FileInputStream();
+
+    /// Reads the bytes with one `ReadFile`; a count below 1 does nothing.
+    /// @throws Exception code 1 with the system's text; code 4, "Read beyond end of file", when fewer bytes came, which
+    /// are then at @p data and behind the file's position.
+    void Read(char* data, int count) override;
+
+private:
+    HANDLE m_handle;
+};
