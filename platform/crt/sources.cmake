@@ -1,1 +1,8 @@
 # code pages, messages, formatting, character functions
+target_sources(kelplatform PRIVATE
+  ${CMAKE_CURRENT_LIST_DIR}/Characters.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/CodePages.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/TableBuilder.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/TablePages.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/Utf8.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/Utf8Scalar.cpp)
