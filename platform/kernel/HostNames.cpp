@@ -1,0 +1,98 @@
+#include "platform/kernel/HostNames.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+namespace kel::platform {
+namespace {
+
+using Byte = unsigned char;
+
+bool IsContinuation(char c) {
+    return (static_cast<Byte>(c) & 0xC0) == 0x80;
+}
+
+bool IsUnspeakable(Byte byte) {
+    return byte < 0x20 || std::strchr("\\:*?\"<>|", byte) != nullptr;
+}
+
+// Only what the mapping produces is mapped back; U+F02E must not turn into a dot and climb out of a folder.
+bool IsMapped(Byte byte) {
+    return byte >= 0x80 || (byte != 0 && IsUnspeakable(byte));
+}
+
+void AppendMapped(std::string& text, Byte byte) {
+    text += '\xEF';
+    text += static_cast<char>(0x80 | byte >> 6);
+    text += static_cast<char>(0x80 | (byte & 0x3F));
+}
+
+// Whether the three bytes at the front of the text are U+F000 plus a mapped byte, which is then given back.
+bool ReadMapped(std::string_view text, Byte& byte) {
+    if (text.size() < 3 || text[0] != '\xEF' || (static_cast<Byte>(text[1]) & 0xFC) != 0x80 || !IsContinuation(text[2]))
+        return false;
+    byte = static_cast<Byte>(static_cast<Byte>(text[1]) << 6 | (static_cast<Byte>(text[2]) & 0x3F));
+    return IsMapped(byte);
+}
+
+// The length of the well-formed UTF-8 sequence at the front of the text, 0 if there is none (Unicode, table 3-7).
+std::size_t WellFormed(std::string_view text) {
+    const Byte lead = static_cast<Byte>(text[0]);
+    const std::size_t length = lead < 0x80   ? 1
+                               : lead < 0xC2 ? 0
+                               : lead < 0xE0 ? 2
+                               : lead < 0xF0 ? 3
+                               : lead < 0xF5 ? 4
+                                             : 0;
+    if (length > text.size() ||
+        !std::all_of(text.begin() + 1, text.begin() + std::max<std::size_t>(length, 1), IsContinuation))
+        return 0;
+    const Byte second = length > 2 ? static_cast<Byte>(text[1]) : 0;
+    const bool outOfRange = (lead == 0xE0 && second < 0xA0) || (lead == 0xED && second > 0x9F) ||
+                            (lead == 0xF0 && second < 0x90) || (lead == 0xF4 && second > 0x8F);
+    return outOfRange ? 0 : length;
+}
+
+bool IsPlain(char c) {
+    return static_cast<Byte>(c) < 0x80 && !IsUnspeakable(static_cast<Byte>(c));
+}
+
+} // namespace
+
+std::string HostNameToWin32(std::string_view name) {
+    const auto odd = std::find_if_not(name.begin(), name.end(), IsPlain);
+    std::string result(name.begin(), odd);
+    name.remove_prefix(result.size());
+    while (!name.empty()) {
+        std::size_t length = WellFormed(name);
+        Byte mapped;
+        if (length == 0 || IsUnspeakable(static_cast<Byte>(name[0])) || ReadMapped(name, mapped)) {
+            AppendMapped(result, static_cast<Byte>(name[0]));
+            length = 1;
+        } else {
+            result += name.substr(0, length);
+        }
+        name.remove_prefix(length);
+    }
+    return result;
+}
+
+std::string Win32NameToHost(std::string_view name) {
+    std::string result;
+    for (std::size_t at = 0; at < name.size();) {
+        const std::size_t next = std::min(name.find('\xEF', at), name.size());
+        result += name.substr(at, next - at);
+        at = next;
+        Byte mapped;
+        if (ReadMapped(name.substr(at), mapped)) {
+            result += static_cast<char>(mapped);
+            at += 3;
+        } else if (at < name.size()) {
+            result += name[at++];
+        }
+    }
+    return result;
+}
+
+} // namespace kel::platform

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kel::platform {
+
+/// Converts a narrow path from the ANSI code page to UTF-8, the encoding of the layer's own path work and of the host.
+/// Under UTF-8 the bytes pass as they are, well-formed or not.
+std::string Utf8FromAnsi(std::string_view text);
+
+/// The inverse of Utf8FromAnsi. Characters that the code page lacks become its default character.
+std::string AnsiFromUtf8(std::string_view text);
+
+/// A name in the form in which names are compared without regard to case: UTF-16, each unit in upper case by Unicode's
+/// simple mapping, whatever the process's locale is.
+std::u16string FoldName(std::string_view utf8);
+
+/// Whether case can make a difference to @p utf8.
+bool HasLetters(std::string_view utf8);
+
+} // namespace kel::platform
