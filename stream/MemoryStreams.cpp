@@ -16,6 +16,10 @@ NarrowString MemoryOutputStream::GetContent() const {
     return m_content;
 }
 
+void MemoryOutputStream::Grow(const char* data, std::size_t count) {
+    m_content.append(data, count);
+}
+
 MemoryInputStream::MemoryInputStream(const NarrowString& block) : MemoryInputStream(block.data(), CheckedSize(block)) {}
 
 void MemoryInputStream::ThrowTooShort() {

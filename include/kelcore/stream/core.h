@@ -16,6 +16,31 @@ static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "stored values are litt
 static_assert(sizeof(float) == 4 && sizeof(double) == 8 && std::numeric_limits<double>::is_iec559,
               "stored floating-point values are IEEE 754");
 
+namespace kel {
+
+/// Copies sizeof(Word) to 2 * sizeof(Word) bytes as two moves, which may overlap.
+template <class Word>
+inline void CopyEnds(char* to, const char* from, std::size_t count) {
+    Word first;
+    Word last;
+    std::memcpy(&first, from, sizeof first);
+    std::memcpy(&last, from + count - sizeof last, sizeof last);
+    std::memcpy(to, &first, sizeof first);
+    std::memcpy(to + count - sizeof last, &last, sizeof last);
+}
+
+/// memcpy without the call for the short runs that typed values are made of.
+inline void CopyBytes(char* to, const char* from, std::size_t count) {
+    if (__builtin_constant_p(count) || count > 16 || count < 4)
+        std::memcpy(to, from, count);
+    else if (count >= 8)
+        CopyEnds<std::uint64_t>(to, from, count);
+    else
+        CopyEnds<std::uint32_t>(to, from, count);
+}
+
+} // namespace kel
+
 /// Common base of all streams and the scope of their exception.
 class KELCORE_API StreamBase {
 public:
@@ -148,7 +173,9 @@ public:
             return ReadLongText(text, count);
         char bytes[kShortText];
         Read(bytes, static_cast<int>(count));
-        text.assign(bytes, count);
+        if (text.size() != count)
+            text.resize(count);
+        kel::CopyBytes(text.data(), bytes, count);
         return *this;
     }
     /// Reads a length in bytes and that many bytes, in pieces as above. @p text becomes their units up to the first

@@ -12,7 +12,7 @@ public:
 
     /// Appends the bytes; a count below 1 does nothing.
     /// @throws std::length_error, std::bad_alloc; the content is then unchanged.
-    [[gnu::flatten]] void Write(const char* data, int count) override {
+    void Write(const char* data, int count) override {
         if (count > 0)
             m_content.append(data, static_cast<std::size_t>(count));
     }
@@ -21,6 +21,8 @@ public:
     NarrowString GetContent() const;
 
 private:
+    void Grow(const char* data, std::size_t count);
+
     NarrowString m_content;
 };
 
@@ -41,43 +43,13 @@ public:
             ThrowTooShort();
         if (count <= 0)
             return;
-        Copy(data, m_cursor, static_cast<std::size_t>(count));
+        kel::CopyBytes(data, m_cursor, static_cast<std::size_t>(count));
         m_cursor += count;
         m_remaining -= count;
     }
 
 private:
     [[noreturn]] static void ThrowTooShort();
-
-    // A short text costs less as two overlapping moves than as a call of memcpy.
-    static void Copy(char* to, const char* from, std::size_t count) {
-        if (__builtin_constant_p(count) || count > 16)
-            std::memcpy(to, from, count);
-        else if (count >= 8)
-            CopyEnds<std::uint64_t>(to, from, count);
-        else if (count >= 4)
-            CopyEnds<std::uint32_t>(to, from, count);
-        else
-            CopyFew(to, from, count);
-    }
-
-    // Copies sizeof(Word) to 2 * sizeof(Word) bytes.
-    template <class Word>
-    static void CopyEnds(char* to, const char* from, std::size_t count) {
-        Word first;
-        Word last;
-        std::memcpy(&first, from, sizeof first);
-        std::memcpy(&last, from + count - sizeof last, sizeof last);
-        std::memcpy(to, &first, sizeof first);
-        std::memcpy(to + count - sizeof last, &last, sizeof last);
-    }
-
-    // Copies 1 to 3 bytes.
-    static void CopyFew(char* to, const char* from, std::size_t count) {
-        to[0] = from[0];
-        to[count / 2] = from[count / 2];
-        to[count - 1] = from[count - 1];
-    }
 
     const char* m_cursor;
     __int32 m_remaining;
