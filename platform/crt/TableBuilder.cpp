@@ -1,3 +1,4 @@
+#include "platform/crt/PageFacts.h"
 #include "platform/crt/TablePages.h"
 
 #include <algorithm>
@@ -13,7 +14,7 @@ namespace {
 /// A conversion of the host that starts anew for each character.
 class Converter {
 public:
-    enum class Result { Done, Incomplete, Refused };
+    enum class Result { Done, Incomplete, Refused, Silent };
 
     Converter(const std::string& to, const std::string& from) : m_state(iconv_open(to.c_str(), from.c_str())) {}
     ~Converter() {
@@ -36,7 +37,7 @@ public:
         if (iconv(m_state, &from, &size, &to, &room) != 0)
             return errno == EINVAL ? Result::Incomplete : Result::Refused;
         iconv(m_state, nullptr, nullptr, &to, &room);
-        return room < sizeof out ? Result::Done : Result::Refused;
+        return room < sizeof out ? Result::Done : Result::Silent;
     }
 
 private:
@@ -54,24 +55,24 @@ std::string HostName(unsigned number) {
     default:
         break;
     }
-    const bool iso = number >= 28591 && number <= 28606;
-    return iso ? "ISO-8859-" + std::to_string(number - 28590) : "CP" + std::to_string(number);
+    if (number >= 28591 && number <= 28606)
+        return "ISO-8859-" + std::to_string(number - 28590);
+    const std::string digits = std::to_string(number);
+    return "CP" + std::string(digits.size() < 3 ? 3 - digits.size() : 0, '0') + digits;
 }
 
 /// Fills the tables of one page from the host's two converters.
 class Builder {
 public:
     explicit Builder(unsigned number)
-        : m_page(new TablePage()), m_toUnits("UTF-16LE", HostName(number)), m_toBytes(HostName(number), "UTF-16LE") {
+        : m_page(new TablePage()), m_facts(FactsOf(number)), m_toUnits("UTF-16LE", HostName(number)),
+          m_toBytes(HostName(number), "UTF-16LE") {
         m_page->number = number;
     }
 
     /// @return the page, or null if the host has none that fits into tables.
     std::unique_ptr<TablePage> operator()() {
-        if (!m_toUnits || !m_toBytes)
-            return nullptr;
-        ReadUnits();
-        if (m_known < 128)
+        if (!m_toUnits || !m_toBytes || !ReadUnits())
             return nullptr;
         FillGaps();
         ReadCodes();
@@ -80,29 +81,44 @@ public:
     }
 
 private:
-    void ReadUnits() {
+    /// @return false for what is not a single- or double-byte page: one with shift states has bytes that say nothing,
+    /// one of wider units has hardly any that stand alone.
+    bool ReadUnits() {
+        int known = 0;
         for (unsigned first = 0; first < 256; ++first) {
-            m_page->single[first] = TablePage::kNone;
             const unsigned char byte[] = {static_cast<unsigned char>(first)};
             unsigned char unit[2];
             const auto result = m_toUnits(byte, 1, unit);
-            if (result == Converter::Result::Done)
-                m_page->single[first] = static_cast<WCHAR>(unit[0] | unit[1] << 8);
-            if (result == Converter::Result::Done || (result == Converter::Result::Incomplete && ReadRow(byte[0])))
-                ++m_known;
+            if (result == Converter::Result::Silent)
+                return false;
+            m_page->single[first] =
+                CorrectedUnit(m_page->number, first, result == Converter::Result::Done ? Unit(unit) : TablePage::kNone);
+            if (m_page->single[first] != TablePage::kNone || ReadRow(byte[0]))
+                ++known;
         }
+        return known >= 128;
+    }
+
+    static WCHAR Unit(const unsigned char (&bytes)[2]) { return static_cast<WCHAR>(bytes[0] | bytes[1] << 8); }
+
+    [[nodiscard]] bool ListedLead(unsigned char byte) const {
+        for (int i = 0; i < 6; i += 2) {
+            if (m_facts.leads[i] != 0 && byte >= m_facts.leads[i] && byte <= m_facts.leads[i + 1])
+                return true;
+        }
+        return false;
     }
 
     bool ReadRow(unsigned char first) {
         std::unique_ptr<WCHAR[]> row(new WCHAR[256]);
         std::fill_n(row.get(), 256, TablePage::kNone);
-        bool any = false;
+        bool any = ListedLead(first);
         for (unsigned second = 1; second < 256; ++second) {
             const unsigned char bytes[] = {first, static_cast<unsigned char>(second)};
             unsigned char unit[2];
             if (m_toUnits(bytes, 2, unit) != Converter::Result::Done)
                 continue;
-            row[second] = static_cast<WCHAR>(unit[0] | unit[1] << 8);
+            row[second] = Unit(unit);
             any = true;
         }
         if (any)
@@ -110,8 +126,10 @@ private:
         return any;
     }
 
-    /// Windows gives bytes 0x80 to 0x9F that a page leaves open the control of the same number, and ASCII seven bits.
+    /// Windows gives the bytes that a page leaves open a meaning too: ASCII looks at seven bits, elsewhere 0x80 to 0x9F
+    /// are the controls of the same number, and the others may be private units, which no strict conversion takes.
     void FillGaps() {
+        m_page->firstGap = m_page->endOfGaps = m_facts.firstGap;
         for (unsigned byte = 0x80; byte < 256; ++byte) {
             if (m_page->single[byte] != TablePage::kNone || m_page->rows[byte] != nullptr)
                 continue;
@@ -119,6 +137,8 @@ private:
                 m_page->single[byte] = static_cast<WCHAR>(byte & 0x7F);
             else if (byte < 0xA0)
                 m_page->single[byte] = static_cast<WCHAR>(byte);
+            else if (m_facts.firstGap != 0)
+                m_page->single[byte] = m_page->endOfGaps++;
         }
     }
 
@@ -133,7 +153,7 @@ private:
 
     /// Where several byte sequences mean one unit, the host knows which of them is written.
     void AddCode(WCHAR unit, Code code) {
-        if (unit == TablePage::kNone)
+        if (unit == TablePage::kNone || unit == 0)
             return;
         Code& entry = m_page->codes[unit];
         entry = entry == 0 ? code : Preferred(unit, entry);
@@ -156,13 +176,13 @@ private:
         while (m_page->identityFrom > 0x80 && single[m_page->identityFrom - 1] == m_page->identityFrom - 1)
             --m_page->identityFrom;
         m_page->defaultCode = m_page->codes['?'];
-        m_page->defaultUnit = m_page->number == 932 ? 0x30FB : '?';
+        m_page->defaultUnit = m_facts.defaultUnit;
     }
 
     std::unique_ptr<TablePage> m_page;
+    PageFacts m_facts;
     Converter m_toUnits;
     Converter m_toBytes;
-    int m_known = 0;
 };
 
 /// Pages built so far. Readers walk the list without a lock; entries are only ever added at the front.

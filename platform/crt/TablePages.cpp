@@ -28,6 +28,10 @@ Meaning NextOf(const TablePage& page, const char* from, std::size_t left) {
     return {row[static_cast<unsigned char>(from[1])], 2};
 }
 
+bool HasMeaning(const TablePage& page, WCHAR unit) {
+    return unit != TablePage::kNone && (unit < page.firstGap || unit >= page.endOfGaps);
+}
+
 } // namespace
 
 Stop EncodeTable(const TablePage& page, EncodeJob& job, DefaultChar& missing) {
@@ -50,11 +54,10 @@ Stop EncodeTable(const TablePage& page, EncodeJob& job, DefaultChar& missing) {
 Stop DecodeTable(const TablePage& page, DecodeJob& job) {
     while (job.from != job.fromEnd) {
         Meaning next = NextOf(page, job.from, job.Left());
-        if (next.unit == TablePage::kNone) {
-            if (job.strict)
-                return Stop::Malformed;
+        if (job.strict && !HasMeaning(page, next.unit))
+            return Stop::Malformed;
+        if (next.unit == TablePage::kNone)
             next.unit = page.defaultUnit;
-        }
         if (job.Room() == 0)
             return Stop::Full;
         job.from += next.length;

@@ -16,10 +16,12 @@ struct TablePage {
     static constexpr WCHAR kNone = 0xFFFF; ///< stands where bytes have no meaning; no page means this unit
 
     unsigned number;
-    bool ascii;                         ///< bytes below 0x80 are ASCII
-    unsigned identityFrom;              ///< bytes from here on mean the unit of the same value; 256 if none does
-    Code defaultCode;                   ///< for units without a counterpart
-    WCHAR defaultUnit;                  ///< for bytes without a meaning
+    bool ascii;            ///< bytes below 0x80 are ASCII
+    unsigned identityFrom; ///< bytes from here on mean the unit of the same value; 256 if none does
+    Code defaultCode;      ///< for units without a counterpart
+    WCHAR defaultUnit;     ///< for bytes without a meaning
+    WCHAR firstGap;        ///< units from here to endOfGaps are mere stand-ins, which no strict conversion takes
+    WCHAR endOfGaps;
     WCHAR single[256];                  ///< the unit of each byte that stands alone
     std::unique_ptr<WCHAR[]> rows[256]; ///< for each lead byte, the unit of each second byte; null for all others
     Code codes[65536];                  ///< the bytes of each unit; 0 for those without a counterpart, and for unit 0

@@ -2,6 +2,7 @@
 target_sources(kelplatform PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/Characters.cpp
   ${CMAKE_CURRENT_LIST_DIR}/CodePages.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PageFacts.cpp
   ${CMAKE_CURRENT_LIST_DIR}/TableBuilder.cpp
   ${CMAKE_CURRENT_LIST_DIR}/TablePages.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Utf8.cpp
