@@ -1,0 +1,107 @@
+# Wine for both widths, without a display and without touching the user's own Wine folders.
+#
+# 64 bits: Debian's wine64. 32 bits: Debian's wine32 is an i386 package, which many amd64 machines cannot install beside
+# their own libraries. Its files are unpacked into a folder of their own instead (apt chooses, fetches and verifies them
+# from the machine's configured sources) and run from there: the host lends the C library (libc6-i386).
+# shellcheck shell=bash
+
+WINE32=$CACHE/wine32-bookworm
+
+# Configuration that makes apt see an empty i386 machine under $1, with this machine's sources, keys and proxies.
+wine_apt_options() {
+  cat <<EOF
+APT::Architecture "i386";
+APT::Architectures { "i386"; };
+APT::Install-Recommends "false";
+Dir::State "$1/state";
+Dir::State::status "$1/status";
+Dir::Cache "$1/cache";
+APT::Sandbox::User "root";
+#clear APT::Update::Post-Invoke;
+#clear APT::Update::Post-Invoke-Success;
+EOF
+}
+
+# A failed update of one source is no failure as long as the packages are found.
+wine_fetch() {
+  mkdir -p "$1/state/lists/partial" "$1/cache/archives/partial"
+  : >"$1/status"
+  wine_apt_options "$1" >"$1/apt.conf"
+  APT_CONFIG=$1/apt.conf apt-get -qq update || true
+  APT_CONFIG=$1/apt.conf apt-get -qq -y --download-only install wine32
+}
+
+# The folder's C library is left out: the loader and the library must be of one build, the host's.
+wine_unpack() {
+  local package
+  for package in "$1"/cache/archives/*.deb; do
+    case ${package##*/} in
+      libc6_*) ;;
+      *) dpkg-deb -x "$package" "$2" ;;
+    esac
+  done
+  rm -rf "$2/usr/share/doc" "$2/usr/share/locale" "$2/usr/share/iso-codes" "$2/usr/share/xml"
+  # Packages of an installed Wine are joined by their triggers; unpacked ones need the one library they share.
+  cp "$2/usr/i686-w64-mingw32/lib/zlib1.dll" "$2/usr/lib/i386-linux-gnu/wine/i386-windows/"
+}
+
+wine_make_folder() {
+  local work
+  mkdir -p "$CACHE"
+  work=$(mktemp -d "$CACHE/wine32.XXXXXX")
+  if (wine_fetch "$work" || { sleep 5 && wine_fetch "$work"; }) && wine_unpack "$work" "$work/root"; then
+    mv -T "$work/root" "$WINE32"
+    rm -rf "$work"
+  else
+    rm -rf "$work"
+    return 1
+  fi
+}
+
+# wine_environment i686|x86_64 : sets WINE (the loader) and the environment it runs in.
+# The locale decides how Wine spells file names on the host; no debugger starts when a program crashes.
+wine_environment() {
+  case $1 in
+    i686)
+      WINE=$WINE32/usr/lib/wine/wine
+      export WINEARCH=win32 WINESERVER=$WINE32/usr/lib/wine/wineserver32
+      export LD_LIBRARY_PATH=$WINE32/usr/lib/i386-linux-gnu:$WINE32/lib/i386-linux-gnu
+      ;;
+    x86_64)
+      WINE=/usr/lib/wine/wine64
+      export WINEARCH=win64 WINESERVER=/usr/lib/wine/wineserver64
+      ;;
+    *) die "no such width: $1 (i686, x86_64)" ;;
+  esac
+  export WINELOADER=$WINE WINEPREFIX=$CACHE/prefix-$1 WINEDEBUG=-all LC_ALL=C.UTF-8
+  export WINEDLLOVERRIDES="winedbg.exe,winemenubuilder.exe,mscoree,mshtml="
+  unset DISPLAY
+}
+
+# The server stays for a minute after its last program, so that a run of many programs starts it once.
+wine_make_prefix() {
+  mkdir -p "$WINEPREFIX"
+  "$WINE" wineboot --init
+  "$WINESERVER" -w
+  touch "$WINEPREFIX/.ready"
+}
+
+# wine_prepare i686|x86_64 : makes what is missing; one process at a time.
+wine_prepare() {
+  mkdir -p "$CACHE"
+  wine_environment "$1"
+  [ -e "$WINEPREFIX/.ready" ] && [ -x "$WINE" ] && return
+  (
+    flock 9
+    if [ "$1" = i686 ] && [ ! -x "$WINE" ]; then
+      quietly "making the 32-bit Wine folder" wine_make_folder_detached
+    fi
+    [ -e "$WINEPREFIX/.ready" ] || quietly "making the Wine prefix" wine_make_prefix
+  ) 9>"$CACHE/wine.lock"
+}
+
+# Without the 32-bit library path, which is for Wine's own programs only.
+wine_make_folder_detached() (
+  unset LD_LIBRARY_PATH
+  wine_make_folder
+)
