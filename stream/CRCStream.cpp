@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+CRCOutputStream::CRCOutputStream(OutputStream& inner) : m_inner(inner), m_count(0) {}
+
 CRCOutputStream::~CRCOutputStream() {
     try {
         EmitPending();
@@ -60,6 +62,8 @@ const char* CRCOutputStream::EmitWholeBlocks(const char* data, int& count) {
     }
     return data;
 }
+
+CRCInputStream::CRCInputStream(InputStream& inner) : m_inner(inner), m_position(kBlockSize) {}
 
 void CRCInputStream::Read(char* data, int count) {
     while (count > 0) {

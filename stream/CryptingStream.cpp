@@ -13,6 +13,10 @@ void Complement(const char* from, char* to, int count) {
 
 } // namespace
 
+CryptingOutputStream::CryptingOutputStream(OutputStream& inner) : m_inner(&inner) {}
+CryptingOutputStream::CryptingOutputStream(const CryptingOutputStream& other) = default;
+CryptingOutputStream& CryptingOutputStream::operator=(const CryptingOutputStream& other) = default;
+
 void CryptingOutputStream::Write(const char* data, int count) {
     if (count <= 0)
         return;
@@ -26,6 +30,10 @@ void CryptingOutputStream::Write(const char* data, int count) {
     Complement(data, scratch.get(), count);
     m_inner->Write(scratch.get(), count);
 }
+
+CryptingInputStream::CryptingInputStream(InputStream& inner) : m_inner(&inner) {}
+CryptingInputStream::CryptingInputStream(const CryptingInputStream& other) = default;
+CryptingInputStream& CryptingInputStream::operator=(const CryptingInputStream& other) = default;
 
 void CryptingInputStream::Read(char* data, int count) {
     if (count <= 0)

@@ -12,15 +12,18 @@ int CheckedSize(const NarrowString& block) {
 
 } // namespace
 
+MemoryOutputStream::MemoryOutputStream(const MemoryOutputStream& other) = default;
+MemoryOutputStream& MemoryOutputStream::operator=(const MemoryOutputStream& other) = default;
+MemoryOutputStream::~MemoryOutputStream() = default;
+
 NarrowString MemoryOutputStream::GetContent() const {
     return m_content;
 }
 
-void MemoryOutputStream::Grow(const char* data, std::size_t count) {
-    m_content.append(data, count);
-}
-
 MemoryInputStream::MemoryInputStream(const NarrowString& block) : MemoryInputStream(block.data(), CheckedSize(block)) {}
+
+MemoryInputStream::MemoryInputStream(const MemoryInputStream& other) = default;
+MemoryInputStream& MemoryInputStream::operator=(const MemoryInputStream& other) = default;
 
 void MemoryInputStream::ThrowTooShort() {
     kel::ThrowFailure(kel::kEndOfData, "Memory block too short");

@@ -25,6 +25,10 @@ void ReadPieces(InputStream& source, Text& text, std::size_t count) {
 
 StreamBase::Exception::Exception(__int32 failure, const WideString& text) : code(failure), message(text) {}
 
+StreamBase::Exception::Exception(const Exception& other) = default;
+StreamBase::Exception& StreamBase::Exception::operator=(const Exception& other) = default;
+StreamBase::Exception::~Exception() = default;
+
 void kel::ThrowFailure(FailureCode code, const char* message) {
     throw StreamBase::Exception(code, WideString(message, message + std::strlen(message)));
 }

@@ -56,6 +56,9 @@ public:
     /// | 5    | a stored object is newer than its class can read     |
     struct KELCORE_API Exception {
         Exception(__int32 failure, const WideString& text);
+        Exception(const Exception& other);
+        Exception& operator=(const Exception& other);
+        ~Exception();
 
         __int32 code;
         WideString message; ///< in English; the system's own text, line break included, for code 1
@@ -73,9 +76,9 @@ public:
 /// type.
 class KELCORE_API OutputStream : public StreamBase {
 public:
-    OutputStream() = default;
-    OutputStream(const OutputStream&) = default;
-    OutputStream& operator=(const OutputStream&) = default;
+    KELCORE_INLINE OutputStream() {}
+    KELCORE_INLINE OutputStream(const OutputStream&) : StreamBase() {}
+    KELCORE_INLINE OutputStream& operator=(const OutputStream&) { return *this; }
 
     /// Delivers the @p count bytes at @p data to the sink.
     virtual void Write(const char* data, int count) = 0;
@@ -83,27 +86,27 @@ public:
     virtual void Flush();
 
     /// Writes 1 byte: 0 for false, 1 for true.
-    OutputStream& operator<<(bool value) { return Put<unsigned char>(value ? 1 : 0); }
-    OutputStream& operator<<(char value) { return Put(value); }
-    OutputStream& operator<<(unsigned char value) { return Put(value); }
-    OutputStream& operator<<(short value) { return Put<std::int16_t>(value); }
-    OutputStream& operator<<(unsigned short value) { return Put<std::uint16_t>(value); }
-    OutputStream& operator<<(int value) { return Put<std::int32_t>(value); }
+    KELCORE_INLINE OutputStream& operator<<(bool value) { return Put<unsigned char>(value ? 1 : 0); }
+    KELCORE_INLINE OutputStream& operator<<(char value) { return Put(value); }
+    KELCORE_INLINE OutputStream& operator<<(unsigned char value) { return Put(value); }
+    KELCORE_INLINE OutputStream& operator<<(short value) { return Put<std::int16_t>(value); }
+    KELCORE_INLINE OutputStream& operator<<(unsigned short value) { return Put<std::uint16_t>(value); }
+    KELCORE_INLINE OutputStream& operator<<(int value) { return Put<std::int32_t>(value); }
     /// Writes 4 bytes, the low 32 bits where `long` is wider.
-    OutputStream& operator<<(long value) { return Put(static_cast<std::int32_t>(value)); }
-    OutputStream& operator<<(unsigned int value) { return Put<std::uint32_t>(value); }
+    KELCORE_INLINE OutputStream& operator<<(long value) { return Put(static_cast<std::int32_t>(value)); }
+    KELCORE_INLINE OutputStream& operator<<(unsigned int value) { return Put<std::uint32_t>(value); }
     /// Writes 4 bytes, the low 32 bits where `unsigned long` is wider.
-    OutputStream& operator<<(unsigned long value) { return Put(static_cast<std::uint32_t>(value)); }
-    OutputStream& operator<<(float value) { return Put(value); }
-    OutputStream& operator<<(double value) { return Put(value); }
-    OutputStream& operator<<(const __int64& value) { return Put<std::int64_t>(value); }
+    KELCORE_INLINE OutputStream& operator<<(unsigned long value) { return Put(static_cast<std::uint32_t>(value)); }
+    KELCORE_INLINE OutputStream& operator<<(float value) { return Put(value); }
+    KELCORE_INLINE OutputStream& operator<<(double value) { return Put(value); }
+    KELCORE_INLINE OutputStream& operator<<(const __int64& value) { return Put<std::int64_t>(value); }
     /// Writes the text up to its terminating zero. @throws std::length_error beyond 2 GiB, before any byte is written.
-    OutputStream& operator<<(const char* text) { return PutText(text, std::strlen(text)); }
+    KELCORE_INLINE OutputStream& operator<<(const char* text) { return PutText(text, std::strlen(text)); }
     /// Writes all bytes, zero bytes included. @throws std::length_error beyond 2 GiB, before any byte is written.
-    OutputStream& operator<<(const NarrowString& text) { return PutText(text.data(), text.size()); }
+    KELCORE_INLINE OutputStream& operator<<(const NarrowString& text) { return PutText(text.data(), text.size()); }
     /// Writes all units; the length field counts bytes. @throws std::length_error beyond 2 GiB of bytes, before any
     /// byte is written.
-    OutputStream& operator<<(const WideString& text) {
+    KELCORE_INLINE OutputStream& operator<<(const WideString& text) {
         return PutText(reinterpret_cast<const char*>(text.data()), sizeof(unsigned short) * text.size());
     }
     /// Any other pointer would silently be written as a bool.
@@ -136,37 +139,37 @@ private:
 /// when all their bytes have arrived.
 class KELCORE_API InputStream : public StreamBase {
 public:
-    InputStream() = default;
-    InputStream(const InputStream&) = default;
-    InputStream& operator=(const InputStream&) = default;
+    KELCORE_INLINE InputStream() {}
+    KELCORE_INLINE InputStream(const InputStream&) : StreamBase() {}
+    KELCORE_INLINE InputStream& operator=(const InputStream&) { return *this; }
 
     /// Fills exactly @p count bytes at @p data.
     /// @throws Exception if the source cannot, code 4 when it ends before.
     virtual void Read(char* data, int count) = 0;
 
     /// Reads 1 byte; any but 0 is true.
-    InputStream& operator>>(bool& value) {
+    KELCORE_INLINE InputStream& operator>>(bool& value) {
         unsigned char stored = 0;
         Get(stored);
         value = stored != 0;
         return *this;
     }
-    InputStream& operator>>(char& value) { return Get(value); }
-    InputStream& operator>>(unsigned char& value) { return Get(value); }
-    InputStream& operator>>(short& value) { return Get(value); }
-    InputStream& operator>>(unsigned short& value) { return Get(value); }
-    InputStream& operator>>(int& value) { return Get(value); }
+    KELCORE_INLINE InputStream& operator>>(char& value) { return Get(value); }
+    KELCORE_INLINE InputStream& operator>>(unsigned char& value) { return Get(value); }
+    KELCORE_INLINE InputStream& operator>>(short& value) { return Get(value); }
+    KELCORE_INLINE InputStream& operator>>(unsigned short& value) { return Get(value); }
+    KELCORE_INLINE InputStream& operator>>(int& value) { return Get(value); }
     /// Reads 4 bytes and extends the sign where `long` is wider.
-    InputStream& operator>>(long& value) { return GetAs<std::int32_t>(value); }
-    InputStream& operator>>(unsigned int& value) { return Get(value); }
+    KELCORE_INLINE InputStream& operator>>(long& value) { return GetAs<std::int32_t>(value); }
+    KELCORE_INLINE InputStream& operator>>(unsigned int& value) { return Get(value); }
     /// Reads 4 bytes.
-    InputStream& operator>>(unsigned long& value) { return GetAs<std::uint32_t>(value); }
-    InputStream& operator>>(float& value) { return Get(value); }
-    InputStream& operator>>(double& value) { return Get(value); }
-    InputStream& operator>>(__int64& value) { return Get(value); }
+    KELCORE_INLINE InputStream& operator>>(unsigned long& value) { return GetAs<std::uint32_t>(value); }
+    KELCORE_INLINE InputStream& operator>>(float& value) { return Get(value); }
+    KELCORE_INLINE InputStream& operator>>(double& value) { return Get(value); }
+    KELCORE_INLINE InputStream& operator>>(__int64& value) { return Get(value); }
     /// Reads a length and that many bytes, which replace @p text. Two calls of Read; a payload beyond 64 KiB is read in
     /// pieces of that size, so that memory grows only with bytes that arrived.
-    InputStream& operator>>(NarrowString& text) {
+    KELCORE_INLINE InputStream& operator>>(NarrowString& text) {
         std::uint32_t count = 0;
         Get(count);
         if (count > kShortText)

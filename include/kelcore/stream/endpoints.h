@@ -8,11 +8,14 @@
 /// A sink that grows in memory.
 class KELCORE_API MemoryOutputStream : public OutputStream {
 public:
-    MemoryOutputStream() = default;
+    KELCORE_INLINE MemoryOutputStream() {}
+    MemoryOutputStream(const MemoryOutputStream& other);
+    MemoryOutputStream& operator=(const MemoryOutputStream& other);
+    ~MemoryOutputStream();
 
     /// Appends the bytes; a count below 1 does nothing.
     /// @throws std::length_error, std::bad_alloc; the content is then unchanged.
-    void Write(const char* data, int count) override {
+    KELCORE_INLINE void Write(const char* data, int count) override {
         if (count > 0)
             m_content.append(data, static_cast<std::size_t>(count));
     }
@@ -31,14 +34,16 @@ private:
 class KELCORE_API MemoryInputStream : public InputStream {
 public:
     /// Reads the @p size bytes at @p data. A size below 0 makes every read throw.
-    MemoryInputStream(const char* data, int size) : m_cursor(data), m_remaining(size) {}
+    KELCORE_INLINE MemoryInputStream(const char* data, int size) : m_cursor(data), m_remaining(size) {}
     /// Reads the bytes of @p block, which is not copied. @throws std::length_error beyond 2 GiB.
     explicit MemoryInputStream(const NarrowString& block);
+    MemoryInputStream(const MemoryInputStream& other);
+    MemoryInputStream& operator=(const MemoryInputStream& other);
 
     /// Copies the next @p count bytes to @p data; a count below 0 does nothing.
     /// @throws Exception code 4, "Memory block too short", if fewer are left; @p data is then untouched and the cursor
     /// stays.
-    void Read(char* data, int count) override {
+    KELCORE_INLINE void Read(char* data, int count) override {
         if (count > m_remaining)
             ThrowTooShort();
         if (count <= 0)

@@ -13,7 +13,7 @@
 /// stream goes away: the destructor writes the last block too, but has to swallow a failure to do so.
 class KELCORE_API CRCOutputStream : public OutputStream {
 public:
-    explicit CRCOutputStream(OutputStream& inner) : m_inner(inner), m_count(0) {}
+    explicit CRCOutputStream(OutputStream& inner);
     CRCOutputStream(const CRCOutputStream&) = delete;
     CRCOutputStream& operator=(const CRCOutputStream&) = delete;
     /// Emits the pending block and swallows a failure. Does not flush the inner stream.
@@ -43,7 +43,7 @@ private:
 /// are taken at any place.
 class KELCORE_API CRCInputStream : public InputStream {
 public:
-    explicit CRCInputStream(InputStream& inner) : m_inner(inner), m_position(kBlockSize) {}
+    explicit CRCInputStream(InputStream& inner);
     CRCInputStream(const CRCInputStream&) = delete;
     CRCInputStream& operator=(const CRCInputStream&) = delete;
 
@@ -66,7 +66,9 @@ private:
 /// does not protect. Copies write to the same inner stream. Flush does not reach the inner stream.
 class KELCORE_API CryptingOutputStream : public OutputStream {
 public:
-    explicit CryptingOutputStream(OutputStream& inner) : m_inner(&inner) {}
+    explicit CryptingOutputStream(OutputStream& inner);
+    CryptingOutputStream(const CryptingOutputStream& other);
+    CryptingOutputStream& operator=(const CryptingOutputStream& other);
 
     /// Passes the complements on in one write of the inner stream, or none when @p count is below 1. The caller's bytes
     /// are never touched.
@@ -80,7 +82,9 @@ private:
 /// Reads back what CryptingOutputStream stored. Copies read from the same inner stream.
 class KELCORE_API CryptingInputStream : public InputStream {
 public:
-    explicit CryptingInputStream(InputStream& inner) : m_inner(&inner) {}
+    explicit CryptingInputStream(InputStream& inner);
+    CryptingInputStream(const CryptingInputStream& other);
+    CryptingInputStream& operator=(const CryptingInputStream& other);
 
     /// Fills @p data with one read of the inner stream, or none when @p count is below 1, and complements it.
     /// @throws what the inner stream throws; @p data then holds what that stream left there.

@@ -47,7 +47,7 @@ public:
     /// Lets go of the copies kept for value-sharing. Does not flush.
     ~SerializingOutputStream();
 
-    void Write(const char* data, int count) override { m_inner.Write(data, count); }
+    KELCORE_INLINE void Write(const char* data, int count) override { m_inner.Write(data, count); }
     void Flush() override;
 
     /// Stores an object by value, or, where its class shares equal objects, a back-reference to an equal one. Pointers
@@ -88,7 +88,7 @@ public:
     /// Lets go of the copies kept for value-sharing; objects handed out are their holders'.
     ~SerializingInputStream();
 
-    void Read(char* data, int count) override { m_inner.Read(data, count); }
+    KELCORE_INLINE void Read(char* data, int count) override { m_inner.Read(data, count); }
 
     /// Reads the next object into an existing one.
     /// @throws Exception code 2 if the stream does not hold an object of that class here, code 5 if it is newer than
