@@ -78,7 +78,6 @@ wine_environment() {
   unset DISPLAY
 }
 
-# The server stays for a minute after its last program, so that a run of many programs starts it once.
 wine_make_prefix() {
   mkdir -p "$WINEPREFIX"
   "$WINE" wineboot --init
@@ -105,3 +104,11 @@ wine_make_folder_detached() (
   unset LD_LIBRARY_PATH
   wine_make_folder
 )
+
+# wine_start : brings up the server and the background programs of the prefix, detached, so that none of them holds a
+# pipe of ours open. The server stays for a minute after its last program: a run of many programs starts it once.
+wine_start() {
+  "$WINESERVER" -k0 2>/dev/null && return
+  "$WINESERVER" -p60 >/dev/null 2>&1 </dev/null
+  "$WINE" wineboot >/dev/null 2>&1 </dev/null
+}
