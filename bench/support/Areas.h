@@ -1,0 +1,16 @@
+#pragma once
+
+/// @file
+/// The areas; each enters its jobs.
+
+namespace kel::bench {
+
+void AddCrcJobs();
+void AddStreamJobs();
+void AddGraphJobs();
+void AddTextJobs();
+void AddFormatJobs();
+void AddPathJobs();
+void AddDirJobs();
+
+} // namespace kel::bench
