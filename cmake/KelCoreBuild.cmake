@@ -20,6 +20,10 @@ target_compile_options(kelcore_settings INTERFACE -Wall -Wextra -Wpedantic)
 if(KELCORE_WERROR)
   target_compile_options(kelcore_settings INTERFACE -Werror)
 endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  # GCC 12 sees overlapping copies in its own std::string where there are none.
+  target_compile_options(kelcore_settings INTERFACE -Wno-restrict)
+endif()
 if(WIN32)
   # Windows headers name their own extensions; __int64 is one of them.
   target_compile_options(kelcore_settings INTERFACE -Wno-long-long -Wno-pedantic)
