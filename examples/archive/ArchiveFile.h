@@ -1,0 +1,78 @@
+#pragma once
+
+#include <kelcore/stream.h>
+
+#include <memory>
+
+/// The file below an archive: its stream stack for writing and for reading.
+namespace kelarchive {
+
+/// Writes an archive beside its place and puts it there when it is whole. Bytes go through CRC blocks, then, when the
+/// archive is scrambled, through the scrambling layer, into the file.
+class ArchiveOutput {
+public:
+    /// @throws Failure if the file cannot be made.
+    ArchiveOutput(const WideString& path, bool scramble);
+    /// Removes what was written unless Commit took place.
+    ~ArchiveOutput();
+    ArchiveOutput(const ArchiveOutput&) = delete;
+    ArchiveOutput& operator=(const ArchiveOutput&) = delete;
+
+    OutputStream& Stream() { return *m_blocks; }
+    /// Brings all bytes to the disk and puts the archive into its place, over an older one.
+    /// @throws Failure; nothing is left behind then, an older archive stays.
+    void Commit();
+
+private:
+    void Close();
+
+    WideString m_path;
+    WideString m_partPath;
+    std::unique_ptr<FileOutputStream> m_file;
+    std::unique_ptr<CryptingOutputStream> m_scrambler;
+    std::unique_ptr<CRCOutputStream> m_blocks;
+};
+
+/// Counts the bytes and blocks that the CRC layer above takes: three reads a block.
+class BlockCounter : public InputStream {
+public:
+    explicit BlockCounter(InputStream& inner) : m_inner(inner) {}
+
+    void Read(char* data, int count) override;
+
+    /// The number, from 1 on, and the file offset of the block taken last.
+    unsigned long long Block() const { return m_block; }
+    unsigned long long BlockOffset() const { return m_blockOffset; }
+    /// All bytes taken so far.
+    unsigned long long Offset() const { return m_offset; }
+
+private:
+    InputStream& m_inner;
+    int m_part = 0;
+    unsigned long long m_block = 0;
+    unsigned long long m_blockOffset = 0;
+    unsigned long long m_offset = 0;
+};
+
+/// Reads an archive; tells by its first bytes whether it is scrambled.
+class ArchiveInput {
+public:
+    /// @throws Failure if the file cannot be read or is too short for an archive.
+    explicit ArchiveInput(const WideString& path);
+
+    InputStream& Stream() { return *m_blocks; }
+    /// @throws Failure if bytes follow the ones read so far.
+    void ExpectEnd() const;
+    /// The line that tells where reading failed with @p error.
+    std::string Describe(const StreamBase::Exception& error) const;
+
+private:
+    WideString m_path;
+    unsigned long long m_size;
+    std::unique_ptr<FileInputStream> m_file;
+    std::unique_ptr<CryptingInputStream> m_scrambler;
+    std::unique_ptr<BlockCounter> m_counter;
+    std::unique_ptr<CRCInputStream> m_blocks;
+};
+
+} // namespace kelarchive
