@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 
 namespace kel::platform {
@@ -58,9 +59,28 @@ bool IsPlain(char c) {
     return static_cast<Byte>(c) < 0x80 && !IsUnspeakable(static_cast<Byte>(c));
 }
 
-} // namespace
+// What a Win32 directory entry holds, in bytes.
+constexpr std::size_t kLongestName = 259;
 
-std::string HostNameToWin32(std::string_view name) {
+std::uint64_t HashOf(std::string_view name) {
+    std::uint64_t hash = 0xCBF29CE484222325u; // FNV-1a
+    for (const char c : name)
+        hash = (hash ^ static_cast<Byte>(c)) * 0x100000001B3u;
+    return hash;
+}
+
+// The beginning of a name that is too long, U+F000, and a number that tells it from others that begin alike.
+std::string Alias(std::string_view mapped, std::string_view name) {
+    char number[20];
+    const int digits =
+        std::snprintf(number, sizeof number, "\xEF\x80\x80%016llx", static_cast<unsigned long long>(HashOf(name)));
+    std::size_t kept = kLongestName - static_cast<std::size_t>(digits);
+    while (IsContinuation(mapped[kept]))
+        --kept;
+    return std::string(mapped.substr(0, kept)) + number;
+}
+
+std::string Map(std::string_view name) {
     const auto odd = std::find_if_not(name.begin(), name.end(), IsPlain);
     std::string result(name.begin(), odd);
     name.remove_prefix(result.size());
@@ -76,6 +96,13 @@ std::string HostNameToWin32(std::string_view name) {
         name.remove_prefix(length);
     }
     return result;
+}
+
+} // namespace
+
+std::string HostNameToWin32(std::string_view name) {
+    std::string mapped = Map(name);
+    return mapped.size() <= kLongestName ? mapped : Alias(mapped, name);
 }
 
 std::string Win32NameToHost(std::string_view name) {

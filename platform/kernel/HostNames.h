@@ -10,10 +10,12 @@ namespace kel::platform {
 /// A host name is any bytes but '/' and NUL. Bytes that a Win32 name cannot hold (control characters, \ : * ? " < > |,
 /// and whatever is no well-formed UTF-8) become U+F000 plus the byte, in the private use area. Where a host name really
 /// holds such a character of the private use area, its three bytes are mapped one by one, so that no two host names
-/// look alike and each comes back exactly.
+/// look alike and each comes back exactly. A name that would be longer than the 259 bytes of a directory entry is cut,
+/// and ends in U+F000 and a number made from the whole of it; such an alias is found by comparing it with the names
+/// that are there.
 std::string HostNameToWin32(std::string_view name);
 
-/// The inverse of HostNameToWin32 for one name (no separators).
+/// The inverse of HostNameToWin32 for one name (no separators); an alias comes back as it is.
 std::string Win32NameToHost(std::string_view name);
 
 } // namespace kel::platform

@@ -14,23 +14,9 @@
 namespace kel::platform {
 namespace {
 
-bool IsSeparator(char c) {
-    return c == '\\' || c == '/';
-}
-
 bool EqualsIgnoringCase(std::string_view text, std::string_view lower) {
     return std::equal(text.begin(), text.end(), lower.begin(), lower.end(),
                       [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a | 0x20 : a) == b; });
-}
-
-bool IsNullDevice(std::string_view path) {
-    return EqualsIgnoringCase(path, "nul") || EqualsIgnoringCase(path, "nul:");
-}
-
-// Whether the path begins with "\\?\" or "\\.\", which promise that a plain path or a device follows.
-bool HasVerbatimPrefix(std::string_view path) {
-    return path.size() >= 4 && IsSeparator(path[0]) && IsSeparator(path[1]) && (path[2] == '?' || path[2] == '.') &&
-           IsSeparator(path[3]);
 }
 
 // Takes off what stands before the components and says whether they start from the root.
@@ -204,6 +190,15 @@ DWORD CheckTrailingSeparator(std::string& host, const struct stat& existing) {
 }
 
 } // namespace
+
+bool IsNullDevice(std::string_view path) {
+    return EqualsIgnoringCase(path, "nul") || EqualsIgnoringCase(path, "nul:");
+}
+
+bool HasVerbatimPrefix(std::string_view path) {
+    return path.size() >= 4 && IsSeparator(path[0]) && IsSeparator(path[1]) && (path[2] == '?' || path[2] == '.') &&
+           IsSeparator(path[3]);
+}
 
 std::string_view DropTrailing(std::string_view name, bool last) {
     if (last) {

@@ -29,6 +29,17 @@ DWORD ResolveHostPath(std::string_view utf8, std::string& host, struct stat& exi
 /// Translates the text alone, without asking the host whether anything is there. @return as ResolveHostPath.
 DWORD TranslateHostPath(std::string_view utf8, std::string& host);
 
+/// Whether @p c separates the components of a Win32 path.
+inline bool IsSeparator(char c) {
+    return c == '\\' || c == '/';
+}
+
+/// Whether @p path, as a whole and in any case, names the null device: "NUL" or "NUL:".
+bool IsNullDevice(std::string_view path);
+
+/// Whether @p path begins with \\?\ or \\.\, which promise that a plain path or a device follows.
+bool HasVerbatimPrefix(std::string_view path);
+
 /// A host path (absolute, without "." and "..") as a Win32 path in UTF-8: "/home/x" becomes "C:\home\x".
 std::string Win32FromHostPath(std::string_view host);
 

@@ -57,6 +57,35 @@ std::string AnsiFromUtf8(std::string_view text) {
     return PassesAsIs(text) ? std::string(text) : Narrow(CP_ACP, Widen(CP_UTF8, text));
 }
 
+std::size_t CharacterLength(std::string_view ansi) {
+    std::size_t length = 1;
+    if (GetACP() == CP_UTF8) {
+        // Malformed text is cut between its bytes; three continuation bytes are the most there can be.
+        if (static_cast<unsigned char>(ansi[0]) >= 0xC0)
+            while (length < std::min<std::size_t>(ansi.size(), 4) && (ansi[length] & 0xC0) == 0x80)
+                ++length;
+    } else if (ansi.size() > 1 && IsDBCSLeadByte(static_cast<BYTE>(ansi[0]))) {
+        length = 2;
+    }
+    return length;
+}
+
+std::string_view CutAtCharacter(std::string_view ansi, std::size_t size) {
+    std::size_t end = 0;
+    while (end < ansi.size() && end + CharacterLength(ansi.substr(end)) <= size)
+        end += CharacterLength(ansi.substr(end));
+    return ansi.substr(0, end);
+}
+
+DWORD GiveText(std::string_view ansi, LPSTR buffer, DWORD size) {
+    const DWORD length = static_cast<DWORD>(ansi.size());
+    if (buffer == nullptr || length >= size)
+        return length + 1;
+    ansi.copy(buffer, length);
+    buffer[length] = '\0';
+    return length;
+}
+
 std::u16string FoldName(std::string_view utf8) {
     std::u16string folded;
     if (std::all_of(utf8.begin(), utf8.end(), IsAscii))

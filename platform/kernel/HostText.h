@@ -1,5 +1,7 @@
 #pragma once
 
+#include <kelcore/platform/base.h>
+
 #include <string>
 #include <string_view>
 
@@ -11,6 +13,16 @@ std::string Utf8FromAnsi(std::string_view text);
 
 /// The inverse of Utf8FromAnsi. Characters that the code page lacks become its default character.
 std::string AnsiFromUtf8(std::string_view text);
+
+/// The bytes that the character at the front of @p ansi takes, in the ANSI code page; at least 1. @p ansi is not empty.
+std::size_t CharacterLength(std::string_view ansi);
+
+/// As much of the beginning of @p ansi as fits into @p size bytes without cutting a character.
+std::string_view CutAtCharacter(std::string_view ansi, std::size_t size);
+
+/// Gives a text out the way path functions do: copies @p ansi with a terminator if @p buffer is large enough.
+/// @return the length without the terminator, or the size needed with it if the buffer is too small.
+DWORD GiveText(std::string_view ansi, LPSTR buffer, DWORD size);
 
 /// A name in the form in which names are compared without regard to case: UTF-16, each unit in upper case by Unicode's
 /// simple mapping, whatever the process's locale is.
