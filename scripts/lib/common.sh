@@ -43,7 +43,7 @@ build_preset() {
   shift
   cd "$ROOT"
   quietly "configuring $preset" cmake --preset "$preset"
-  quietly "building $preset" cmake --build "build/$preset" -j "$JOBS" ${1:+--target "$@"}
+  quietly "building $preset" cmake --build "build/$preset" -j "$JOBS" ${1:+--target "$@"} -- --quiet
 }
 
 as_root() {
