@@ -9,17 +9,18 @@ namespace kel {
 /// @return the checksum of @p count bytes, computed on the quickest road the processor has.
 std::uint32_t Crc32(const char* data, std::size_t count);
 
-/// The roads, which all give the same checksum; tests compare them.
-enum class Crc32Road {
-    Tables,        ///< portable, eight bytes a step
-    Carryless,     ///< PCLMULQDQ and SSE4.1
-    WideCarryless, ///< VPCLMULQDQ and AVX2
-};
+/// A road takes the register over @p count more bytes.
+using Crc32Update = std::uint32_t (*)(std::uint32_t crc, const char* data, std::size_t count);
 
-/// Whether this processor has what the road needs.
-bool HasCrc32Road(Crc32Road road);
+/// Portable: eight tables, eight bytes a step. The oracle of the others.
+std::uint32_t UpdateByTables(std::uint32_t crc, const char* data, std::size_t count);
 
-/// @return the checksum by a road that the processor has.
-std::uint32_t Crc32By(Crc32Road road, const char* data, std::size_t count);
+/// Carry-less multiplication of 128 bits (PCLMULQDQ, SSE4.1).
+/// @return null if this processor cannot.
+Crc32Update CarrylessRoad();
+
+/// Carry-less multiplication of 256 bits (VPCLMULQDQ, AVX2).
+/// @return null if this processor cannot.
+Crc32Update WideCarrylessRoad();
 
 } // namespace kel

@@ -39,6 +39,8 @@ inline void CopyBytes(char* to, const char* from, std::size_t count) {
         CopyEnds<std::uint32_t>(to, from, count);
 }
 
+struct StreamLayout; // the library checks its layouts at compile time
+
 } // namespace kel
 
 /// Common base of all streams and the scope of their exception.

@@ -24,7 +24,7 @@ public:
     NarrowString GetContent() const;
 
 private:
-    void Grow(const char* data, std::size_t count);
+    friend struct kel::StreamLayout;
 
     NarrowString m_content;
 };
@@ -54,6 +54,8 @@ public:
     }
 
 private:
+    friend struct kel::StreamLayout;
+
     [[noreturn]] static void ThrowTooShort();
 
     const char* m_cursor;
@@ -80,6 +82,8 @@ public:
     void Flush() override;
 
 private:
+    friend struct kel::StreamLayout;
+
     HANDLE m_handle;
 };
 
@@ -102,5 +106,7 @@ public:
     void Read(char* data, int count) override;
 
 private:
+    friend struct kel::StreamLayout;
+
     HANDLE m_handle;
 };

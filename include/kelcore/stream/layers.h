@@ -28,6 +28,8 @@ public:
     void Flush() override;
 
 private:
+    friend struct kel::StreamLayout;
+
     static constexpr int kBlockSize = 4088;
 
     void EmitPending();
@@ -53,6 +55,8 @@ public:
     void Read(char* data, int count) override;
 
 private:
+    friend struct kel::StreamLayout;
+
     static constexpr int kBlockSize = 4088;
 
     void FetchBlock();
@@ -76,6 +80,8 @@ public:
     void Write(const char* data, int count) override;
 
 private:
+    friend struct kel::StreamLayout;
+
     OutputStream* m_inner;
 };
 
@@ -91,5 +97,7 @@ public:
     void Read(char* data, int count) override;
 
 private:
+    friend struct kel::StreamLayout;
+
     InputStream* m_inner;
 };

@@ -60,6 +60,8 @@ public:
     void WriteRef(const ISerializable* object);
 
 private:
+    friend struct kel::StreamLayout;
+
     kel::WrittenClass Admit(const ISerializable& object);
     void WriteRecord(const ISerializable& object, const kel::WrittenClass& known);
     bool WriteBackReference(const ISerializable& object, const kel::WrittenClass& known, std::uint32_t number);
@@ -105,6 +107,8 @@ public:
     ISerializable* ReadRef();
 
 private:
+    friend struct kel::StreamLayout;
+
     enum class Reached { ByValue, ByReference };
 
     ISerializable* ReadNext(ISerializable* target, Reached reached);
