@@ -25,9 +25,21 @@ UINT ReadAnsiPage() {
     return valid && IsValidCodePage(static_cast<UINT>(number)) ? static_cast<UINT>(number) : CP_UTF8;
 }
 
+// Concurrent first calls may each read the environment; the first answer stays.
+__attribute__((noinline)) UINT DecideAnsiPage() {
+    UINT page = kUnread;
+    const UINT read = ReadAnsiPage();
+    return g_ansiPage.compare_exchange_strong(page, read, std::memory_order_relaxed) ? read : page;
+}
+
+inline UINT AnsiPage() {
+    const UINT page = g_ansiPage.load(std::memory_order_relaxed);
+    return page != kUnread ? page : DecideAnsiPage();
+}
+
 /// The page that a symbolic number stands for, or the number itself.
 UINT PageNumber(UINT codePage) {
-    return codePage <= CP_THREAD_ACP ? GetACP() : codePage;
+    return codePage <= CP_THREAD_ACP ? AnsiPage() : codePage;
 }
 
 int Fail(DWORD error) {
@@ -74,31 +86,39 @@ bool Measure(const From* text, int count, const To* result, int room, std::size_
     return true;
 }
 
-/// Runs @p convert into the caller's buffer or, to learn the size, into a scratch buffer again and again.
-/// @return the elements written or needed, 0 after setting the last error.
-template <class AnyJob, class To, class Convert>
-int Run(AnyJob job, To* result, int room, Convert convert) {
-    job.to = result;
-    job.toEnd = result + room;
-    Stop stop = Stop::Full;
-    std::size_t total = 0;
-    if (room > 0) {
-        stop = convert(job);
-        total = static_cast<std::size_t>(job.to - result);
-    } else {
-        To scratch[1024];
-        while (stop == Stop::Full) {
-            job.to = scratch;
-            job.toEnd = std::end(scratch);
-            stop = convert(job);
-            total += static_cast<std::size_t>(job.to - scratch);
-        }
-    }
+/// What a call answers for a conversion that ended so after @p total elements.
+int Answer(Stop stop, std::size_t total) {
     if (stop == Stop::Malformed)
         return Fail(ERROR_NO_UNICODE_TRANSLATION);
     if (stop == Stop::Full)
         return Fail(ERROR_INSUFFICIENT_BUFFER);
     return total <= INT_MAX ? static_cast<int>(total) : Fail(ERROR_INVALID_PARAMETER);
+}
+
+/// Learns the size of a result by converting into a scratch buffer again and again.
+template <class AnyJob, class To, class Convert>
+__attribute__((noinline)) int Query(AnyJob& job, To*, const Convert& convert) {
+    To scratch[1024];
+    std::size_t total = 0;
+    Stop stop = Stop::Full;
+    while (stop == Stop::Full) {
+        job.to = scratch;
+        job.toEnd = std::end(scratch);
+        stop = convert(job);
+        total += static_cast<std::size_t>(job.to - scratch);
+    }
+    return Answer(stop, total);
+}
+
+/// Runs @p convert into the room of @p job, or just asks for the size if there is none.
+/// @return the elements written or needed, 0 after setting the last error.
+template <class AnyJob, class Convert>
+int Run(AnyJob& job, const Convert& convert) {
+    auto* const result = job.to;
+    if (job.Room() == 0)
+        return Query(job, result, convert);
+    const Stop stop = convert(job);
+    return Answer(stop, static_cast<std::size_t>(job.to - result));
 }
 
 DefaultChar DefaultOf(const Page& page, LPCSTR text) {
@@ -124,13 +144,7 @@ void DescribeLeads(const TablePage& page, BYTE* ranges) {
 } // namespace
 
 UINT WINAPI GetACP() {
-    UINT page = g_ansiPage.load(std::memory_order_relaxed);
-    if (page == kUnread) {
-        // Concurrent first calls may each read the environment; the first answer stays.
-        const UINT read = ReadAnsiPage();
-        page = g_ansiPage.compare_exchange_strong(page, read, std::memory_order_relaxed) ? read : page;
-    }
-    return page;
+    return AnsiPage();
 }
 
 UINT WINAPI GetOEMCP() {
@@ -185,8 +199,8 @@ int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR units, int un
     if (page.IsUtf8() && (defaultChar != nullptr || usedDefault != nullptr))
         return Fail(ERROR_INVALID_PARAMETER);
     DefaultChar missing = DefaultOf(page, defaultChar);
-    const EncodeJob job = {units, units + length, nullptr, nullptr, (flags & WC_ERR_INVALID_CHARS) != 0};
-    const int result = Run(job, bytes, byteCount, [&](EncodeJob& part) { return page.Encode(part, missing); });
+    EncodeJob job = {units, units + length, bytes, bytes + byteCount, (flags & WC_ERR_INVALID_CHARS) != 0};
+    const int result = Run(job, [&](EncodeJob& part) { return page.Encode(part, missing); });
     if (usedDefault != nullptr)
         *usedDefault = missing.used;
     return result;
@@ -200,6 +214,6 @@ int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR bytes, int byt
     const DWORD accepted = MB_ERR_INVALID_CHARS | (page.IsUtf8() ? 0 : MB_PRECOMPOSED);
     if ((flags & ~accepted) != 0)
         return Fail(ERROR_INVALID_FLAGS);
-    const DecodeJob job = {bytes, bytes + length, nullptr, nullptr, (flags & MB_ERR_INVALID_CHARS) != 0};
-    return Run(job, units, unitCount, [&](DecodeJob& part) { return page.Decode(part); });
+    DecodeJob job = {bytes, bytes + length, units, units + unitCount, (flags & MB_ERR_INVALID_CHARS) != 0};
+    return Run(job, [&](DecodeJob& part) { return page.Decode(part); });
 }

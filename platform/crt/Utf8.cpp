@@ -1,15 +1,60 @@
 #include "platform/crt/Utf8.h"
 
+#include "platform/crt/AsciiRuns.h"
+#include "platform/crt/Utf8Kernels.h"
 #include "platform/crt/Utf8Scalar.h"
 
 namespace kel::platform {
+namespace {
+
+// Characters that the plain road takes before the vectors try again.
+constexpr int kPlainSteps = 16;
+// Sources shorter than this are mostly ASCII from end to end, which takes less than entering a kernel.
+constexpr std::size_t kShort = 128;
+
+/// Alternates between ASCII runs, the kernel and the plain road.
+template <class AnyJob, class Ascii, class One>
+Stop Convert(AnyJob& job, void (*kernel)(AnyJob&), Ascii ascii, One one) {
+    Stop why = Stop::End;
+    if (kernel == nullptr || job.Left() < kShort)
+        MoveAscii(job, ascii);
+    while (job.from != job.fromEnd) {
+        if (kernel != nullptr)
+            kernel(job);
+        for (int step = 0; step < kPlainSteps && job.from != job.fromEnd; ++step) {
+            if (!one(job, why))
+                return why;
+        }
+        if (kernel == nullptr)
+            MoveAscii(job, ascii);
+    }
+    return why;
+}
+
+} // namespace
+
+const Utf8Kernel* BestUtf8Kernel() {
+#if defined(__x86_64__)
+    return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("popcnt") ? kUtf8Avx2 : nullptr;
+#else
+    return nullptr;
+#endif
+}
+
+Stop EncodeUtf8With(const Utf8Kernel* kernel, EncodeJob& job) {
+    return Convert(job, kernel != nullptr ? kernel->encode : nullptr, NarrowAscii, EncodeOne);
+}
+
+Stop DecodeUtf8With(const Utf8Kernel* kernel, DecodeJob& job) {
+    return Convert(job, kernel != nullptr ? kernel->decode : nullptr, WidenAscii, DecodeOne);
+}
 
 Stop EncodeUtf8(EncodeJob& job) {
-    return EncodeUtf8Scalar(job);
+    return EncodeUtf8With(BestUtf8Kernel(), job);
 }
 
 Stop DecodeUtf8(DecodeJob& job) {
-    return DecodeUtf8Scalar(job);
+    return DecodeUtf8With(BestUtf8Kernel(), job);
 }
 
 } // namespace kel::platform

@@ -6,4 +6,5 @@ target_sources(kelplatform PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/TableBuilder.cpp
   ${CMAKE_CURRENT_LIST_DIR}/TablePages.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Utf8.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/Utf8Avx2.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Utf8Scalar.cpp)
