@@ -1,0 +1,9 @@
+#pragma once
+
+/// @file
+/// Everything the library offers.
+
+#include <kelcore/file.h>
+#include <kelcore/runtime.h>
+#include <kelcore/stream.h>
+#include <kelcore/text.h>
