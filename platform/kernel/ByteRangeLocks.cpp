@@ -1,7 +1,7 @@
-#include "ByteRangeLocks.h"
+#include "platform/kernel/ByteRangeLocks.h"
 
-#include "LastError.h"
-#include "ShareModes.h"
+#include "platform/kernel/LastError.h"
+#include "platform/kernel/ShareModes.h"
 
 #include <fcntl.h>
 
@@ -158,7 +158,7 @@ bool OthersLocked(const FileObject& file, bool writes, std::uint64_t begin, std:
 
 DWORD LockRange(FileObject& file, std::uint64_t begin, std::uint64_t length, bool exclusive, bool wait) {
     if (length > 0 && begin + (length - 1) < begin)
-        return ERROR_INVALID_LOCK_RANGE;
+        return ERROR_INVALID_PARAMETER;
     const Range wanted = {&file, begin, begin + length, exclusive};
     LockTable& table = Table();
     std::unique_lock guard(table.mutex);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "FileObject.h"
+#include "platform/kernel/FileObject.h"
 
 namespace kel::platform {
 

@@ -1,6 +1,6 @@
-#include "Faults.h"
+#include "platform/kernel/Faults.h"
 
-#include "LastError.h"
+#include "platform/kernel/LastError.h"
 
 #include <atomic>
 #include <string_view>

@@ -1,9 +1,9 @@
-#include "FileFacts.h"
+#include "platform/kernel/FileFacts.h"
 
-#include "Faults.h"
-#include "FileObject.h"
-#include "HostTimes.h"
-#include "LastError.h"
+#include "platform/kernel/Faults.h"
+#include "platform/kernel/FileObject.h"
+#include "platform/kernel/HostTimes.h"
+#include "platform/kernel/LastError.h"
 
 #include <fcntl.h>
 #include <sys/sysmacros.h>

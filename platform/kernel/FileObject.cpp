@@ -1,8 +1,8 @@
-#include "FileObject.h"
+#include "platform/kernel/FileObject.h"
 
-#include "ByteRangeLocks.h"
-#include "LastError.h"
-#include "ShareModes.h"
+#include "platform/kernel/ByteRangeLocks.h"
+#include "platform/kernel/LastError.h"
+#include "platform/kernel/ShareModes.h"
 
 #include <fcntl.h>
 #include <unistd.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Handles.h"
+#include "platform/kernel/Handles.h"
 
 #include <kelcore/platform/files.h>
 
@@ -56,9 +56,7 @@ public:
     std::atomic<int> ownLocks{0};        ///< ranges locked through this opening
     /// @}
 
-    /// The size that live mappings of this opening need the file to keep, see Mappings.cpp.
-    std::atomic<std::int64_t> mappedSize{0};
-    std::atomic<int> mappings{0};
+    std::atomic<int> mappings{0}; ///< live mappings of this opening
 
 private:
     void DeleteNow() const;

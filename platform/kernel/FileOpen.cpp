@@ -1,8 +1,10 @@
-#include "Faults.h"
-#include "FileObject.h"
-#include "HostPath.h"
-#include "LastError.h"
-#include "ShareModes.h"
+#include "platform/kernel/Descriptor.h"
+#include "platform/kernel/Faults.h"
+#include "platform/kernel/FileObject.h"
+#include "platform/kernel/HostPath.h"
+#include "platform/kernel/LastError.h"
+#include "platform/kernel/ShareModes.h"
+#include "platform/kernel/Views.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -30,33 +32,6 @@ struct Request {
     bool Writes() const { return (rights & kWritingRights) != 0 || Replaces(); }
 };
 
-/// A descriptor on its way into a FileObject.
-class Descriptor {
-public:
-    Descriptor() = default;
-    explicit Descriptor(int descriptor) : m_descriptor(descriptor) {}
-    Descriptor(Descriptor&& other) noexcept : m_descriptor(other.Release()) {}
-    Descriptor& operator=(Descriptor&& other) noexcept {
-        std::swap(m_descriptor, other.m_descriptor);
-        return *this;
-    }
-    ~Descriptor() {
-        if (m_descriptor != -1)
-            close(m_descriptor);
-    }
-
-    explicit operator bool() const { return m_descriptor != -1; }
-    int Get() const { return m_descriptor; }
-    int Release() {
-        const int descriptor = m_descriptor;
-        m_descriptor = -1;
-        return descriptor;
-    }
-
-private:
-    int m_descriptor = -1;
-};
-
 /// An opened file before it has passed the checks that need its facts.
 struct Opened {
     Descriptor descriptor;
@@ -67,19 +42,28 @@ DWORD CheckArguments(DWORD access, DWORD share, DWORD disposition, HANDLE patter
     constexpr DWORD kShareBits = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     if (disposition < CREATE_NEW || disposition > TRUNCATE_EXISTING || (share & ~kShareBits) != 0)
         return ERROR_INVALID_PARAMETER;
-    if (disposition == TRUNCATE_EXISTING && !(access & (GENERIC_WRITE | GENERIC_ALL)))
+    if (disposition == TRUNCATE_EXISTING && !(access & GENERIC_WRITE))
         return ERROR_INVALID_PARAMETER;
     if (access & ACCESS_SYSTEM_SECURITY)
         return ERROR_PRIVILEGE_NOT_HELD;
     return pattern ? ERROR_NOT_SUPPORTED : 0;
 }
 
+bool NobodyMayWrite(const struct stat& facts) {
+    return (facts.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0;
+}
+
+bool MayWrite(const std::string& path) {
+    struct stat facts;
+    return stat(path.c_str(), &facts) == 0 && !NobodyMayWrite(facts) &&
+           faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
+}
+
 // MAXIMUM_ALLOWED asks for whatever the file allows.
 DWORD RightsFor(const std::string& path, DWORD access, DWORD flags) {
     DWORD rights = SpecificFileRights(access & ~MAXIMUM_ALLOWED);
     if (access & MAXIMUM_ALLOWED)
-        rights |= faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0 ? FILE_ALL_ACCESS
-                                                                           : FILE_GENERIC_READ | FILE_GENERIC_EXECUTE;
+        rights |= MayWrite(path) ? FILE_ALL_ACCESS : FILE_GENERIC_READ | FILE_GENERIC_EXECUTE;
     return flags & FILE_FLAG_DELETE_ON_CLOSE ? rights | DELETE : rights;
 }
 
@@ -104,7 +88,7 @@ Descriptor OpenToWrite(const Request& request) {
     Descriptor opened = OpenHost(request, O_RDWR);
     if (!opened && errno == EACCES && !(request.rights & kReadingRights))
         opened = OpenHost(request, O_WRONLY);
-    if (!opened && errno == EISDIR && !request.Replaces())
+    if (!opened && errno == EISDIR)
         opened = OpenHost(request, O_RDONLY | O_DIRECTORY);
     return opened;
 }
@@ -138,18 +122,23 @@ Opened OpenOrCreate(const Request& request) {
     return {OpenHost(request, access | O_CREAT), false};
 }
 
+// The host says that it is a folder when a name to be created ends in a separator.
 DWORD OpeningError(const Request& request) {
-    return request.disposition == CREATE_NEW && errno == EEXIST ? ERROR_FILE_EXISTS : ErrorFromHost(errno);
+    if (errno == EEXIST && request.disposition == CREATE_NEW)
+        return ERROR_FILE_EXISTS;
+    return errno == EISDIR ? ERROR_INVALID_NAME : ErrorFromHost(errno);
 }
 
-bool NobodyMayWrite(const struct stat& facts) {
-    return (facts.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0;
+DWORD CheckFolder(const Request& request) {
+    if (!(request.flags & FILE_FLAG_BACKUP_SEMANTICS))
+        return ERROR_ACCESS_DENIED;
+    return request.Replaces() ? ERROR_FILE_EXISTS : 0;
 }
 
 // What Windows refuses of a file that was there and the host would allow.
 DWORD CheckExisting(const Request& request, const struct stat& facts) {
     if (S_ISDIR(facts.st_mode))
-        return request.flags & FILE_FLAG_BACKUP_SEMANTICS && !request.Replaces() ? 0 : ERROR_ACCESS_DENIED;
+        return CheckFolder(request);
     const bool changes = request.Writes() || (request.flags & FILE_FLAG_DELETE_ON_CLOSE);
     return changes && S_ISREG(facts.st_mode) && NobodyMayWrite(facts) ? ERROR_ACCESS_DENIED : 0;
 }
@@ -164,6 +153,8 @@ DWORD CheckLink(const Request& request) {
 DWORD EmptyExisting(const Request& request, int descriptor, const struct stat& facts) {
     if (!S_ISREG(facts.st_mode))
         return 0;
+    if (MappedSize(FileIdOf(facts)) != 0)
+        return ERROR_USER_MAPPED_FILE;
     if (Uninterrupted([&] { return ftruncate(descriptor, 0); }) == -1)
         return ErrorFromHost(errno);
     if (request.disposition == CREATE_ALWAYS && request.flags & FILE_ATTRIBUTE_READONLY)
@@ -222,7 +213,8 @@ DWORD Open(const Request& request, HANDLE& handle) {
     handle = MakeHandle(request, opened, facts);
     if (!handle)
         return ERROR_NOT_ENOUGH_MEMORY;
-    const bool tellsWhetherNew = request.disposition == CREATE_ALWAYS || request.disposition == OPEN_ALWAYS;
+    const bool tellsWhetherNew =
+        (request.disposition == CREATE_ALWAYS || request.disposition == OPEN_ALWAYS) && !S_ISCHR(facts.st_mode);
     SetLastError(tellsWhetherNew && opened.existed ? ERROR_ALREADY_EXISTS : 0);
     return 0;
 }

@@ -1,6 +1,7 @@
-#include "Faults.h"
-#include "FileObject.h"
-#include "LastError.h"
+#include "platform/kernel/Faults.h"
+#include "platform/kernel/FileObject.h"
+#include "platform/kernel/LastError.h"
+#include "platform/kernel/Views.h"
 
 #include <unistd.h>
 
@@ -11,11 +12,13 @@ namespace {
 
 constexpr std::int64_t kFarthest = std::numeric_limits<std::int64_t>::max();
 
-bool HasPosition(const FileObject& file) {
-    return file.kind == FileKind::Disk || file.kind == FileKind::Folder;
-}
-
+// Folders and devices are of size 0, whatever the host says of its own records.
 bool SizeOf(const FileObject& file, std::int64_t& size) {
+    size = 0;
+    if (file.kind == FileKind::Pipe)
+        return Fail(ERROR_INVALID_FUNCTION);
+    if (file.kind != FileKind::Disk)
+        return true;
     struct stat facts;
     if (fstat(file.descriptor, &facts) == -1)
         return FailFromHost();
@@ -32,29 +35,25 @@ bool StartOfMove(const FileObject& file, DWORD method, std::int64_t& start) {
 
 // The target is worked out before the position is touched, so that a refused move leaves it alone.
 bool Move(HANDLE handle, std::int64_t distance, DWORD method, std::int64_t limit, std::int64_t& position) {
-    const PinnedFile file(handle, /*rights*/ 0);
+    const PinnedFile file(handle, FILE_READ_DATA | FILE_EXECUTE | FILE_WRITE_DATA | FILE_APPEND_DATA);
     std::int64_t start;
     if (!file)
         return false;
     if (method > FILE_END)
         return Fail(ERROR_INVALID_PARAMETER);
-    if (!HasPosition(*file))
-        return Fail(ERROR_INVALID_FUNCTION);
     if (!StartOfMove(*file, method, start))
         return false;
     if (distance < 0 && start + distance < 0)
         return Fail(ERROR_NEGATIVE_SEEK);
     if (distance > limit - start)
         return Fail(ERROR_INVALID_PARAMETER);
-    position = start + distance;
-    return lseek(file->descriptor, position, SEEK_SET) != -1 || FailFromHost();
+    position = lseek(file->descriptor, start + distance, SEEK_SET);
+    return position != -1 || FailFromHost();
 }
 
 bool FileSize(HANDLE handle, std::int64_t& size) {
     const PinnedFile file(handle, /*rights*/ 0);
-    if (!file)
-        return false;
-    return HasPosition(*file) ? SizeOf(*file, size) : Fail(ERROR_INVALID_FUNCTION);
+    return file && SizeOf(*file, size);
 }
 
 DWORD LowHalf(std::int64_t value) {
@@ -109,7 +108,7 @@ BOOL WINAPI SetEndOfFile(HANDLE file) {
     const off_t position = lseek(pinned->descriptor, 0, SEEK_CUR);
     if (position == -1)
         return FailFromHost();
-    if (position < pinned->mappedSize.load(std::memory_order_acquire))
+    if (position < MappedSize(pinned->id))
         return Fail(ERROR_USER_MAPPED_FILE);
     return Uninterrupted([&] { return ftruncate(pinned->descriptor, position); }) == 0 || FailFromHost();
 }

@@ -1,7 +1,7 @@
-#include "ByteRangeLocks.h"
-#include "Faults.h"
-#include "FileObject.h"
-#include "LastError.h"
+#include "platform/kernel/ByteRangeLocks.h"
+#include "platform/kernel/Faults.h"
+#include "platform/kernel/FileObject.h"
+#include "platform/kernel/LastError.h"
 
 #include <unistd.h>
 

@@ -1,7 +1,7 @@
-#include "Faults.h"
-#include "Handles.h"
-#include "LastError.h"
-#include "Views.h"
+#include "platform/kernel/Faults.h"
+#include "platform/kernel/Handles.h"
+#include "platform/kernel/LastError.h"
+#include "platform/kernel/Views.h"
 
 #include <kelcore/platform/system.h>
 #include <kelcore/platform/testing.h>

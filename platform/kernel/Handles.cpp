@@ -1,6 +1,6 @@
-#include "Handles.h"
+#include "platform/kernel/Handles.h"
 
-#include "LastError.h"
+#include "platform/kernel/LastError.h"
 
 #include <array>
 #include <mutex>

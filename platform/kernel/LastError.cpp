@@ -1,4 +1,4 @@
-#include "LastError.h"
+#include "platform/kernel/LastError.h"
 
 namespace kel::platform {
 namespace {

@@ -1,6 +1,6 @@
-#include "ByteRangeLocks.h"
-#include "Faults.h"
-#include "LastError.h"
+#include "platform/kernel/ByteRangeLocks.h"
+#include "platform/kernel/Faults.h"
+#include "platform/kernel/LastError.h"
 
 using namespace kel::platform;
 

@@ -1,7 +1,8 @@
-#include "Faults.h"
-#include "FileObject.h"
-#include "LastError.h"
-#include "Views.h"
+#include "platform/kernel/Descriptor.h"
+#include "platform/kernel/Faults.h"
+#include "platform/kernel/FileObject.h"
+#include "platform/kernel/LastError.h"
+#include "platform/kernel/Views.h"
 
 #include <kelcore/platform/mappings.h>
 
@@ -9,6 +10,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <limits>
 #include <map>
 #include <mutex>
@@ -18,38 +20,34 @@ namespace kel::platform {
 namespace {
 
 constexpr std::uint64_t kGranularity = 64 * 1024;
-constexpr DWORD kProtections = PAGE_READONLY | PAGE_READWRITE | PAGE_WRITECOPY;
 
 /// A file, or memory of its own, that views are made of.
 class Mapping final : public Object {
 public:
     static constexpr ObjectKind kKind = ObjectKind::Mapping;
 
-    /// @param file what is mapped; @p memory is used where there is none, and is owned.
-    Mapping(std::shared_ptr<FileObject> file, int memory, std::uint64_t size, DWORD protection)
-        : Object(kKind), m_file(std::move(file)), m_memory(memory), m_size(size), m_protection(protection) {
-        if (!m_file)
-            return;
-        m_file->mappings.fetch_add(1);
-        std::int64_t needed = m_file->mappedSize.load();
-        while (needed < static_cast<std::int64_t>(size) && !m_file->mappedSize.compare_exchange_weak(needed, size))
-            continue;
+    /// @param file what is mapped, or null for @p memory.
+    Mapping(std::shared_ptr<FileObject> file, Descriptor memory, std::uint64_t size, DWORD protection)
+        : Object(kKind), m_file(std::move(file)), m_memory(std::move(memory)), m_size(size), m_protection(protection) {
+        if (m_file)
+            Register();
     }
 
     ~Mapping() override {
-        if (m_memory != -1)
-            close(m_memory);
-        if (m_file && m_file->mappings.fetch_sub(1) == 1)
-            m_file->mappedSize = 0;
+        if (m_file)
+            Unregister();
     }
 
-    int Descriptor() const { return m_file ? m_file->descriptor : m_memory; }
+    int HostDescriptor() const { return m_file ? m_file->descriptor : m_memory.Get(); }
     std::uint64_t Size() const { return m_size; }
     DWORD Protection() const { return m_protection; }
 
 private:
+    void Register() const;
+    void Unregister() const;
+
     const std::shared_ptr<FileObject> m_file;
-    const int m_memory;
+    const Descriptor m_memory;
     const std::uint64_t m_size;
     const DWORD m_protection;
 };
@@ -67,6 +65,33 @@ struct ViewTable {
 ViewTable& Views() {
     static ViewTable& table = *new ViewTable; // outlives all static objects that unmap
     return table;
+}
+
+struct MappedFiles {
+    std::mutex mutex;
+    std::multimap<FileId, std::uint64_t> sizes; // one for each live mapping
+};
+
+MappedFiles& Mapped() {
+    static MappedFiles& files = *new MappedFiles;
+    return files;
+}
+
+void Mapping::Register() const {
+    MappedFiles& files = Mapped();
+    std::lock_guard guard(files.mutex);
+    files.sizes.emplace(m_file->id, m_size);
+    m_file->mappings.fetch_add(1, std::memory_order_relaxed);
+}
+
+void Mapping::Unregister() const {
+    MappedFiles& files = Mapped();
+    std::lock_guard guard(files.mutex);
+    auto mapping = files.sizes.lower_bound(m_file->id);
+    while (mapping->second != m_size)
+        ++mapping;
+    files.sizes.erase(mapping);
+    m_file->mappings.fetch_sub(1, std::memory_order_relaxed);
 }
 
 bool IsProtection(DWORD protection) {
@@ -112,29 +137,27 @@ std::shared_ptr<Mapping> MapFile(HANDLE handle, DWORD protection, std::uint64_t 
     size = FitSize(*file, size, protection);
     if (size == 0)
         return nullptr;
-    return std::make_shared<Mapping>(std::static_pointer_cast<FileObject>(file.Shared()), /*memory*/ -1, size,
+    return std::make_shared<Mapping>(std::static_pointer_cast<FileObject>(file.Shared()), /*memory*/ Descriptor(), size,
                                      protection);
 }
 
 std::shared_ptr<Mapping> MapMemory(DWORD protection, std::uint64_t size) {
     if (size == 0 || size > static_cast<std::uint64_t>(std::numeric_limits<off_t>::max()))
         return Fail(ERROR_INVALID_PARAMETER), nullptr;
-    const int memory = memfd_create("mapping", MFD_CLOEXEC);
-    if (memory == -1)
+    Descriptor memory(memfd_create("mapping", MFD_CLOEXEC));
+    if (!memory || ftruncate(memory.Get(), static_cast<off_t>(size)) == -1)
         return FailFromHost(), nullptr;
-    auto mapping = std::make_shared<Mapping>(nullptr, memory, size, protection);
-    if (ftruncate(memory, static_cast<off_t>(size)) == -1)
-        return FailFromHost(), nullptr;
-    return mapping;
+    return std::make_shared<Mapping>(nullptr, std::move(memory), size, protection);
 }
 
 // How a view with @p access is mapped by the host; false if the mapping's protection does not allow it.
 bool HostMode(DWORD access, DWORD protection, int& pages, int& flags) {
+    constexpr DWORD kExecute = 0x20;
     const bool writes = access & FILE_MAP_WRITE;
-    const bool copies = access == FILE_MAP_COPY || (writes && protection == PAGE_WRITECOPY);
+    const bool copies = access == FILE_MAP_COPY;
     pages = writes || copies ? PROT_READ | PROT_WRITE : PROT_READ;
     flags = copies ? MAP_PRIVATE : MAP_SHARED;
-    return !writes || protection != PAGE_READONLY;
+    return (!writes || protection == PAGE_READWRITE) && !(access & kExecute);
 }
 
 void* MapPart(const std::shared_ptr<Mapping>& mapping, DWORD access, std::uint64_t offset, std::size_t size) {
@@ -144,7 +167,7 @@ void* MapPart(const std::shared_ptr<Mapping>& mapping, DWORD access, std::uint64
         return Fail(ERROR_ACCESS_DENIED), nullptr;
     ViewTable& table = Views();
     std::lock_guard guard(table.mutex);
-    void* view = mmap(nullptr, size, pages, flags, mapping->Descriptor(), static_cast<off_t>(offset));
+    void* view = mmap(nullptr, size, pages, flags, mapping->HostDescriptor(), static_cast<off_t>(offset));
     if (view == MAP_FAILED)
         return FailFromHost(), nullptr;
     try {
@@ -175,6 +198,15 @@ std::size_t OpenViews() {
     ViewTable& table = Views();
     std::lock_guard guard(table.mutex);
     return table.views.size();
+}
+
+std::int64_t MappedSize(const FileId& file) {
+    MappedFiles& files = Mapped();
+    std::lock_guard guard(files.mutex);
+    std::uint64_t needed = 0;
+    for (auto [mapping, end] = files.sizes.equal_range(file); mapping != end; ++mapping)
+        needed = std::max(needed, mapping->second);
+    return static_cast<std::int64_t>(needed);
 }
 
 } // namespace kel::platform

@@ -1,6 +1,6 @@
-#include "ShareModes.h"
+#include "platform/kernel/ShareModes.h"
 
-#include "LastError.h"
+#include "platform/kernel/LastError.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

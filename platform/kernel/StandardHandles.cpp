@@ -1,6 +1,6 @@
-#include "Faults.h"
-#include "FileObject.h"
-#include "LastError.h"
+#include "platform/kernel/Faults.h"
+#include "platform/kernel/FileObject.h"
+#include "platform/kernel/LastError.h"
 
 #include <fcntl.h>
 #include <unistd.h>

@@ -1,5 +1,5 @@
-#include "HostTimes.h"
-#include "LastError.h"
+#include "platform/kernel/HostTimes.h"
+#include "platform/kernel/LastError.h"
 
 #include <kelcore/platform/system.h>
 #include <kelcore/platform/testing.h>

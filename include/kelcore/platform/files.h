@@ -134,26 +134,28 @@ extern "C" {
 /// - @p disposition CREATE_ALWAYS and OPEN_ALWAYS set the last error to ERROR_ALREADY_EXISTS when the file was there
 ///   before and to 0 when it was not; every other success sets it to 0.
 /// - @p access 0, and attribute rights alone, open without taking part in the share modes; so do folders.
-/// - A write handle needs a file that is not read-only, for the superuser too; FILE_ATTRIBUTE_READONLY in @p flags
+/// - A write handle needs a file that is not read-only, for the superuser too. FILE_ATTRIBUTE_READONLY in @p flags
 /// makes
 ///   a new file read-only, but for the handle that creates it. Other attributes of @p flags are accepted and not
 ///   stored: whether a file is hidden follows from its name here, and is no condition of replacing it.
-/// - FILE_FLAG_BACKUP_SEMANTICS opens folders. FILE_FLAG_DELETE_ON_CLOSE removes the file with the object's last
-/// handle.
-///   FILE_FLAG_WRITE_THROUGH makes each write reach the disk; SEQUENTIAL_SCAN and RANDOM_ACCESS are passed to the host
-///   as advice; NO_BUFFERING, POSIX_SEMANTICS and OPEN_NO_RECALL are accepted without effect. FILE_FLAG_OVERLAPPED
-///   makes an OVERLAPPED argument obligatory for transfers, which are still complete when the call returns.
+/// - FILE_FLAG_BACKUP_SEMANTICS opens folders; DELETE_ON_CLOSE removes the file with the object's last handle;
+///   WRITE_THROUGH makes each write reach the disk; SEQUENTIAL_SCAN and RANDOM_ACCESS are passed to the host as advice;
+///   NO_BUFFERING, POSIX_SEMANTICS and OPEN_NO_RECALL are accepted without effect. OVERLAPPED makes an OVERLAPPED
+///   argument obligatory for transfers, which are still complete when the call returns.
 /// - The name NUL, in any case, opens the device that swallows what is written and is empty when read. No other device
 ///   name is known.
 /// - A file that may be written but not read on the host takes no part in the share modes.
+///
 /// @param security null, or tells whether the handle is inheritable; descriptors are not looked at.
 /// @param pattern must be null (else ERROR_NOT_SUPPORTED).
 /// @return INVALID_HANDLE_VALUE on failure, with ERROR_FILE_NOT_FOUND; ERROR_PATH_NOT_FOUND (a folder on the way, an
-///         empty name); ERROR_ACCESS_DENIED (a folder without BACKUP_SEMANTICS, a read-only file to be written or
-///         deleted, the host's rules); ERROR_SHARING_VIOLATION; ERROR_FILE_EXISTS (CREATE_NEW);
-///         ERROR_INVALID_PARAMETER (an unknown disposition or share mode, TRUNCATE_EXISTING without GENERIC_WRITE,
-///         APPEND with nothing); ERROR_NOT_SUPPORTED (OPEN_REPARSE_POINT on a symbolic link);
-///         ERROR_PRIVILEGE_NOT_HELD (ACCESS_SYSTEM_SECURITY); ERROR_TOO_MANY_OPEN_FILES; ERROR_DISK_FULL.
+///         empty name); ERROR_INVALID_NAME (a file's name with a separator at its end); ERROR_ACCESS_DENIED (a folder
+///         without BACKUP_SEMANTICS, a read-only file to be written or deleted, the host's rules);
+///         ERROR_SHARING_VIOLATION; ERROR_FILE_EXISTS (CREATE_NEW, or a folder to be replaced); ERROR_USER_MAPPED_FILE
+///         (a file to be emptied of which this process has a mapping); ERROR_INVALID_PARAMETER (an unknown disposition
+///         or share mode, TRUNCATE_EXISTING without GENERIC_WRITE); ERROR_NOT_SUPPORTED (OPEN_REPARSE_POINT on a
+///         symbolic link); ERROR_PRIVILEGE_NOT_HELD (ACCESS_SYSTEM_SECURITY); ERROR_TOO_MANY_OPEN_FILES;
+///         ERROR_DISK_FULL.
 KELPLATFORM_API HANDLE WINAPI CreateFileA(LPCSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
                                           DWORD disposition, DWORD flags, HANDLE pattern);
 
@@ -179,7 +181,7 @@ KELPLATFORM_API BOOL WINAPI WriteFile(HANDLE file, LPCVOID buffer, DWORD count, 
 /// @return FALSE with ERROR_ACCESS_DENIED for a handle without the right to write.
 KELPLATFORM_API BOOL WINAPI FlushFileBuffers(HANDLE file);
 
-/// Moves the file position; it may lie past the end.
+/// Moves the file position; it may lie past the end. Needs a right to the contents (else ERROR_ACCESS_DENIED).
 /// @param low, high the signed distance; without @p high, @p low alone is it. @p high receives the upper half.
 /// @return the lower half of the new position. INVALID_SET_FILE_POINTER is a failure if the last error is not 0 (a
 ///         success sets it to 0 then): ERROR_NEGATIVE_SEEK; ERROR_INVALID_PARAMETER for an unknown @p method, for a

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <unistd.h>
+
+#include <utility>
+
+namespace kel::platform {
+
+/// Owns a host descriptor.
+class Descriptor {
+public:
+    Descriptor() = default;
+    explicit Descriptor(int descriptor) : m_descriptor(descriptor) {}
+    Descriptor(Descriptor&& other) noexcept : m_descriptor(other.Release()) {}
+    Descriptor& operator=(Descriptor&& other) noexcept {
+        std::swap(m_descriptor, other.m_descriptor);
+        return *this;
+    }
+    ~Descriptor() {
+        if (m_descriptor != -1)
+            close(m_descriptor);
+    }
+
+    explicit operator bool() const { return m_descriptor != -1; }
+    int Get() const { return m_descriptor; }
+    int Release() {
+        const int descriptor = m_descriptor;
+        m_descriptor = -1;
+        return descriptor;
+    }
+
+private:
+    int m_descriptor = -1;
+};
+
+} // namespace kel::platform
