@@ -36,7 +36,8 @@ public:
     using Unit = WCHAR;
 
     BufferOutput(WCHAR* text, std::size_t count)
-        : m_begin(text), m_next(text), m_end(text + count), m_counting(text == nullptr) {}
+        : m_begin(text), m_next(text), m_end(text == nullptr ? nullptr : text + std::min<std::size_t>(count, INT_MAX)),
+          m_counting(text == nullptr) {}
 
     void Put(WCHAR unit) {
         if (m_next != m_end)
