@@ -28,5 +28,6 @@ endif()
 
 # The file names its prefix by its own place, so that the installation may be moved.
 file(RELATIVE_PATH kelcore_pc_up /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+string(REGEX REPLACE "/$" "" kelcore_pc_up ${kelcore_pc_up})
 configure_file(${CMAKE_CURRENT_LIST_DIR}/kelcore.pc.in ${CMAKE_BINARY_DIR}/kelcore.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/kelcore.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -19,7 +19,8 @@ exported_classes() {
 }
 
 # offered_members HEADER... : "COUNT Class::Member" for the public and protected members of the exported classes and for
-# the exported functions, as the headers declare them. Templates, pure and deleted members have no entry to export.
+# the exported functions, as the headers declare them. Templates, pure, deleted and defaulted members have no entry to
+# export: clients bring them themselves.
 offered_members() {
   ctags -f - --languages=C++ --language-force=C++ --kinds-C++=pf --fields=KaSsZ \
     --fields-C++='+{properties}{template}' -D KELCORE_API= -D KELCORE_INLINE= -D STDMETHODCALLTYPE= "$@" |
@@ -34,20 +35,22 @@ offered_members() {
           if ($i ~ /^template:/) template = 1
         }
         own = scope; sub(/.*::/, "", own)
-        if (template || access == "private" || properties ~ /pure|delete/) next
+        if (template || access == "private" || properties ~ /pure|delete|default/) next
         if (access != "" ? !(own in exported) : $3 !~ /KELCORE_API/) next
         name = (scope == "" ? "" : scope "::") $1
-        gsub(/ /, "", name)
+        sub(/operator [A-Za-z_].*/, "operator conversion", name); gsub(/ /, "", name)
         offered[name]++
       }
       END { for (name in offered) print offered[name], name }' | sort -k 2
 }
 
+# Conversion operators are counted together, for the tools spell their types differently.
+#
 # Reads demangled symbols, prints "COUNT Class::Member" like offered_members: without parameters, whose spelling
 # differs between targets, and without what the compiler adds (tables, thunks).
 count_members() {
   grep -vE '^(vtable|typeinfo|VTT|construction|guard|(non-)?virtual thunk|covariant)|^std::|^__' | sort -u |
-    sed -E 's/\[abi:[a-z0-9]+\]//; s/(operator\(\))?\(.*$/\1/; s/ //g' | sort | uniq -c | sed 's/^ *//'
+    sed -E 's/\[abi:[a-z0-9]+\]//; s/operator [A-Za-z_][^(]*/operator conversion/; s/(operator\(\))?\(.*$/\1/; s/ //g' | sort | uniq -c | sed 's/^ *//'
 }
 
 library_members() {
