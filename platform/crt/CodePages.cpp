@@ -165,7 +165,7 @@ BOOL WINAPI GetCPInfo(UINT codePage, LPCPINFO info) {
         info->DefaultChar[0] = '?';
         return TRUE;
     }
-    info->MaxCharSize = page.Table()->DoubleByte() ? 2 : 1;
+    info->MaxCharSize = page.Table()->doubleByte ? 2 : 1;
     info->DefaultChar[0] = static_cast<BYTE>(page.Table()->defaultCode);
     info->DefaultChar[1] = static_cast<BYTE>(page.Table()->defaultCode >> 8);
     DescribeLeads(*page.Table(), info->LeadByte);

@@ -172,11 +172,15 @@ private:
         m_page->ascii = true;
         for (unsigned byte = 0; byte < 0x80; ++byte)
             m_page->ascii = m_page->ascii && single[byte] == byte && m_page->codes[byte] == byte;
-        m_page->identityFrom = 256;
-        while (m_page->identityFrom > 0x80 && single[m_page->identityFrom - 1] == m_page->identityFrom - 1)
-            --m_page->identityFrom;
+        m_page->doubleByte = std::any_of(std::begin(m_page->rows), std::end(m_page->rows),
+                                         [](const auto& row) { return row != nullptr; });
         m_page->defaultCode = m_page->codes['?'];
         m_page->defaultUnit = m_facts.defaultUnit;
+        for (unsigned byte = 0x80; byte < 256; ++byte) {
+            const WCHAR unit = single[byte] == TablePage::kNone ? m_page->defaultUnit : single[byte];
+            m_page->highHalf.low[(byte - 0x80) / 16][byte % 16] = static_cast<unsigned char>(unit);
+            m_page->highHalf.high[(byte - 0x80) / 16][byte % 16] = static_cast<unsigned char>(unit >> 8);
+        }
     }
 
     std::unique_ptr<TablePage> m_page;
@@ -211,10 +215,6 @@ __attribute__((destructor)) void FreePages() {
 }
 
 } // namespace
-
-bool TablePage::DoubleByte() const {
-    return std::any_of(std::begin(rows), std::end(rows), [](const auto& row) { return row != nullptr; });
-}
 
 const TablePage* FindTablePage(unsigned number) {
     if (const TablePage* page = Built(number))

@@ -33,14 +33,6 @@ Stop Convert(AnyJob& job, void (*kernel)(AnyJob&), Ascii ascii, One one) {
 
 } // namespace
 
-const Utf8Kernel* BestUtf8Kernel() {
-#if defined(__x86_64__)
-    return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("popcnt") ? kUtf8Avx2 : nullptr;
-#else
-    return nullptr;
-#endif
-}
-
 Stop EncodeUtf8With(const Utf8Kernel* kernel, EncodeJob& job) {
     return Convert(job, kernel != nullptr ? kernel->encode : nullptr, NarrowAscii, EncodeOne);
 }

@@ -3,12 +3,9 @@
 
 #if defined(__x86_64__)
 
-#include <array>
-#include <immintrin.h>
+#include "platform/crt/Avx2.h"
 
-// Only the functions marked so are compiled for these instructions; they run where BestUtf8Kernel says so.
-#define KEL_AVX2 __attribute__((target("avx2,popcnt")))
-#define KEL_AVX2_INLINE KEL_AVX2 __attribute__((always_inline)) inline
+#include <array>
 
 namespace kel::platform {
 namespace {
@@ -21,14 +18,6 @@ constexpr unsigned char kNoByte = 0x80;
 
 KEL_AVX2_INLINE __m128i At(const ShuffleTable& table, unsigned index) {
     return _mm_load_si128(reinterpret_cast<const __m128i*>(table[index].data()));
-}
-
-KEL_AVX2_INLINE __m256i Bytes(unsigned char value) {
-    return _mm256_set1_epi8(static_cast<char>(value));
-}
-
-KEL_AVX2_INLINE __m256i Words(unsigned short value) {
-    return _mm256_set1_epi16(static_cast<short>(value));
 }
 
 // --- encoding: 16 units a block
@@ -246,11 +235,6 @@ alignas(16) constexpr Shuffle kFirstHigh = MakeFirstHighTable();
 alignas(16) constexpr Shuffle kFirstLow = MakeFirstLowTable();
 alignas(16) constexpr Shuffle kSecondHigh = MakeSecondHighTable();
 
-KEL_AVX2_INLINE __m256i LookUp(const Shuffle& table, __m256i indices) {
-    const __m128i half = _mm_load_si128(reinterpret_cast<const __m128i*>(table.data()));
-    return _mm256_shuffle_epi8(_mm256_broadcastsi128_si256(half), indices);
-}
-
 /// A block, and the bytes one, two and three places before each of its bytes.
 struct Window {
     __m256i at;
@@ -268,9 +252,9 @@ KEL_AVX2_INLINE Window Look(__m256i previous, __m256i block) {
 KEL_AVX2_INLINE bool WellFormed(const Window& window) {
     const __m256i half = Bytes(0x0F);
     const __m256i flags = _mm256_and_si256(
-        _mm256_and_si256(LookUp(kFirstHigh, _mm256_and_si256(_mm256_srli_epi16(window.before1, 4), half)),
-                         LookUp(kFirstLow, _mm256_and_si256(window.before1, half))),
-        LookUp(kSecondHigh, _mm256_and_si256(_mm256_srli_epi16(window.at, 4), half)));
+        _mm256_and_si256(LookUp(kFirstHigh.data(), _mm256_and_si256(_mm256_srli_epi16(window.before1, 4), half)),
+                         LookUp(kFirstLow.data(), _mm256_and_si256(window.before1, half))),
+        LookUp(kSecondHigh.data(), _mm256_and_si256(_mm256_srli_epi16(window.at, 4), half)));
     // The top bit where a third or fourth byte is due: just there, two continuations in a row are right.
     const __m256i due = _mm256_or_si256(_mm256_subs_epu8(window.before2, Bytes(0xE0 - 0x80)),
                                         _mm256_subs_epu8(window.before3, Bytes(0xF0 - 0x80)));
@@ -338,10 +322,6 @@ KEL_AVX2_INLINE WCHAR* Put(const UnitBytes& units, unsigned mask, WCHAR* to) {
     to = PutUnits(_mm256_castsi256_si128(odd), mask >> 8 & 0xFF, to);
     to = PutUnits(_mm256_extracti128_si256(even, 1), mask >> 16 & 0xFF, to);
     return PutUnits(_mm256_extracti128_si256(odd, 1), mask >> 24, to);
-}
-
-KEL_AVX2_INLINE __m256i LoadBytes(const char* from) {
-    return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from));
 }
 
 /// Whether a sequence begins in a well-formed block and goes on behind it.
@@ -421,14 +401,18 @@ constexpr Utf8Kernel kKernel = {Encode, Decode};
 
 } // namespace
 
-const Utf8Kernel* const kUtf8Avx2 = &kKernel;
+const Utf8Kernel* BestUtf8Kernel() {
+    return HasAvx2() ? &kKernel : nullptr;
+}
 
 } // namespace kel::platform
 
 #else
 
 namespace kel::platform {
-const Utf8Kernel* const kUtf8Avx2 = nullptr;
+const Utf8Kernel* BestUtf8Kernel() {
+    return nullptr;
 }
+} // namespace kel::platform
 
 #endif

@@ -13,9 +13,6 @@ struct Utf8Kernel {
     void (*decode)(DecodeJob&);
 };
 
-/// For processors with AVX2; null where the compiler knows none.
-extern const Utf8Kernel* const kUtf8Avx2;
-
 /// The best kernel for this processor, null if there is none.
 const Utf8Kernel* BestUtf8Kernel();
 
