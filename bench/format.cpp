@@ -197,7 +197,7 @@ const std::vector<Line>& GivenLines() {
         std::vector<Line> made;
         for (int i = 0; i < 1000; ++i)
             made.push_back({random.Letters(8 + random.Below(9)), static_cast<int>(random.Below(1'000'000)),
-                            random.Below(100'000'000) / 1024.0});
+                            random.Below(100'000'000) / 997.0});
         return made;
     }();
     return lines;

@@ -108,7 +108,7 @@ void Table::ReportRuns(const std::vector<Run>& runs) {
         if (run.error_occurred)
             m_failures[run.run_name.function_name] = run.error_message;
         else
-            job.seconds.push_back(run.GetAdjustedRealTime() / benchmark::GetTimeUnitMultiplier(run.time_unit));
+            job.seconds.push_back(run.GetAdjustedCPUTime() / benchmark::GetTimeUnitMultiplier(run.time_unit));
     }
 }
 
