@@ -50,7 +50,8 @@ void SortByName(Entries& entries) {
     std::sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) { return a->name < b->name; });
 }
 
-// Where links are followed, this tells of their target; where they are not, of the link.
+// Where links are followed, the attributes tell of their target, and there are none of one that leads nowhere; where
+// they are not, the attributes tell of the link.
 bool IsLeftOut(const FileFinder& found, DWORD attributes) {
     if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DEVICE) != 0)
         return true;
@@ -74,6 +75,9 @@ void Scanner::AddTop(const WideString& path) {
 void Scanner::Add(Entries& entries, const FileFinder& found, const Folder* parent) {
     const WideString path = found.GetFilePath();
     const DWORD attributes = GetFileAttributesA(StdW2A(path).c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES && GetLastError() != ERROR_FILE_NOT_FOUND &&
+        GetLastError() != ERROR_PATH_NOT_FOUND)
+        FailOn("cannot read", path, GetLastError());
     if (IsLeftOut(found, attributes))
         ++m_tree.leftOut;
     else if (found.IsDirectory())
