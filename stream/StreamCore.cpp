@@ -9,16 +9,18 @@ namespace {
 constexpr std::size_t kPiece = 64 * 1024;
 
 // Appends @p count bytes of @p source to @p text, whose units are bytes or 16-bit units. The text grows piece by piece,
-// so that a length made up by damage costs no more memory than bytes that really arrive.
+// so that a length made up by damage costs no more memory than bytes that really arrive. A length of
+// 0 is a call too.
 template <class Text>
 void ReadPieces(InputStream& source, Text& text, std::size_t count) {
     constexpr std::size_t unit = sizeof(typename Text::value_type);
-    for (std::size_t done = 0; done < count;) {
+    std::size_t done = 0;
+    do {
         const std::size_t piece = std::min(count - done, kPiece);
         text.resize((done + piece + unit - 1) / unit);
         source.Read(reinterpret_cast<char*>(text.data()) + done, static_cast<int>(piece));
         done += piece;
-    }
+    } while (done < count);
 }
 
 } // namespace

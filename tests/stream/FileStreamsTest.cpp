@@ -1,0 +1,83 @@
+#include "tests/stream/Probes.h"
+#include "tests/support/TempFolder.h"
+
+namespace {
+
+std::string SystemText(DWORD error) {
+    char* text = nullptr;
+    FormatMessageA(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM, nullptr, error, 0,
+                   reinterpret_cast<LPSTR>(&text), 0, nullptr);
+    const std::string result = text == nullptr ? "" : text;
+    LocalFree(text);
+    return "1: " + result;
+}
+
+} // namespace
+
+TEST_CASE("a file sink empties an existing file and stores what is written") {
+    const TempFolder folder;
+    const WideString path = folder.Write("file", "longer than what comes");
+    {
+        FileOutputStream sink(path);
+        sink << 258 << "abc";
+        sink.Write("x", 0);
+        sink.Write("x", -1);
+        sink.Flush();
+        CHECK(Failure([&] { FileOutputStream second(path); }) == SystemText(ERROR_SHARING_VIOLATION));
+        CHECK(Failure([&] { FileInputStream second(path); }) == SystemText(ERROR_SHARING_VIOLATION));
+    }
+    CHECK(Hex(folder.Read("file")) == "02 01 00 00 03 00 00 00 61 62 63");
+    FileInputStream source(path);
+    int number = 0;
+    NarrowString text;
+    source >> number >> text;
+    CHECK((number == 258 && text == "abc"));
+}
+
+TEST_CASE("a file source that ends too early has delivered what there was") {
+    const TempFolder folder;
+    FileInputStream source(folder.Write("file", "abc"));
+    char bytes[] = "xxxxx";
+    source.Read(bytes, 0);
+    source.Read(bytes, -1);
+    CHECK(std::string(bytes) == "xxxxx");
+    CHECK(Failure([&] { source.Read(bytes, 4); }) == "4: Read beyond end of file");
+    CHECK(std::string(bytes) == "abcxx");
+    CHECK(Failure([&] { source.Read(bytes, 1); }) == "4: Read beyond end of file");
+}
+
+TEST_CASE("a file that cannot be opened throws the system's text") {
+    const TempFolder folder;
+    CHECK(Failure([&] { FileInputStream source(folder.Path("missing")); }) == SystemText(ERROR_FILE_NOT_FOUND));
+    CHECK(Failure([&] { FileOutputStream sink(folder.Path("missing\\file")); }) == SystemText(ERROR_PATH_NOT_FOUND));
+    CHECK(Failure([&] { FileOutputStream sink(folder.Path()); }) == SystemText(ERROR_ACCESS_DENIED));
+}
+
+TEST_CASE("copies share one file, which the last of them closes without touching the last error") {
+    const TempFolder folder;
+    const WideString path = folder.Path("file");
+    {
+        FileOutputStream other(folder.Path("other"));
+        {
+            FileOutputStream sink(path);
+            FileOutputStream copy(sink);
+            sink << 'a';
+            other = copy;
+            const FileOutputStream& same = other;
+            other = same;
+        }
+        CHECK(Failure([&] { FileOutputStream second(path); }) == SystemText(ERROR_SHARING_VIOLATION));
+        other << 'b';
+        SetLastError(77);
+    }
+    CHECK(GetLastError() == 77);
+    CHECK(folder.Read("file") == "ab");
+    CHECK(folder.Read("other").empty());
+    FileInputStream source(path);
+    FileInputStream copy(source);
+    char first = 0;
+    char second = 0;
+    source >> first;
+    copy >> second;
+    CHECK((first == 'a' && second == 'b'));
+}

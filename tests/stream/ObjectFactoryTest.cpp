@@ -1,0 +1,143 @@
+#include "stream/TypeNames.h"
+#include "tests/stream/Probes.h"
+#include "tests/stream/SampleObjects.h"
+
+class XPDib {};
+template <class... Arguments>
+struct Holder {};
+template <class First, class Second>
+struct Pair {};
+template <int Size, bool Flag, char Letter>
+struct Shape {};
+enum class Tint { Red, Green };
+template <Tint Value, unsigned long long Limit>
+struct Tinted {};
+namespace Outer {
+class Inner {
+public:
+    struct Deep {};
+};
+} // namespace Outer
+namespace {
+struct Hidden {};
+
+// Throws while it is assigned.
+class Stubborn : public SampleObject {
+public:
+    Stubborn() = default;
+    Stubborn(const Stubborn&) = default;
+    Stubborn& operator=(const Stubborn& other) {
+        SampleObject::operator=(other);
+        throw 1;
+    }
+};
+
+template <class Type>
+std::string NameOf() {
+    return kel::NormalTypeName(typeid(Type));
+}
+
+} // namespace
+
+TEST_CASE("identifiers are the stated hash of a name") {
+    SampleFactory factory;
+    const IObjectFactory& registry = factory;
+    const struct {
+        const char* name;
+        unsigned id;
+    } rows[] = {{"", 0}, {"A", 0x41}, {"AB", 0x101}, {"XPDib", 0x1E75}, {"\xE9", static_cast<unsigned>(-23)}};
+    for (const auto& row : rows) {
+        CAPTURE(row.name);
+        CHECK(static_cast<unsigned>(registry.GetClassID(row.name)) == row.id);
+    }
+    CHECK(registry.GetClassID(typeid(XPDib)) == 0x1E75);
+}
+
+TEST_CASE("type names have one spelling on every compiler") {
+    const struct {
+        std::string name;
+        const char* expected;
+    } rows[] = {
+        {NameOf<XPDib>(), "XPDib"},
+        {NameOf<Outer::Inner::Deep>(), "Outer::Inner::Deep"},
+        {NameOf<Hidden>(), "(anonymous namespace)::Hidden"},
+        {NameOf<Pair<int, char>>(), "Pair<int,char>"},
+        {NameOf<Holder<Holder<XPDib>>>(), "Holder<Holder<XPDib> >"},
+        {NameOf<Holder<Holder<Pair<XPDib, long long>>, unsigned long long>>(),
+         "Holder<Holder<Pair<XPDib,__int64> >,unsigned __int64>"},
+        {NameOf<Holder<const char*, int**, unsigned short&>>(), "Holder<char const *,int * *,unsigned short &>"},
+        {NameOf<Holder<NarrowString>>(),
+         "Holder<std::basic_string<char,std::char_traits<char>,std::allocator<char> > >"},
+        {NameOf<Shape<-3, true, 'a'>>(), "Shape<-3,1,97>"},
+        {NameOf<Tinted<Tint::Green, 7>>(), "Tinted<1,7>"},
+        {"class Holder<struct Item>", "Holder<Item>"},
+        {"struct Pair<class A, struct B<union C>>", "Pair<A,B<union C> >"},
+        {"strstruct uct A", "A"},
+        {"classic ", "classic "},
+        {"Wrap2<3ul,x4u,-5LL>", "Wrap2<3,x4u,-5>"},
+        {"F<`anonymous namespace'::T>", "F<(anonymous namespace)::T>"},
+        {"truetype<falsehood,false>", "truetype<falsehood,0>"},
+    };
+    for (const auto& row : rows)
+        CHECK(kel::NormaliseTypeName(row.name) == row.expected);
+}
+
+TEST_CASE("a registered class is created by type, name and identifier, any other gives null") {
+    SampleFactory factory;
+    IUnknown* const objects[] = {factory.CreateObject(typeid(SampleNode)), factory.CreateObject("SampleNode"),
+                                 factory.CreateObject(factory.GetClassID("SampleNode"))};
+    for (IUnknown* object : objects) {
+        CHECK(dynamic_cast<SampleNode*>(object) != nullptr);
+        CHECK(object->Release() == 0);
+    }
+    CHECK(factory.CreateObject(typeid(XPDib)) == nullptr);
+    CHECK(factory.CreateObject("SampleNod") == nullptr);
+    CHECK(factory.CreateObject(12345) == nullptr);
+    CHECK(factory.GetObjectFactoryObjectFunctions(12345) == nullptr);
+    CHECK(SampleObject::Alive().empty());
+}
+
+TEST_CASE("a later registration under a name replaces the earlier one") {
+    ObjectFactory factory;
+    factory.RegisterType<SampleNode>(false, "Thing");
+    factory.RegisterType<SampleCaption>(true, "Thing");
+    const auto* functions = factory.GetObjectFactoryObjectFunctions(factory.GetClassID("Thing"));
+    REQUIRE(functions != nullptr);
+    CHECK(functions->ShareEqualObjects());
+    CHECK(factory.CreateObject(typeid(SampleCaption)) == nullptr);
+    CHECK_THROWS_AS(factory.RegisterType<SampleNode>(true), std::logic_error);
+    CHECK(SampleObject::Alive().empty());
+}
+
+TEST_CASE("clones start with one reference and assigned objects keep theirs") {
+    SampleFactory factory;
+    const auto* functions = factory.GetObjectFactoryObjectFunctions(factory.GetClassID("SampleCaption"));
+    REQUIRE(functions != nullptr);
+    auto* source = new SampleCaption;
+    source->text = "text";
+    source->AddRef();
+    source->AddRef();
+    IUnknown* const clone = functions->Clone(source);
+    auto* const target = dynamic_cast<SampleCaption*>(clone);
+    REQUIRE(target != nullptr);
+    CHECK(target->Count() == 1);
+    CHECK(functions->Equals(source, clone));
+    target->text = "other";
+    CHECK_FALSE(functions->Equals(source, clone));
+    for (const unsigned count : {1u, 2u, 5u}) {
+        while (target->Count() < count)
+            target->AddRef();
+        functions->Assign(source, clone);
+        CHECK(target->Count() == count);
+        CHECK(source->Count() == 3);
+    }
+    CHECK(target->text == "text");
+    SampleObject::EndAll();
+
+    const kel::ObjectFunctions<Stubborn> stubborn(false);
+    Stubborn from;
+    Stubborn to;
+    from.AddRef();
+    CHECK_THROWS_AS(stubborn.Assign(&from, &to), int);
+    CHECK(to.Count() == 1);
+}

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "tests/support/Text.h"
+
+#include <kelcore/stream.h>
+
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+/// "00 41 FF" for the bytes of a text.
+inline std::string Hex(const std::string& bytes) {
+    std::string hex;
+    for (const char byte : bytes) {
+        hex += hex.empty() ? "" : " ";
+        hex += "0123456789ABCDEF"[(byte >> 4) & 15];
+        hex += "0123456789ABCDEF"[byte & 15];
+    }
+    return hex;
+}
+
+/// What a call throws: "code: message", or "" when it returns.
+template <class Call>
+std::string Failure(Call call) {
+    try {
+        call();
+        return "";
+    } catch (const StreamBase::Exception& failure) {
+        return std::to_string(failure.code) + ": " + StdW2A(failure.message);
+    }
+}
+
+/// Keeps every call as a text of its own ("flush" for a flush) and can fail one of them.
+class RecordingSink : public OutputStream {
+public:
+    void Write(const char* data, int count) override {
+        Count();
+        calls.emplace_back(data, static_cast<std::size_t>(count));
+    }
+    void Flush() override {
+        Count();
+        calls.emplace_back("flush");
+    }
+
+    std::string Content() const {
+        std::string content;
+        for (const std::string& call : calls)
+            content += call;
+        return content;
+    }
+
+    std::vector<std::string> calls;
+    int failAt = 0; // the number of the call that fails, from 1; it still counts
+
+private:
+    void Count() {
+        if (++m_calls == failAt)
+            throw StreamBase::Exception(99, WideString());
+    }
+
+    int m_calls = 0;
+};
+
+/// Delivers a text and keeps the size of every call.
+class RecordingSource : public InputStream {
+public:
+    explicit RecordingSource(std::string text) : m_text(std::move(text)), m_memory(m_text) {}
+    RecordingSource(const RecordingSource&) = delete;
+    void Read(char* data, int count) override {
+        sizes.push_back(count);
+        m_memory.Read(data, count);
+    }
+
+    std::vector<int> sizes;
+
+private:
+    std::string m_text;
+    MemoryInputStream m_memory;
+};

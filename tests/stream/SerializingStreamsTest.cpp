@@ -1,0 +1,299 @@
+#include "tests/stream/Probes.h"
+#include "tests/stream/SampleObjects.h"
+
+#include <memory>
+
+// The two classes of the format's worked example.
+class B : public SampleObject {
+public:
+    B() { version = 3; }
+    int value = 7;
+    short readVersion = 0;
+    bool operator==(const B& other) const { return value == other.value; }
+    void Read(SerializingInputStream& stream, short stored) override {
+        stream >> value;
+        readVersion = stored;
+    }
+    void Write(SerializingOutputStream& stream) const override { stream << value; }
+};
+
+class A : public SampleObject {
+public:
+    ISerializable* first = nullptr;
+    ISerializable* second = nullptr;
+    void Read(SerializingInputStream& stream, short) override {
+        first = stream.ReadRef();
+        second = stream.ReadRef();
+    }
+    void Write(SerializingOutputStream& stream) const override {
+        stream.WriteRef(first);
+        stream.WriteRef(second);
+    }
+};
+
+namespace {
+
+// No ISerializable, though it can be registered.
+class Plain : public virtual KelUnknown {};
+
+class Unregistered : public SampleObject {};
+
+class ExampleFactory : public SampleFactory {
+public:
+    explicit ExampleFactory(bool share = false) {
+        RegisterType<A>();
+        RegisterType<B>(share);
+        RegisterType<Plain>();
+    }
+};
+
+struct Ender {
+    ~Ender() { SampleObject::EndAll(); }
+};
+
+// What a case needs, declared before any object on the stack: when the streams are gone it ends all objects.
+struct Case {
+    explicit Case(bool share = false) : factory(share), out(factory, memory) {}
+
+    SerializingInputStream& In() { return In(memory.GetContent()); }
+    SerializingInputStream& In(const std::string& bytes) {
+        stored = bytes;
+        source = std::make_unique<MemoryInputStream>(stored);
+        in = std::make_unique<SerializingInputStream>(factory, *source);
+        return *in;
+    }
+
+    Ender ender;
+    ExampleFactory factory;
+    MemoryOutputStream memory;
+    SerializingOutputStream out;
+    std::string stored;
+    std::unique_ptr<MemoryInputStream> source;
+    std::unique_ptr<SerializingInputStream> in;
+};
+
+std::string Word(std::uint32_t value) {
+    return std::string(reinterpret_cast<const char*>(&value), sizeof value);
+}
+
+std::string Reference(std::uint32_t number) {
+    return Word(0) + Word(0x80190311) + Word(number);
+}
+
+std::string BackReference(std::uint32_t number) {
+    return Word(0) + Word(0x96190311) + Word(number);
+}
+
+std::string ObjectB(int value, short version = 3) {
+    const std::string stored(reinterpret_cast<const char*>(&version), sizeof version);
+    return Word(0x42) + stored + Word(static_cast<std::uint32_t>(value));
+}
+
+const std::string kHeadOfA = Word(0x41) + std::string("\1\0", 2);
+
+template <class Type>
+Type* Cast(ISerializable* object) {
+    return dynamic_cast<Type*>(object);
+}
+
+} // namespace
+
+TEST_CASE("the worked example has its bytes, each field in a call of its own, and reads back") {
+    Case test;
+    auto* a = new A;
+    auto* b = new B;
+    a->first = a->second = b;
+    RecordingSink sink;
+    SerializingOutputStream(test.factory, sink).Write(*a);
+    const std::vector<std::string> calls = {
+        Word(0x41), std::string("\1\0", 2), Word(0), Word(0x80190311), Word(1),
+        Word(0x42), std::string("\3\0", 2), Word(7), Word(0),          Word(0x80190311),
+        Word(2)};
+    CHECK(sink.calls == calls);
+    RecordingSource source(sink.Content());
+    SerializingInputStream in(test.factory, source);
+    A* const back = Cast<A>(in.Create());
+    CHECK(source.sizes == std::vector<int>{4, 2, 4, 4, 4, 4, 2, 4, 4, 4, 4});
+    REQUIRE(Cast<B>(back->first) != nullptr);
+    CHECK(back->first == back->second);
+    CHECK(Cast<B>(back->first)->readVersion == 3);
+    CHECK((back->Count() == 1 && Cast<B>(back->first)->Count() == 1));
+}
+
+TEST_CASE("an object that points to itself does so again, by value with a copy in between") {
+    Case test;
+    auto* node = new SampleNode;
+    node->left = node;
+    test.out.Write(*node);
+    test.out.WriteRef(node);
+    SerializingInputStream& in = test.In();
+    auto* back = Cast<SampleNode>(in.Create());
+    auto* inner = Cast<SampleNode>(back->left);
+    CHECK(inner != back);
+    CHECK(inner->left == inner);
+    CHECK(in.ReadRef() == inner);
+}
+
+TEST_CASE("a stream may begin with a reference; it is then numbered from 1, after a null from 0") {
+    Case test;
+    auto* b = new B;
+    test.out.WriteRef(b);
+    test.out.WriteRef(b);
+    test.out.WriteRef(nullptr);
+    CHECK(Hex(test.memory.GetContent()) == Hex(Reference(1) + ObjectB(7) + Reference(2) + Reference(0)));
+    SerializingInputStream& in = test.In();
+    ISerializable* const first = in.ReadRef();
+    CHECK(Cast<B>(first) != nullptr);
+    CHECK(in.ReadRef() == first);
+    CHECK(in.ReadRef() == nullptr);
+
+    Case other;
+    other.out.WriteRef(nullptr);
+    other.out.WriteRef(b);
+    CHECK(Hex(other.memory.GetContent()) == Hex(Reference(0) + Reference(1) + ObjectB(7)));
+    SerializingInputStream& again = other.In(Reference(0xFFFFFFFF) + Reference(1) + ObjectB(7));
+    CHECK(again.ReadRef() == nullptr);
+    CHECK(Cast<B>(again.ReadRef()) != nullptr);
+}
+
+TEST_CASE("equal objects of a sharing class are stored once, others every time") {
+    Case plain;
+    Case test(true);
+    B b;
+    B equal;
+    B other;
+    other.value = 8;
+    plain.out.Write(b);
+    plain.out.Write(b);
+    CHECK(plain.memory.GetContent() == ObjectB(7) + ObjectB(7));
+
+    for (const B* object : {&b, &other, &equal})
+        test.out.Write(*object);
+    test.out.WriteRef(&equal);
+    test.out.WriteRef(&equal);
+    const std::string bytes =
+        ObjectB(7) + ObjectB(8) + BackReference(0) + Reference(3) + BackReference(0) + Reference(4);
+    CHECK(Hex(test.memory.GetContent()) == Hex(bytes));
+    SerializingInputStream& in = test.In();
+    B targets[3];
+    for (B& target : targets) {
+        target.AddRef();
+        in.Read(target);
+        CHECK(target.Count() == 2);
+    }
+    CHECK((targets[0].value == 7 && targets[1].value == 8 && targets[2].value == 7));
+    auto* const copy = Cast<B>(in.ReadRef());
+    CHECK((copy->value == 7 && copy->Count() == 1));
+    CHECK(in.ReadRef() == copy);
+    const std::size_t kept = SampleObject::Alive().size();
+    test.in.reset();
+    CHECK(SampleObject::Alive().size() == kept - 2);
+}
+
+TEST_CASE("malformed records end in their exceptions") {
+    const struct {
+        std::string what;
+        std::string stored;
+        std::string create;
+        std::string read; // into an object of class B
+        std::string readRef;
+    } rows[] = {
+        {"unknown class", Word(0x43) + "xxxx", "2: Unexpected object in stream", "2: Unexpected object in stream",
+         "2: Next stream object is not a reference"},
+        {"version too high", ObjectB(1, 4), "5: Object version too high", "5: Object version too high",
+         "2: Next stream object is not a reference"},
+        {"older version", ObjectB(1, 2), "", "", "2: Next stream object is not a reference"},
+        {"negative version", ObjectB(1, -32768), "", "", "2: Next stream object is not a reference"},
+        {"other class", kHeadOfA + Reference(0) + Reference(0), "", "2: Unexpected object in stream",
+         "2: Next stream object is not a reference"},
+        {"unknown command", Word(0) + Word(0x80190312) + Word(1), "2: Unknown command in stream",
+         "2: Unknown command in stream", "2: Next stream object is not a reference"},
+        {"back-reference to nothing", BackReference(0), "2: Reference to unknown object in stream",
+         "2: Reference to unknown object in stream", "2: Next stream object is not a reference"},
+        {"back-reference to the last number", BackReference(0xFFFFFFFF), "2: Reference to unknown object in stream",
+         "2: Reference to unknown object in stream", "2: Next stream object is not a reference"},
+        {"reference", Reference(5), "2: Unknown command in stream", "2: Unknown command in stream",
+         "2: Reference to non-existing object"},
+        {"reference to an unknown class", Reference(1) + Word(0x43), "2: Unknown command in stream",
+         "2: Unknown command in stream", "2: Unexpected object in stream"},
+    };
+    for (const auto& row : rows) {
+        CAPTURE(row.what);
+        Case test;
+        B target;
+        CHECK(Failure([&] { test.In(row.stored).Create(); }) == row.create);
+        CHECK(Failure([&] { test.In(row.stored).Read(target); }) == row.read);
+        CHECK(Failure([&] { test.In(row.stored).ReadRef(); }) == row.readRef);
+    }
+}
+
+TEST_CASE("a back-reference to another class than the target's is refused") {
+    Case test(true);
+    SampleCaption caption;
+    test.out.Write(caption);
+    SerializingInputStream& in = test.In(test.memory.GetContent() + BackReference(0));
+    B target;
+    in.Read(caption);
+    CHECK(Failure([&] { in.Read(target); }) == "2: Wrong type of object in stream");
+}
+
+TEST_CASE("what cannot be stored or created is refused before any byte of it") {
+    Case test;
+    Unregistered object;
+    CHECK(Failure([&] { test.out.Write(object); }) == "2: Unexpected object in stream");
+    CHECK(Failure([&] { test.out.WriteRef(&object); }) == "2: Unexpected object in stream");
+    CHECK(test.memory.GetContent().empty());
+    const auto id = static_cast<std::uint32_t>(test.factory.GetClassID(typeid(Plain)));
+    CHECK(Failure([&] { test.In(Word(id) + std::string("\1\0", 2)).Create(); }) == "2: Unexpected object in stream");
+}
+
+TEST_CASE("objects made by a failing read are gone, those that were complete are whole") {
+    Case test;
+    const std::string complete = kHeadOfA + Reference(1) + ObjectB(7) + Reference(3) + ObjectB(8);
+    const std::size_t boundaries[] = {6 + 12 + 10, 6 + 12 + 10 + 12 + 10};
+    for (std::size_t size = 0; size < complete.size(); ++size) {
+        CAPTURE(size);
+        CHECK(Failure([&] { test.In(complete.substr(0, size)).Create(); }) == "4: Memory block too short");
+        CHECK(SampleObject::Alive().size() == (size >= boundaries[0] ? 1 : 0));
+        SampleObject::EndAll();
+    }
+    CHECK(Failure([&] { test.In(complete).Create(); }) == "");
+    CHECK(SampleObject::Alive().size() == 3);
+}
+
+TEST_CASE("a failing inner stream leaves copies and tables in balance") {
+    Case test(true);
+    B b;
+    A a;
+    a.first = a.second = &b;
+    int calls = 0;
+    for (std::string failure = "99: "; failure == "99: ";) {
+        RecordingSink sink;
+        sink.failAt = ++calls;
+        failure = Failure([&] {
+            SerializingOutputStream out(test.factory, sink);
+            out.Write(a);
+            out.Write(b);
+            out.Flush();
+        });
+        CHECK(SampleObject::Alive().size() == 2);
+    }
+    CHECK(calls == 11 + 3 + 1 + 1);
+}
+
+TEST_CASE("plain bytes and flushes pass through object streams") {
+    SampleFactory factory;
+    RecordingSink sink;
+    SerializingOutputStream out(factory, sink);
+    out << 1;
+    out.Write("ab", 2);
+    out.Flush();
+    CHECK(sink.calls == std::vector<std::string>{Word(1), "ab", "flush"});
+    RecordingSource source(Word(1) + "ab");
+    SerializingInputStream in(factory, source);
+    int number = 0;
+    char bytes[2];
+    in >> number;
+    in.Read(bytes, 2);
+    CHECK(source.sizes == std::vector<int>{4, 2});
+}
