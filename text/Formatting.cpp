@@ -1,38 +1,56 @@
 #include <kelcore/text.h>
 
+#include "text/Overwrite.h"
+
 #include <kelcore/platform.h>
 
 #include <cstdarg>
+#include <memory>
+#include <stdexcept>
 
 namespace {
 
 constexpr std::size_t kFirstCapacity = 1024;
+constexpr std::size_t kGrowth = 4;
 constexpr std::size_t kLastCapacity = std::size_t{1} << 30;
 
-// Releases a text that FormatMessageA has allocated.
-class SystemText {
-public:
-    SystemText() = default;
-    SystemText(const SystemText&) = delete;
-    SystemText& operator=(const SystemText&) = delete;
-    ~SystemText() { LocalFree(m_text); }
-
-    // With FORMAT_MESSAGE_ALLOCATE_BUFFER the call takes the address of a pointer for its buffer.
-    char* Buffer() { return reinterpret_cast<char*>(&m_text); }
-    operator const char*() const { return m_text; }
-
-private:
-    char* m_text = nullptr;
+// Ends a list however its function is left.
+struct ListEnd {
+    va_list& list;
+    ~ListEnd() { va_end(list); }
 };
 
-// One try; a negative result tells that the output did not fit.
-int FormatInto(unsigned short* text, std::size_t capacity, const unsigned short* format, char** arguments) {
-    va_list list;
-    va_copy(list, *reinterpret_cast<va_list*>(arguments));
-    const int length =
-        _vsnwprintf(reinterpret_cast<WCHAR*>(text), capacity, reinterpret_cast<const WCHAR*>(format), list);
-    va_end(list);
-    return length;
+char** Pass(va_list& list) {
+    return reinterpret_cast<char**>(&list);
+}
+
+va_list* Received(char** arguments) {
+    return reinterpret_cast<va_list*>(arguments);
+}
+
+// One try at a format; the caller's list stays fresh for the next one.
+int Print(unsigned short* units, std::size_t count, const unsigned short* format, va_list& list) {
+    va_list arguments;
+    va_copy(arguments, list);
+    const ListEnd end{arguments};
+    return _vsnwprintf(reinterpret_cast<WCHAR*>(units), count, reinterpret_cast<const WCHAR*>(format), arguments);
+}
+
+struct FreeLocal {
+    void operator()(char* memory) const { LocalFree(memory); }
+};
+
+// A text that the system has formatted into memory of its own.
+struct SystemText {
+    std::unique_ptr<char, FreeLocal> text;
+    DWORD length;
+};
+
+SystemText FormatBySystem(DWORD source, const char* format, DWORD code, char** arguments) {
+    char* text = nullptr;
+    const DWORD length = ::FormatMessageA(FORMAT_MESSAGE_ALLOCATE_BUFFER | source, format, code, /*language*/ 0,
+                                          reinterpret_cast<char*>(&text), /*least size*/ 0, Received(arguments));
+    return {std::unique_ptr<char, FreeLocal>(text), length};
 }
 
 } // namespace
@@ -40,58 +58,55 @@ int FormatInto(unsigned short* text, std::size_t capacity, const unsigned short*
 void String::Format(const unsigned short* format, ...) {
     va_list arguments;
     va_start(arguments, format);
-    FormatString(format, reinterpret_cast<char**>(&arguments));
-    va_end(arguments);
+    const ListEnd end{arguments};
+    FormatString(format, Pass(arguments));
 }
 
 void String::FormatMessageA(const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
-    FormatMessageString(format, reinterpret_cast<char**>(&arguments));
-    va_end(arguments);
+    const ListEnd end{arguments};
+    FormatMessageString(format, Pass(arguments));
 }
 
-// The first capacity is on the stack: most texts fit, and the string need not hold room for 1,024 units.
+String String::CreateErrorMessage(unsigned long code) {
+    const SystemText message = FormatBySystem(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, static_cast<DWORD>(code), nullptr);
+    return message.length == 0 ? String() : String(NarrowString(message.text.get()));
+}
+
+String String::CreateLastErrorMessage() {
+    return CreateErrorMessage(GetLastError());
+}
+
 void String::FormatString(const unsigned short* format, char** arguments) {
+    va_list& list = *Received(arguments);
+    // Most texts fit into the first capacity, and clearing that much of this text costs as much as formatting it.
     unsigned short first[kFirstCapacity];
-    int length = FormatInto(first, kFirstCapacity, format, arguments);
+    int length = Print(first, kFirstCapacity, format, list);
     if (length >= 0) {
         assign(first, static_cast<std::size_t>(length));
         return;
     }
-    for (std::size_t capacity = kFirstCapacity * 4; length < 0 && capacity <= kLastCapacity; capacity *= 4) {
-        resize(capacity);
-        length = FormatInto(data(), capacity, format, arguments);
+    for (std::size_t capacity = kFirstCapacity * kGrowth; capacity <= kLastCapacity; capacity *= kGrowth) {
+        kel::Overwrite(*this, capacity, [&](unsigned short* units, std::size_t room) {
+            length = Print(units, room, format, list);
+            return static_cast<std::size_t>(length < 0 ? 0 : length);
+        });
+        if (length >= 0)
+            return;
     }
-    resize(length < 0 ? 0 : static_cast<std::size_t>(length));
+    throw std::length_error("String::Format: the result is longer than 2^30 units");
 }
 
 unsigned int String::FormatMessageString(const char* format, char** arguments) {
-    SystemText text;
-    const unsigned long length =
-        FormatMessageA(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_STRING, format,
-                       /*messageId*/ 0, /*languageId*/ 0, text.Buffer(), /*size*/ 0, arguments);
-    if (length != 0)
-        *this = NarrowString(text);
-    return static_cast<unsigned int>(length);
+    const SystemText message = FormatBySystem(FORMAT_MESSAGE_FROM_STRING, format, /*code*/ 0, arguments);
+    if (message.length != 0)
+        assign(StdA2W(message.text.get()));
+    return message.length;
 }
 
 unsigned long String::FormatMessageA(unsigned long flags, const void* source, unsigned long messageId,
                                      unsigned long languageId, char* buffer, unsigned long size, char** arguments) {
     return ::FormatMessageA(static_cast<DWORD>(flags), source, static_cast<DWORD>(messageId),
-                            static_cast<DWORD>(languageId), buffer, static_cast<DWORD>(size),
-                            reinterpret_cast<va_list*>(arguments));
-}
-
-String String::CreateErrorMessage(unsigned long code) {
-    String message;
-    SystemText text;
-    if (::FormatMessageA(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM, nullptr, static_cast<DWORD>(code),
-                         /*languageId*/ 0, text.Buffer(), /*size*/ 0, nullptr) != 0)
-        message = NarrowString(text);
-    return message;
-}
-
-String String::CreateLastErrorMessage() {
-    return CreateErrorMessage(GetLastError());
+                            static_cast<DWORD>(languageId), buffer, static_cast<DWORD>(size), Received(arguments));
 }
