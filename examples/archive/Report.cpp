@@ -7,7 +7,8 @@ namespace kelarchive {
 
 std::string Shown(const WideString& path) {
     // A trail byte of a double-byte page can look like a backslash, so the units are replaced, not the bytes.
-    WideString units = path;
+    static const WideString kExactly = u"\\\\?\\"_w;
+    WideString units = path.substr(path.compare(0, kExactly.size(), kExactly) == 0 ? kExactly.size() : 0);
     std::replace(units.begin(), units.end(), static_cast<unsigned short>('\\'), static_cast<unsigned short>('/'));
     return StdW2A(units);
 }

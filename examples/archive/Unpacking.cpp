@@ -11,8 +11,6 @@
 namespace kelarchive {
 namespace {
 
-// Names that differ in case only are different files where the system can tell them apart.
-constexpr unsigned kNewFile = FILE_ATTRIBUTE_NORMAL | FILE_FLAG_POSIX_SEMANTICS;
 constexpr unsigned kKeptAttributes =
     FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
 
@@ -31,9 +29,15 @@ void SetAttributes(const WideString& path, unsigned attributes) {
         FailOn("cannot set the attributes of", path, GetLastError());
 }
 
+// The system takes such a path as it is written: of any length, and off Windows with names that differ in case only.
+WideString ExactPath(const WideString& full) {
+    const WideString prefix = u"\\\\?\\"_w;
+    return full.compare(0, 2, prefix, 0, 2) == 0 ? full : prefix + full;
+}
+
 class Unpacker : public EntryVisitor {
 public:
-    explicit Unpacker(const WideString& folder) : m_folder(File::GetFullPath(folder)) {}
+    explicit Unpacker(const WideString& folder) : m_folder(ExactPath(File::GetFullPath(folder))) {}
     ~Unpacker() override { RemoveUnfinished(); }
 
     void EnterFolder(const Folder& folder) override { MakeFolder(PathOf(folder)); }
@@ -62,7 +66,7 @@ void Unpacker::LeaveFolder(const Folder& folder) {
     try {
         File handle;
         handle.Open(path, FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE, false, OPEN_EXISTING,
-                    FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_POSIX_SEMANTICS);
+                    FILE_FLAG_BACKUP_SEMANTICS);
         handle.SetFileTimes(&folder.created, &folder.accessed, &folder.written);
     } catch (const File::Exception& error) {
         FailOn("cannot set the times of", path, error.m_dwError);
@@ -73,7 +77,7 @@ void Unpacker::LeaveFolder(const Folder& folder) {
 void Unpacker::BeginFile(const FileEntry& file) {
     m_path = PathOf(file);
     try {
-        m_file.Create(m_path, GENERIC_WRITE, 0, false, CREATE_NEW, kNewFile);
+        m_file.Create(m_path, GENERIC_WRITE, 0, false, CREATE_NEW);
     } catch (const File::Exception& error) {
         FailOn("cannot make", m_path, error.m_dwError);
     }
@@ -91,8 +95,7 @@ void Unpacker::Bytes(const char* data, unsigned count) {
 void Unpacker::SameBytes(const Content& content) {
     File first;
     try {
-        first.OpenForReading(content.source, FILE_SHARE_READ, false,
-                             FILE_FLAG_SEQUENTIAL_SCAN | FILE_FLAG_POSIX_SEMANTICS);
+        first.OpenForReading(content.source, FILE_SHARE_READ, false, FILE_FLAG_SEQUENTIAL_SCAN);
         constexpr unsigned kPiece = 64 * 1024;
         for (std::string piece; first.Read(piece, kPiece) != 0;)
             Bytes(piece.data(), static_cast<unsigned>(piece.size()));

@@ -177,6 +177,14 @@ private:
     int m_error = ENOENT;    // why the last name was not taken
 };
 
+// A path that is taken as it is written names something new, provided that its folder is there.
+DWORD CheckMissing(const std::string& host, struct stat& existing) {
+    const std::string folder = host.substr(0, host.rfind('/') + 1);
+    const bool found = stat(folder.c_str(), &existing) == 0 && S_ISDIR(existing.st_mode);
+    existing = {};
+    return found ? 0 : ERROR_PATH_NOT_FOUND;
+}
+
 // A file's name followed by a separator names nothing; a folder's does. A missing name keeps the separator, so that the
 // host creates folders under it but no files.
 DWORD CheckTrailingSeparator(std::string& host, const struct stat& existing) {
@@ -231,7 +239,8 @@ DWORD ResolveHostPath(std::string_view utf8, std::string& host, struct stat& exi
     if (lstat(host.c_str(), &existing) != 0) {
         if (errno != ENOENT && errno != ENOTDIR)
             return ErrorFromHost(errno);
-        if (const DWORD error = Matcher(host, existing).Match())
+        const bool exactly = HasVerbatimPrefix(utf8);
+        if (const DWORD error = exactly ? CheckMissing(host, existing) : Matcher(host, existing).Match())
             return error;
     }
     return IsSeparator(utf8.back()) ? CheckTrailingSeparator(host, existing) : 0;

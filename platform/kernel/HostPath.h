@@ -14,6 +14,7 @@ namespace kel::platform {
 /// Drive C: is the host's root, both separators are understood, a relative path is taken from the current directory.
 /// Every component is matched exactly first, then without regard to case. The last component may be missing: it is then
 /// kept as written, less the dots and spaces at its end that Windows drops, so that it can be created under that name.
+/// A path that begins with \\?\ is taken as it is written: each component is matched exactly and keeps its end.
 /// The usual road costs one system call. "NUL" is the host's null device. A link at the end is not followed.
 /// @param host receives an absolute or relative host path in the host's encoding.
 /// @return 0, or the Win32 error code: ERROR_PATH_NOT_FOUND for a missing folder on the way, an unknown drive or an
