@@ -11,9 +11,8 @@
 /// - Types: `d i u o x X` integers; `e E f F g G a A` doubles; `p` a pointer, all its digits, upper case; `c` a 16-bit
 ///   unit, `C` a narrow character; `s` wide text, `S` narrow text; `%` itself. A null text prints as "(null)". `n`
 ///   takes its pointer, writes nothing through it and prints nothing.
-/// - Sizes: `h` and `hh` short, `l` and `w` long, which has 32 bits as on Windows, `ll`, `I64` and `j` 64 bits, `I32`
-/// 32
-///   bits, `I`, `z` and `t` the width of a pointer, `L` nothing. With `c C s S`, `h` means narrow and `l` or `w` wide.
+/// - Sizes: `h` and `hh` short; `l` and `w` long, which has 32 bits as on Windows; `ll`, `I64` and `j` 64 bits; `I32`
+///   32 bits; `I`, `z` and `t` the width of a pointer; `L` nothing. With `c C s S`, `h` means narrow, `l` or `w` wide.
 /// - What is no conversion is left out up to the unit that cannot belong to one, which is printed as plain text.
 ///
 /// Narrow text is in the ANSI code page. A precision counts its bytes, and a character that it cuts in two is left out.
