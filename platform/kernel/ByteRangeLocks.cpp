@@ -20,7 +20,7 @@ namespace {
 struct Range {
     const FileObject* owner;
     std::uint64_t begin;
-    std::uint64_t end; // past the last byte; 2^64 is 0, see Overlap
+    std::uint64_t end; // past the last byte; 2^64 wraps to 0
     bool exclusive;
 };
 
@@ -35,9 +35,13 @@ LockTable& Table() {
     return table;
 }
 
-// An end of 2^64 wraps to 0, and so its last byte does not.
+bool EndsAfter(const Range& range, std::uint64_t offset) {
+    return range.end > offset || range.end < range.begin;
+}
+
+// A range of no bytes overlaps those that begin before it and end after it, as on Windows.
 bool Overlap(const Range& a, const Range& b) {
-    return a.begin != a.end && b.begin != b.end && a.begin <= b.end - 1 && b.begin <= a.end - 1;
+    return EndsAfter(a, b.begin) && EndsAfter(b, a.begin);
 }
 
 // A shared lock may lie over the same opening's exclusive lock, never the other way round.
@@ -103,7 +107,7 @@ short HostTypeAt(const std::vector<Range>& ranges, const FileObject& file, int d
 // of ranges, so that bytes that stay locked are never let go.
 bool ApplyToHost(const std::vector<Range>& ranges, FileObject& file, const Range& changed) {
     constexpr std::uint64_t kLimit = kSharingBytes;
-    const std::uint64_t end = changed.end == 0 ? kLimit : std::min(changed.end, kLimit);
+    const std::uint64_t end = changed.end < changed.begin ? kLimit : std::min(changed.end, kLimit);
     const int descriptor = LockDescriptor(file);
     for (std::uint64_t begin = changed.begin; begin < end;) {
         std::uint64_t next = end;

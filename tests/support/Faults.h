@@ -11,9 +11,6 @@ namespace kel::test {
 
 bool FaultsAvailable();
 
-/// Whether the platform is Wine, for the few points where it does not do what Windows does.
-bool RunsOnWine();
-
 enum class Fault { Fail, ShortTransfer };
 
 /// Arms the fault for the platform call number @p nth from now on. Available or not, see testing.h of the layer.

@@ -8,10 +8,6 @@ bool FaultsAvailable() {
     return true;
 }
 
-bool RunsOnWine() {
-    return false;
-}
-
 void ArmFault(int nth, DWORD error, Fault kind) {
     platform::ArmFault(nth, error, kind == Fault::Fail ? platform::Fault::Fail : platform::Fault::Short);
 }

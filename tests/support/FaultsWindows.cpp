@@ -6,10 +6,6 @@ bool FaultsAvailable() {
     return false;
 }
 
-bool RunsOnWine() {
-    return GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr;
-}
-
 void ArmFault(int, DWORD, Fault) {}
 
 bool DisarmFault() {

@@ -223,7 +223,8 @@ KELPLATFORM_API BOOL WINAPI GetFileInformationByHandle(HANDLE file, LPBY_HANDLE_
 KELPLATFORM_API LONG WINAPI CompareFileTime(const FILETIME* first, const FILETIME* second);
 
 /// Locks @p length bytes from an offset, which may lie past the end, against every other handle: nobody else can lock,
-/// read or write them. Locks are not inherited and end with the object's last handle. No bytes lock nothing.
+/// read or write them. Locks are not inherited and end with the object's last handle. A lock of no bytes
+/// keeps off the ranges that have its offset inside.
 /// @return FALSE with ERROR_LOCK_VIOLATION when a byte is locked already, by this handle too; ERROR_ACCESS_DENIED for a
 ///         handle that can neither read nor write; ERROR_INVALID_PARAMETER when the range passes 2^64.
 ///

@@ -15,7 +15,8 @@ enum class Fault {
 };
 
 /// Arms a fault: of the hooked calls that the process makes from now on, number @p nth (counted from 1) meets it.
-/// Arming again starts the count anew. One fault is armed at a time.
+/// Arming again starts the count anew. One fault is armed at a time. A call that closes something (CloseHandle,
+/// FindClose, UnmapViewOfFile) closes it all the same and fails then.
 /// @param error the last error of a failing call.
 KELPLATFORM_API void ArmFault(int nth, DWORD error, Fault kind = Fault::Fail);
 
@@ -25,7 +26,7 @@ KELPLATFORM_API bool DisarmFault();
 /// The name of the call that met the last armed fault, "" if none did.
 KELPLATFORM_API const char* FaultedCall();
 
-/// Handles of every kind that are open now: files, mappings, searches.
+/// What is open now: handles of every kind but the standard ones, and views of mappings.
 KELPLATFORM_API std::size_t OpenHandles();
 
 /// What GetVersionExA reports from now on; all zero brings the layer's own answer back.

@@ -1,0 +1,227 @@
+#include "Opened.h"
+
+#include <array>
+#include <atomic>
+#include <functional>
+#include <thread>
+#include <vector>
+
+namespace {
+
+char g_byte;
+DWORD g_count;
+FILETIME g_time;
+
+// Every call that takes a handle, made in a way that a good handle would allow.
+const std::function<bool(HANDLE)> kCalls[] = {
+    [](HANDLE handle) { return CloseHandle(handle) != FALSE; },
+    [](HANDLE handle) { return ReadFile(handle, &g_byte, 1, &g_count, nullptr) != FALSE; },
+    [](HANDLE handle) { return WriteFile(handle, &g_byte, 1, &g_count, nullptr) != FALSE; },
+    [](HANDLE handle) { return FlushFileBuffers(handle) != FALSE; },
+    [](HANDLE handle) { return SetFilePointer(handle, 0, nullptr, FILE_BEGIN) != INVALID_SET_FILE_POINTER; },
+    [](HANDLE handle) { return SetFilePointerEx(handle, {}, nullptr, FILE_BEGIN) != FALSE; },
+    [](HANDLE handle) { return SetEndOfFile(handle) != FALSE; },
+    [](HANDLE handle) { return GetFileSize(handle, nullptr) != INVALID_FILE_SIZE; },
+    [](HANDLE handle) { return GetFileTime(handle, nullptr, nullptr, &g_time) != FALSE; },
+    [](HANDLE handle) { return SetFileTime(handle, nullptr, nullptr, &g_time) != FALSE; },
+    [](HANDLE handle) { return GetFileType(handle) != FILE_TYPE_UNKNOWN; },
+    [](HANDLE handle) { return LockFile(handle, 0, 0, 1, 0) != FALSE; },
+    [](HANDLE handle) { return UnlockFile(handle, 0, 0, 1, 0) != FALSE; },
+    [](HANDLE handle) { return MapViewOfFile(handle, FILE_MAP_READ, 0, 0, 0) != nullptr; },
+    [](HANDLE handle) { return GetHandleInformation(handle, &g_count) != FALSE; },
+    [](HANDLE handle) { return SetHandleInformation(handle, HANDLE_FLAG_INHERIT, 0) != FALSE; },
+    [](HANDLE handle) {
+        HANDLE copy;
+        return DuplicateHandle(GetCurrentProcess(), handle, GetCurrentProcess(), &copy, 0, FALSE,
+                               DUPLICATE_SAME_ACCESS) != FALSE;
+    },
+};
+
+void CheckRefusedEverywhere(HANDLE handle) {
+    int call = 0;
+    for (const auto& succeeds : kCalls) {
+        CAPTURE(call++);
+        SetLastError(0);
+        CHECK_FALSE(succeeds(handle));
+        CHECK(GetLastError() == ERROR_INVALID_HANDLE);
+    }
+}
+
+HANDLE Duplicate(HANDLE source, DWORD access, DWORD options) {
+    HANDLE copy = nullptr;
+    const BOOL good = DuplicateHandle(GetCurrentProcess(), source, GetCurrentProcess(), &copy, access, FALSE, options);
+    return good ? copy : nullptr;
+}
+
+} // namespace
+
+TEST_CASE("every call refuses null, foreign and closed handles") {
+    const Workplace place;
+    Opened file("a", kReadWrite, 0, CREATE_ALWAYS);
+    const HANDLE closed = file;
+    file.Close();
+    CheckRefusedEverywhere(closed);
+    CheckRefusedEverywhere(nullptr);
+    CheckRefusedEverywhere(reinterpret_cast<HANDLE>(std::uintptr_t{0x7654320}));
+}
+
+TEST_CASE("a closed handle's value is not given to the next file") {
+    const Workplace place;
+    Opened first("a", kReadWrite, 0, CREATE_ALWAYS);
+    const HANDLE before = first;
+    first.Close();
+    const Opened second("a");
+    if (kOnLayer)
+        CHECK(static_cast<HANDLE>(second) != before);
+}
+
+TEST_CASE("duplicates share position and share modes until the last is closed") {
+    const Workplace place;
+    Workplace::Write("a", "0123456789");
+    Opened first("a");
+    const HANDLE second = Duplicate(first, 0, DUPLICATE_SAME_ACCESS);
+    REQUIRE(second);
+    char byte = 0;
+    CHECK(Read(first, &byte, 1) == 1);
+    CHECK(Read(second, &byte, 1) == 1);
+    CHECK(byte == '1');
+    first.Close();
+    CHECK(ErrorOfOpening("a", GENERIC_READ, kShareAll) == ERROR_SHARING_VIOLATION);
+    CHECK(CloseHandle(second));
+    CHECK(ErrorOfOpening("a", GENERIC_READ) == 0);
+}
+
+TEST_CASE("a duplicate can have fewer rights, and closing the source is part of the call") {
+    const Workplace place;
+    Workplace::Write("a", "0123456789");
+    const HANDLE source = CreateFileA("a", kReadWrite, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    const HANDLE reader = Duplicate(source, GENERIC_READ, DUPLICATE_CLOSE_SOURCE);
+    REQUIRE(reader);
+    if (source != reader)
+        CHECK(ErrorOf(CloseHandle(source)) == ERROR_INVALID_HANDLE);
+    CHECK(Write(reader, "x", 1) == -1);
+    CHECK(GetLastError() == ERROR_ACCESS_DENIED);
+    if (kOnLayer)
+        CHECK_FALSE(Duplicate(reader, GENERIC_WRITE, 0));
+    CHECK(CloseHandle(reader));
+}
+
+TEST_CASE("a protected handle is not closed") {
+    const Workplace place;
+    const Opened file("a", kReadWrite, 0, CREATE_ALWAYS);
+    CHECK(SetHandleInformation(file, HANDLE_FLAG_PROTECT_FROM_CLOSE, HANDLE_FLAG_PROTECT_FROM_CLOSE));
+    CHECK(ErrorOf(CloseHandle(file)) == ERROR_INVALID_HANDLE);
+    DWORD flags = 0;
+    CHECK(GetHandleInformation(file, &flags));
+    CHECK(flags == HANDLE_FLAG_PROTECT_FROM_CLOSE);
+    CHECK(SetHandleInformation(file, HANDLE_FLAG_PROTECT_FROM_CLOSE, 0));
+}
+
+TEST_CASE("the inherit flag comes from the security attributes") {
+    const Workplace place;
+    SECURITY_ATTRIBUTES security = {sizeof security, nullptr, TRUE};
+    const HANDLE file = CreateFileA("a", GENERIC_WRITE, 0, &security, CREATE_ALWAYS, 0, nullptr);
+    DWORD flags = 0;
+    CHECK(GetHandleInformation(file, &flags));
+    CHECK(flags == HANDLE_FLAG_INHERIT);
+    CHECK(CloseHandle(file));
+}
+
+TEST_CASE("standard handles stay the same and unknown ones are refused") {
+    CHECK(GetStdHandle(STD_OUTPUT_HANDLE) == GetStdHandle(STD_OUTPUT_HANDLE));
+    CHECK(GetStdHandle(STD_OUTPUT_HANDLE) != GetStdHandle(STD_ERROR_HANDLE));
+    CHECK(GetStdHandle(5) == INVALID_HANDLE_VALUE);
+    CHECK(GetLastError() == ERROR_INVALID_HANDLE);
+    const Opened null("NUL");
+    CHECK(GetFileType(null) == FILE_TYPE_CHAR);
+}
+
+TEST_CASE("handles are opened, used and closed by many threads at once") {
+    const Workplace place;
+    Workplace::Write("a", "0123456789");
+    std::array<std::atomic<HANDLE>, 4> handles{};
+    std::atomic<int> wrong{0};
+    const auto work = [&](unsigned seed) {
+        for (int round = 0; round < 500; ++round) {
+            auto& shared = handles[(seed + static_cast<unsigned>(round)) % handles.size()];
+            if (const HANDLE old =
+                    shared.exchange(CreateFileA("a", GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr)))
+                CloseHandle(old);
+            char byte;
+            const OVERLAPPED third = At(3);
+            OVERLAPPED overlapped = third;
+            const int count = Read(handles[seed % handles.size()], &byte, 1, &overlapped);
+            if (count == 1 ? byte != '3' : GetLastError() != ERROR_INVALID_HANDLE)
+                ++wrong;
+        }
+    };
+    std::vector<std::thread> threads;
+    for (unsigned seed = 0; seed < 4; ++seed)
+        threads.emplace_back(work, seed);
+    for (std::thread& thread : threads)
+        thread.join();
+    CHECK(wrong == 0);
+    for (const HANDLE handle : handles)
+        CHECK(CloseHandle(handle));
+}
+
+TEST_CASE("each thread has its own last error") {
+    std::atomic<DWORD> other{0};
+    std::thread thread([&] {
+        SetLastError(4321);
+        other = GetLastError();
+    });
+    SetLastError(1234);
+    while (other == 0)
+        continue;
+    CHECK(GetLastError() == 1234);
+    CHECK(other == 4321);
+    thread.join();
+}
+
+TEST_CASE("the version is asked for with a record of either size") {
+    OSVERSIONINFOEXA version = {};
+    for (const DWORD size : {DWORD{148}, DWORD{156}}) {
+        version.dwOSVersionInfoSize = size;
+        CHECK(GetVersionExA(reinterpret_cast<OSVERSIONINFOA*>(&version)));
+        CHECK(version.dwPlatformId == VER_PLATFORM_WIN32_NT);
+        CHECK(version.dwOSVersionInfoSize == size);
+    }
+    version.dwOSVersionInfoSize = 155;
+    CHECK(ErrorOf(GetVersionExA(reinterpret_cast<OSVERSIONINFOA*>(&version))) == ERROR_INSUFFICIENT_BUFFER);
+}
+
+TEST_CASE("the stack limits hold a thread's variables, and its lowest byte can be used") {
+    ULONG_PTR low = 0;
+    ULONG_PTR high = 0;
+    const auto holdsLocal = [&] {
+        char local = 0;
+        const auto here = reinterpret_cast<ULONG_PTR>(&local);
+        GetCurrentThreadStackLimits(&low, &high);
+        return low < here && here < high && high - low >= 64 * 1024;
+    };
+    CHECK(holdsLocal());
+    bool inThread = false;
+    std::thread([&] {
+        inThread = holdsLocal();
+        if (kOnLayer) // Windows guards pages that are not reached in order
+            *reinterpret_cast<volatile char*>(low) = 1;
+    }).join();
+    CHECK(inThread);
+}
+
+TEST_CASE("clocks run forward") {
+    LARGE_INTEGER frequency;
+    LARGE_INTEGER before;
+    LARGE_INTEGER after;
+    CHECK(QueryPerformanceFrequency(&frequency));
+    CHECK(QueryPerformanceCounter(&before));
+    const ULONGLONG ticks = GetTickCount64();
+    while (GetTickCount64() < ticks + 20)
+        continue;
+    CHECK(QueryPerformanceCounter(&after));
+    const double milliseconds =
+        static_cast<double>(after.QuadPart - before.QuadPart) * 1000 / static_cast<double>(frequency.QuadPart);
+    CHECK(milliseconds > 5);
+    CHECK(milliseconds < 5000);
+}

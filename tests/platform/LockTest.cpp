@@ -1,0 +1,235 @@
+#include "Opened.h"
+
+#include "tests/support/Faults.h"
+#include "tests/support/SecondProcess.h"
+
+#include <atomic>
+#include <thread>
+
+namespace {
+
+constexpr std::uint64_t k4GiB = std::uint64_t{1} << 32;
+constexpr DWORD kAtOnce = LOCKFILE_FAIL_IMMEDIATELY;
+constexpr DWORD kExclusive = LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY;
+
+struct Range {
+    std::uint64_t offset;
+    std::uint64_t length;
+};
+
+bool Lock(HANDLE file, Range range, DWORD flags = kExclusive) {
+    OVERLAPPED at = At(range.offset);
+    return LockFileEx(file, flags, 0, static_cast<DWORD>(range.length), static_cast<DWORD>(range.length >> 32), &at) !=
+           FALSE;
+}
+
+bool Unlock(HANDLE file, Range range) {
+    return UnlockFile(file, static_cast<DWORD>(range.offset), static_cast<DWORD>(range.offset >> 32),
+                      static_cast<DWORD>(range.length), static_cast<DWORD>(range.length >> 32)) != FALSE;
+}
+
+// Two openings of one file of ten bytes.
+struct TwoOpenings {
+    Workplace place;
+    Opened first{(Workplace::Write("a", "0123456789"), "a"), kReadWrite, kShareAll};
+    Opened second{"a", kReadWrite, kShareAll};
+};
+
+// How many of single bytes a second process cannot lock, -1 where there is no second process.
+int LockedForOthers(std::initializer_list<std::uint64_t> offsets) {
+    return kel::test::InSecondProcess([&] {
+        const Opened file("a", kReadWrite, kShareAll);
+        int locked = 0;
+        for (const std::uint64_t offset : offsets)
+            locked += !Lock(file, {offset, 1});
+        return locked;
+    });
+}
+
+} // namespace
+
+TEST_CASE("a lock refuses what overlaps it, through its own handle and others") {
+    const TwoOpenings files;
+    struct Row {
+        Range held;
+        Range wanted;
+        DWORD error;
+    };
+    const Row rows[] = {
+        {{2, 4}, {0, 2}, 0},
+        {{2, 4}, {0, 3}, ERROR_LOCK_VIOLATION},
+        {{2, 4}, {3, 1}, ERROR_LOCK_VIOLATION},
+        {{2, 4}, {2, 4}, ERROR_LOCK_VIOLATION},
+        {{2, 4}, {5, 9}, ERROR_LOCK_VIOLATION},
+        {{2, 4}, {6, 1}, 0},
+        {{2, 4}, {2, 0}, 0},
+        {{2, 4}, {3, 0}, ERROR_LOCK_VIOLATION},
+        {{2, 4}, {6, 0}, 0},
+        {{3, 0}, {3, 1}, 0},
+        {{3, 0}, {2, 2}, ERROR_LOCK_VIOLATION},
+        {{3, 0}, {3, 0}, 0},
+        {{k4GiB - 1, 2}, {k4GiB, 1}, ERROR_LOCK_VIOLATION},
+        {{k4GiB - 1, 2}, {1, 1}, 0},
+        {{0, k4GiB + 1}, {k4GiB, 5}, ERROR_LOCK_VIOLATION},
+        {{1, 1}, {k4GiB + 1, 1}, 0},
+        {{0, ~std::uint64_t{0}}, {k4GiB, 1}, ERROR_LOCK_VIOLATION},
+        {{~std::uint64_t{0} - 9, 10}, {~std::uint64_t{0} - 1, 1}, ERROR_LOCK_VIOLATION},
+        {{~std::uint64_t{0}, 1}, {~std::uint64_t{0} - 1, 1}, 0},
+    };
+    for (const Row& row : rows) {
+        CAPTURE(row.held.offset);
+        CAPTURE(row.wanted.offset);
+        for (const HANDLE other : {static_cast<HANDLE>(files.first), static_cast<HANDLE>(files.second)}) {
+            REQUIRE(Lock(files.first, row.held));
+            CHECK(ErrorOf(Lock(other, row.wanted)) == row.error);
+            if (row.error == 0)
+                CHECK(Unlock(other, row.wanted));
+            CHECK(Unlock(files.first, row.held));
+        }
+    }
+    CHECK(ErrorOf(LockFile(files.first, 0xFFFFFFFF, 0xFFFFFFFF, 2, 0)) == ERROR_INVALID_PARAMETER);
+}
+
+TEST_CASE("shared locks stand beside each other and over the own exclusive one") {
+    const TwoOpenings files;
+    const Range range = {0, 5};
+    CHECK(Lock(files.first, range, kAtOnce));
+    CHECK(Lock(files.second, {2, 2}, kAtOnce));
+    CHECK_FALSE(Lock(files.first, {4, 1}));
+    CHECK_FALSE(Lock(files.second, {4, 1}));
+    CHECK(Unlock(files.second, {2, 2}));
+    CHECK(Unlock(files.first, range));
+
+    CHECK(Lock(files.first, range));
+    CHECK_FALSE(Lock(files.second, {2, 2}, kAtOnce));
+    CHECK(Lock(files.first, range, kAtOnce));
+    CHECK(Unlock(files.first, range)); // the exclusive one
+    CHECK(Lock(files.second, {2, 2}, kAtOnce));
+    CHECK_FALSE(Lock(files.second, {0, 1}));
+    CHECK(Unlock(files.first, range));
+    CHECK(Lock(files.second, {0, 1}));
+}
+
+TEST_CASE("only what was locked as a whole is unlocked") {
+    const TwoOpenings files;
+    CHECK(Lock(files.first, {2, 4}));
+    CHECK(Lock(files.first, {6, 2}));
+    CHECK(Lock(files.first, {9, 0}));
+    // Wine answers ERROR_LOCK_VIOLATION
+    const DWORD notLocked = kOnLayer ? ERROR_NOT_LOCKED : ERROR_LOCK_VIOLATION;
+    for (const Range range : {Range{2, 3}, Range{3, 3}, Range{2, 6}, Range{0, 1}, Range{4, 0}}) {
+        CAPTURE(range.offset);
+        CAPTURE(range.length);
+        CHECK(ErrorOf(Unlock(files.first, range)) == notLocked);
+    }
+    CHECK(ErrorOf(Unlock(files.second, {2, 4})) == notLocked);
+    CHECK(Unlock(files.first, {9, 0}));
+    CHECK(Unlock(files.first, {2, 4}));
+    CHECK(ErrorOf(Unlock(files.first, {2, 4})) == notLocked);
+    CHECK_FALSE(Lock(files.second, {6, 1}));
+}
+
+TEST_CASE("locks end with the handle, not with a duplicate of it") {
+    TwoOpenings files;
+    HANDLE copy = nullptr;
+    CHECK(
+        DuplicateHandle(GetCurrentProcess(), files.first, GetCurrentProcess(), &copy, 0, FALSE, DUPLICATE_SAME_ACCESS));
+    CHECK(Lock(files.first, {0, 5}));
+    CHECK(CloseHandle(copy));
+    CHECK_FALSE(Lock(files.second, {0, 5}));
+    files.first.Close();
+    CHECK(Lock(files.second, {0, 5}));
+}
+
+TEST_CASE("locks take rights to the contents, reading is enough") {
+    const Workplace place;
+    Workplace::Write("a", "0123456789");
+    const Opened reader("a", GENERIC_READ, kShareAll);
+    const Opened other("a", GENERIC_READ, kShareAll);
+    CHECK(Lock(reader, {0, 5}));
+    CHECK_FALSE(Lock(other, {4, 1}));
+    CHECK(LockedForOthers({0, 4, 5}) == (kOnLayer ? 2 : -1));
+    const Opened attributes("a", FILE_READ_ATTRIBUTES, kShareAll);
+    if (kOnLayer)
+        CHECK(ErrorOf(Lock(attributes, {8, 1})) == ERROR_ACCESS_DENIED);
+}
+
+TEST_CASE("locks hold towards other processes") {
+    const TwoOpenings files;
+    if (!kOnLayer) {
+        MESSAGE("a test program cannot start a second process here");
+        return;
+    }
+    CHECK(Lock(files.first, {2, 4}));
+    CHECK(Lock(files.first, {k4GiB, 1}, kAtOnce));
+    CHECK(LockedForOthers({0, 1, 2, 5, 6, k4GiB, k4GiB + 1}) == 3);
+    CHECK(Unlock(files.first, {2, 4}));
+    CHECK(LockedForOthers({2, 5, k4GiB}) == 1);
+}
+
+TEST_CASE("transfers that touch another handle's lock are refused") {
+    const TwoOpenings files;
+    if (!kOnLayer) {
+        MESSAGE("locks do not stop transfers on Wine");
+        return;
+    }
+    char buffer[10];
+    const auto readAt = [&](HANDLE file, std::uint64_t offset, DWORD count) {
+        OVERLAPPED at = At(offset);
+        return ErrorOf(Read(file, buffer, count, &at) != -1);
+    };
+    const auto writeAt = [&](HANDLE file, std::uint64_t offset, DWORD count) {
+        OVERLAPPED at = At(offset);
+        return ErrorOf(Write(file, "abcdefghij", count, &at) != -1);
+    };
+    CHECK(Lock(files.first, {4, 2}));
+    CHECK(readAt(files.first, 0, 10) == 0);
+    CHECK(writeAt(files.first, 0, 10) == 0);
+    CHECK(readAt(files.second, 0, 4) == 0);
+    CHECK(readAt(files.second, 0, 5) == ERROR_LOCK_VIOLATION);
+    CHECK(writeAt(files.second, 6, 4) == 0);
+    CHECK(writeAt(files.second, 5, 1) == ERROR_LOCK_VIOLATION);
+    CHECK(writeAt(files.second, 5, 0) == 0);
+    CHECK(SetFilePointer(files.second, 4, nullptr, FILE_BEGIN) == 4);
+    CHECK(ErrorOf(Read(files.second, buffer, 1) != -1) == ERROR_LOCK_VIOLATION);
+    CHECK(Unlock(files.first, {4, 2}));
+
+    CHECK(Lock(files.first, {4, 2}, kAtOnce)); // shared: read by all, written by nobody
+    CHECK(readAt(files.second, 0, 10) == 0);
+    CHECK(writeAt(files.second, 4, 1) == ERROR_LOCK_VIOLATION);
+    CHECK(writeAt(files.first, 4, 1) == ERROR_LOCK_VIOLATION);
+    CHECK(writeAt(files.first, 6, 1) == 0);
+}
+
+TEST_CASE("a lock that may wait comes when the bytes are free") {
+    const TwoOpenings files;
+    REQUIRE(Lock(files.first, {0, 5}));
+    std::atomic<bool> freed{false};
+    std::atomic<bool> asked{false};
+    bool waited = false;
+    std::thread waiting([&] {
+        asked = true;
+        waited = Lock(files.second, {4, 1}, LOCKFILE_EXCLUSIVE_LOCK) && freed;
+    });
+    while (!asked)
+        std::this_thread::yield();
+    freed = true;
+    CHECK(Unlock(files.first, {0, 5}));
+    waiting.join();
+    CHECK(waited);
+    CHECK_FALSE(Lock(files.first, {0, 5}));
+}
+
+TEST_CASE("each lock call can be made to fail") {
+    const TwoOpenings files;
+    kel::test::WithEachCallFailing(ERROR_WRITE_FAULT, [&] {
+        const bool locked = Lock(files.first, {0, 5});
+        const bool unlocked = locked && Unlock(files.first, {0, 5});
+        kel::test::DisarmFault();
+        CHECK((unlocked || GetLastError() == ERROR_WRITE_FAULT));
+        if (locked && !unlocked)
+            CHECK(Unlock(files.first, {0, 5}));
+        CHECK(Lock(files.second, {0, 5}));
+        CHECK(Unlock(files.second, {0, 5}));
+    });
+}

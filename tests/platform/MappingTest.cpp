@@ -1,0 +1,186 @@
+#include "Opened.h"
+
+#include "tests/support/Faults.h"
+
+#include <cstring>
+
+namespace {
+
+constexpr DWORD k64KiB = 0x10000;
+
+HANDLE Map(HANDLE file, DWORD protection, std::uint64_t size = 0, const char* name = nullptr) {
+    return CreateFileMappingA(file, nullptr, protection, static_cast<DWORD>(size >> 32), static_cast<DWORD>(size),
+                              name);
+}
+
+// The error of making a mapping, 0 for none.
+DWORD ErrorOfMapping(HANDLE file, DWORD protection, std::uint64_t size = 0, const char* name = nullptr) {
+    const HANDLE mapping = Map(file, protection, size, name);
+    return ErrorOf(mapping && CloseHandle(mapping));
+}
+
+DWORD ErrorOfView(HANDLE mapping, DWORD access, DWORD offset = 0, SIZE_T count = 0) {
+    const void* view = MapViewOfFile(mapping, access, 0, offset, count);
+    return ErrorOf(view && UnmapViewOfFile(view));
+}
+
+char* View(HANDLE mapping, DWORD access, DWORD offset = 0, SIZE_T count = 0) {
+    return static_cast<char*>(MapViewOfFile(mapping, access, 0, offset, count));
+}
+
+} // namespace
+
+TEST_CASE("a mapping needs a file with bytes and the rights to them") {
+    const Workplace place;
+    Workplace::Write("a", "0123456789");
+    Workplace::Write("empty");
+    const Opened empty("empty");
+    CHECK(ErrorOfMapping(empty, PAGE_READWRITE) == ERROR_FILE_INVALID);
+    struct Row {
+        DWORD access;
+        DWORD protection;
+        std::uint64_t size;
+        DWORD error;
+    };
+    const Row rows[] = {
+        {GENERIC_READ, PAGE_READONLY, 0, 0},
+        {GENERIC_READ, PAGE_READONLY, 10, 0},
+        {GENERIC_READ, PAGE_READONLY, 11, ERROR_NOT_ENOUGH_MEMORY},
+        {GENERIC_READ, PAGE_WRITECOPY, 0, 0},
+        {GENERIC_READ, PAGE_READWRITE, 0, ERROR_ACCESS_DENIED},
+        {GENERIC_WRITE, PAGE_READWRITE, 0, ERROR_ACCESS_DENIED},
+        {GENERIC_WRITE, PAGE_READONLY, 0, ERROR_ACCESS_DENIED},
+        {FILE_READ_ATTRIBUTES, PAGE_READONLY, 0, ERROR_ACCESS_DENIED},
+        {kReadWrite, PAGE_READWRITE | SEC_COMMIT, 0, 0},
+        {kReadWrite, 0, 0, ERROR_INVALID_PARAMETER},
+        {kReadWrite, PAGE_READONLY | PAGE_READWRITE, 0, ERROR_INVALID_PARAMETER},
+    };
+    for (const Row& row : rows) {
+        CAPTURE(row.access);
+        CAPTURE(row.protection);
+        CAPTURE(row.size);
+        const Opened file("a", row.access);
+        CHECK(ErrorOfMapping(file, row.protection, row.size) == row.error);
+    }
+    CHECK(ErrorOfMapping(INVALID_HANDLE_VALUE, PAGE_READWRITE) == ERROR_INVALID_PARAMETER);
+    if (kOnLayer)
+        CHECK(ErrorOfMapping(INVALID_HANDLE_VALUE, PAGE_READWRITE, 10, "name") == ERROR_NOT_SUPPORTED);
+}
+
+TEST_CASE("a view's access follows from the mapping's protection") {
+    const Workplace place;
+    Workplace::Write("a", "0123456789");
+    const Opened file("a");
+    struct Row {
+        DWORD protection;
+        DWORD access;
+        DWORD error;
+    };
+    const Row rows[] = {
+        {PAGE_READONLY, FILE_MAP_READ, 0},
+        {PAGE_READONLY, FILE_MAP_COPY, 0},
+        {PAGE_READONLY, FILE_MAP_WRITE, ERROR_ACCESS_DENIED},
+        {PAGE_READONLY, FILE_MAP_ALL_ACCESS, ERROR_ACCESS_DENIED},
+        {PAGE_WRITECOPY, FILE_MAP_COPY, 0},
+        {PAGE_WRITECOPY, FILE_MAP_WRITE, ERROR_ACCESS_DENIED},
+        {PAGE_READWRITE, FILE_MAP_READ, 0},
+        {PAGE_READWRITE, FILE_MAP_WRITE, 0},
+        {PAGE_READWRITE, FILE_MAP_ALL_ACCESS, 0},
+    };
+    for (const Row& row : rows) {
+        CAPTURE(row.protection);
+        CAPTURE(row.access);
+        const HANDLE mapping = Map(file, row.protection);
+        REQUIRE(mapping);
+        CHECK(ErrorOfView(mapping, row.access) == row.error);
+        CHECK(CloseHandle(mapping));
+    }
+}
+
+TEST_CASE("a view lies inside its mapping and begins at a multiple of 64 KiB") {
+    const Workplace place;
+    const Opened file("a", kReadWrite, 0, CREATE_NEW);
+    const HANDLE mapping = Map(file, PAGE_READWRITE, 2 * k64KiB + 10);
+    REQUIRE(mapping);
+    CHECK(GetFileSize(file, nullptr) == 2 * k64KiB + 10);
+    CHECK(ErrorOfView(mapping, FILE_MAP_READ, k64KiB, k64KiB) == 0);
+    CHECK(ErrorOfView(mapping, FILE_MAP_READ, 2 * k64KiB, 10) == 0);
+    CHECK(ErrorOfView(mapping, FILE_MAP_READ, 2 * k64KiB, k64KiB) == ERROR_ACCESS_DENIED);
+    CHECK(ErrorOfView(mapping, FILE_MAP_READ, 0, 3 * k64KiB) == ERROR_ACCESS_DENIED);
+    for (const DWORD offset : {DWORD{1}, DWORD{4096}, k64KiB - 1})
+        CHECK(ErrorOfView(mapping, FILE_MAP_READ, offset) == ERROR_MAPPED_ALIGNMENT);
+    CHECK(ErrorOfView(file, FILE_MAP_READ) == ERROR_INVALID_HANDLE);
+    CHECK(CloseHandle(mapping));
+}
+
+TEST_CASE("bytes written through a view become the file's, and a copy's stay its own") {
+    const Workplace place;
+    Workplace::Write("a", "0123456789");
+    Opened file("a");
+    const HANDLE mapping = Map(file, PAGE_READWRITE);
+    REQUIRE(mapping);
+    char* view = View(mapping, FILE_MAP_WRITE);
+    char* copy = View(mapping, FILE_MAP_COPY);
+    REQUIRE(view);
+    REQUIRE(copy);
+    // The view alone keeps everything.
+    CHECK(CloseHandle(mapping));
+    file.Close();
+    view[9] = 'x';
+    copy[0] = 'y';
+    CHECK(view[0] == '0');
+    CHECK(FlushViewOfFile(view, 0));
+    CHECK(UnmapViewOfFile(copy));
+    CHECK(UnmapViewOfFile(view));
+    CHECK(ErrorOf(UnmapViewOfFile(view)) == ERROR_INVALID_ADDRESS);
+    CHECK(ErrorOf(UnmapViewOfFile(nullptr)) == ERROR_INVALID_ADDRESS);
+    CHECK(Workplace::Read("a") == "012345678x");
+}
+
+TEST_CASE("views of one anonymous mapping see each other") {
+    const HANDLE mapping = Map(INVALID_HANDLE_VALUE, PAGE_READWRITE, 3 * k64KiB);
+    REQUIRE(mapping);
+    char* all = View(mapping, FILE_MAP_WRITE);
+    char* part = View(mapping, FILE_MAP_READ, k64KiB, 1);
+    REQUIRE(all);
+    REQUIRE(part);
+    CHECK(*part == 0);
+    all[k64KiB] = 'x';
+    CHECK(*part == 'x');
+    CHECK(UnmapViewOfFile(part));
+    CHECK(UnmapViewOfFile(all));
+    CHECK(CloseHandle(mapping));
+}
+
+TEST_CASE("a mapped file is not cut short, and shares again once its handle is closed") {
+    const Workplace place;
+    Workplace::Write("a", "0123456789");
+    Opened file("a");
+    const HANDLE mapping = Map(file, PAGE_READONLY);
+    REQUIRE(mapping);
+    CHECK(SetFilePointer(file, 5, nullptr, FILE_BEGIN) == 5);
+    CHECK(ErrorOf(SetEndOfFile(file)) == ERROR_USER_MAPPED_FILE);
+    CHECK(ErrorOfOpening("a", GENERIC_READ) == ERROR_SHARING_VIOLATION);
+    file.Close();
+    if (kOnLayer) { // Wine keeps the share modes with the mapping
+        CHECK(ErrorOfOpening("a", GENERIC_READ) == 0);
+        CHECK(ErrorOfOpening("a", GENERIC_WRITE, 0, CREATE_ALWAYS) == ERROR_USER_MAPPED_FILE);
+    }
+    CHECK(CloseHandle(mapping));
+    CHECK(ErrorOfOpening("a", GENERIC_WRITE, 0, CREATE_ALWAYS) == 0);
+}
+
+TEST_CASE("each mapping call can be made to fail") {
+    const Workplace place;
+    Workplace::Write("a", "0123456789");
+    kel::test::WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [] {
+        const Opened file("a");
+        const HANDLE mapping = file.Good() ? Map(file, PAGE_READONLY) : nullptr;
+        const char* view = mapping ? View(mapping, FILE_MAP_READ) : nullptr;
+        CHECK((view || GetLastError() == ERROR_NOT_ENOUGH_MEMORY));
+        if (view)
+            UnmapViewOfFile(view);
+        if (mapping)
+            CloseHandle(mapping);
+    });
+}
