@@ -31,6 +31,14 @@ wine_fetch() {
   APT_CONFIG=$1/apt.conf apt-get -qq -y --download-only install wine32
 }
 
+# What the packages' set-up would do: zlib1.dll joins Wine's own modules. Wine takes a module from there only when the
+# bytes after the DOS header say that it is Wine's.
+wine_join_zlib() {
+  local module=$1/usr/lib/i386-linux-gnu/wine/i386-windows/zlib1.dll
+  cp "$1/usr/i686-w64-mingw32/lib/zlib1.dll" "$module"
+  printf 'Wine builtin DLL%b' '\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0' | dd of="$module" bs=1 seek=64 conv=notrunc status=none
+}
+
 # The folder's C library is left out: the loader and the library must be of one build, the host's.
 wine_unpack() {
   local package
@@ -41,8 +49,7 @@ wine_unpack() {
     esac
   done
   rm -rf "$2/usr/share/doc" "$2/usr/share/locale" "$2/usr/share/iso-codes" "$2/usr/share/xml"
-  # Packages of an installed Wine are joined by their triggers; unpacked ones need the one library they share.
-  cp "$2/usr/i686-w64-mingw32/lib/zlib1.dll" "$2/usr/lib/i386-linux-gnu/wine/i386-windows/"
+  wine_join_zlib "$2"
 }
 
 wine_make_folder() {
@@ -73,7 +80,7 @@ wine_environment() {
       ;;
     *) die "no such width: $1 (i686, x86_64)" ;;
   esac
-  export WINELOADER=$WINE WINEPREFIX=$CACHE/prefix-$1 WINEDEBUG=-all LC_ALL=C.UTF-8
+  export WINELOADER=$WINE WINEPREFIX=$CACHE/prefix-$1 WINEDEBUG=${WINEDEBUG:--all} LC_ALL=C.UTF-8
   export WINEDLLOVERRIDES="winedbg.exe,winemenubuilder.exe,mscoree,mshtml="
   unset DISPLAY
 }
@@ -109,6 +116,7 @@ wine_make_folder_detached() (
 # pipe of ours open. The server stays for a minute after its last program: a run of many programs starts it once.
 wine_start() {
   "$WINESERVER" -k0 2>/dev/null && return
-  "$WINESERVER" -p60 >/dev/null 2>&1 </dev/null
-  "$WINE" wineboot >/dev/null 2>&1 </dev/null
+  # Another program may have started it meanwhile.
+  "$WINESERVER" -p60 >/dev/null 2>&1 </dev/null || true
+  quietly "starting Wine" "$WINE" wineboot
 }
