@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
-#include <cstring>
 
 namespace kel::platform {
 namespace {
@@ -15,7 +14,19 @@ bool IsContinuation(char c) {
 }
 
 bool IsUnspeakable(Byte byte) {
-    return byte < 0x20 || std::strchr("\\:*?\"<>|", byte) != nullptr;
+    switch (byte) {
+    case '\\':
+    case ':':
+    case '*':
+    case '?':
+    case '"':
+    case '<':
+    case '>':
+    case '|':
+        return true;
+    default:
+        return byte < 0x20;
+    }
 }
 
 // Only what the mapping produces is mapped back; U+F02E must not turn into a dot and climb out of a folder.

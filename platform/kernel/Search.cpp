@@ -44,7 +44,7 @@ public:
 
     // Takes the descriptor of an open folder over.
     Search(int folder, std::string_view pattern, bool isRoot)
-        : Object(kKind), m_folder(folder), m_pattern(pattern), m_dotsGiven(isRoot ? 2 : 0),
+        : Object(kKind), m_folder(folder), m_pattern(pattern), m_dotsGiven(isRoot || !m_pattern.MatchesDots() ? 2 : 0),
           m_block(std::make_unique_for_overwrite<char[]>(kBlockSize)) {}
 
     ~Search() override {
@@ -56,7 +56,7 @@ public:
         const std::lock_guard<std::mutex> lock(m_mutex);
         while (m_dotsGiven < 2) {
             const char* dots = m_dotsGiven++ == 0 ? "." : "..";
-            if (m_pattern.MatchesDots(dots) && Tell(dots, dots, DT_DIR, entry))
+            if (Tell(dots, dots, DT_DIR, entry))
                 return true;
         }
         while (const dirent64* found = NextOfHost()) {

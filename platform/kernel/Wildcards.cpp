@@ -98,9 +98,9 @@ bool NamePattern::Matches(std::string_view name) const {
     return places.AtEnd();
 }
 
-// "*." lists them, as names without an extension.
-bool NamePattern::MatchesDots(std::string_view dots) const {
-    return m_expression == std::u16string(1, kDosAny) || Matches(dots);
+// Both or none, and with names that have no extension: what happens to match a single dot does not mean them.
+bool NamePattern::MatchesDots() const {
+    return m_expression == std::u16string(1, kDosAny) || (Matches(".") && Matches(".."));
 }
 
 } // namespace kel::platform

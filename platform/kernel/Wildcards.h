@@ -18,7 +18,7 @@ public:
     bool Matches(std::string_view name) const;
 
     /// Whether the folder's own entries "." and ".." match.
-    bool MatchesDots(std::string_view dots) const;
+    bool MatchesDots() const;
 
 private:
     // Upper case; '<', '>' and '"' stand for the DOS forms of '*', '?' and '.'.
