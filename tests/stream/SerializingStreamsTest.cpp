@@ -1,7 +1,7 @@
 #include "tests/stream/Probes.h"
 #include "tests/stream/SampleObjects.h"
 
-#include <memory>
+#include <optional>
 
 // The two classes of the format's worked example.
 class B : public SampleObject {
@@ -47,6 +47,14 @@ public:
     }
 };
 
+// An optional warns of streams that are not final, since their destructors are not virtual.
+struct MemorySource final : MemoryInputStream {
+    using MemoryInputStream::MemoryInputStream;
+};
+struct ObjectSource final : SerializingInputStream {
+    using SerializingInputStream::SerializingInputStream;
+};
+
 struct Ender {
     ~Ender() { SampleObject::EndAll(); }
 };
@@ -58,9 +66,9 @@ struct Case {
     SerializingInputStream& In() { return In(memory.GetContent()); }
     SerializingInputStream& In(const std::string& bytes) {
         stored = bytes;
-        source = std::make_unique<MemoryInputStream>(stored);
-        in = std::make_unique<SerializingInputStream>(factory, *source);
-        return *in;
+        in.reset();
+        source.emplace(stored);
+        return in.emplace(factory, *source);
     }
 
     Ender ender;
@@ -68,8 +76,8 @@ struct Case {
     MemoryOutputStream memory;
     SerializingOutputStream out;
     std::string stored;
-    std::unique_ptr<MemoryInputStream> source;
-    std::unique_ptr<SerializingInputStream> in;
+    std::optional<MemorySource> source;
+    std::optional<ObjectSource> in;
 };
 
 std::string Word(std::uint32_t value) {
