@@ -29,6 +29,19 @@ bool CutAtNul(const char* text, std::size_t& size) {
     return nul != nullptr;
 }
 
+/// Converts @p size units, which are not none. @return the bytes written.
+std::size_t Narrow(const unsigned short* text, std::size_t size, char* to, std::size_t room) {
+    const auto* units = reinterpret_cast<const WCHAR*>(text);
+    return static_cast<std::size_t>(
+        WideCharToMultiByte(CP_ACP, /*flags*/ 0, units, Size(size), to, Size(room), nullptr, nullptr));
+}
+
+/// Converts @p size bytes, which are not none. @return the units written.
+std::size_t Widen(const char* text, std::size_t size, unsigned short* to, std::size_t room) {
+    return static_cast<std::size_t>(
+        MultiByteToWideChar(CP_ACP, /*flags*/ 0, text, Size(size), reinterpret_cast<WCHAR*>(to), Size(room)));
+}
+
 /// Wide text on its way to bytes. A NUL unit, and nothing else, becomes a NUL byte, so the terminator is looked for
 /// among the bytes, where there are fewer and the library's search is quick.
 class Narrowing {
@@ -40,9 +53,7 @@ public:
     /// Converts the next piece of at most @p most units. @return the bytes written.
     std::size_t Next(std::size_t most, char* to, std::size_t room) {
         const std::size_t count = PieceLength(most);
-        const auto* units = reinterpret_cast<const WCHAR*>(m_units);
-        auto size = static_cast<std::size_t>(
-            WideCharToMultiByte(CP_ACP, /*flags*/ 0, units, Size(count), to, Size(room), nullptr, nullptr));
+        std::size_t size = Narrow(m_units, count, to, room);
         m_units += count;
         m_left -= count;
         if (size == 0 || CutAtNul(to, size))
@@ -103,11 +114,6 @@ std::size_t BytePiece(const char* text, std::size_t size) {
     return kPiece;
 }
 
-std::size_t Widen(const char* text, std::size_t size, unsigned short* to, std::size_t room) {
-    return static_cast<std::size_t>(
-        MultiByteToWideChar(CP_ACP, /*flags*/ 0, text, Size(size), reinterpret_cast<WCHAR*>(to), Size(room)));
-}
-
 /// Converts all of @p text up to its terminator. @return the units written.
 std::size_t WidenPieces(const NarrowString& text, unsigned short* to, std::size_t room) {
     std::size_t written = 0;
@@ -123,11 +129,8 @@ std::size_t WidenPieces(const NarrowString& text, unsigned short* to, std::size_
     return written;
 }
 
-} // namespace
-
-NarrowString StdW2A(const WideString& text) {
-    if (text.empty())
-        return {};
+/// A text longer than a short one.
+NarrowString NarrowLong(const WideString& text) {
     Narrowing rest(text);
     char front[kMostBytes * kShort];
     NarrowString result(front, rest.Next(kShort, front, sizeof front));
@@ -145,17 +148,32 @@ NarrowString StdW2A(const WideString& text) {
     return result;
 }
 
-WideString StdA2W(const NarrowString& text) {
-    if (text.size() <= kShort) {
-        std::size_t size = text.size();
-        CutAtNul(text.data(), size);
-        unsigned short units[kShort];
-        return {units, size > 0 ? Widen(text.data(), size, units, kShort) : 0};
-    }
+/// A text longer than a short one.
+WideString WidenLong(const NarrowString& text) {
     WideString result;
     // A byte becomes one unit at most.
     kel::Overwrite(result, text.size(),
                    [&](unsigned short* to, std::size_t room) { return WidenPieces(text, to, room); });
     Trim(result);
     return result;
+}
+
+} // namespace
+
+NarrowString StdW2A(const WideString& text) {
+    if (text.size() > kShort)
+        return NarrowLong(text);
+    char bytes[kMostBytes * kShort];
+    std::size_t size = text.empty() ? 0 : Narrow(text.data(), text.size(), bytes, sizeof bytes);
+    CutAtNul(bytes, size);
+    return {bytes, size};
+}
+
+WideString StdA2W(const NarrowString& text) {
+    if (text.size() > kShort)
+        return WidenLong(text);
+    unsigned short units[kShort];
+    std::size_t size = text.size();
+    CutAtNul(text.data(), size);
+    return {units, size > 0 ? Widen(text.data(), size, units, kShort) : 0};
 }

@@ -6,6 +6,7 @@
 #include "platform/crt/Avx2.h"
 
 #include <array>
+#include <cstring>
 
 namespace kel::platform {
 namespace {
@@ -94,7 +95,8 @@ KEL_AVX2_INLINE bool EncodePairs(__m256i units, EncodedUnits& encoded) {
     return true;
 }
 
-/// @return the bytes written.
+/// Writes the bytes of the first @p kCount units, 8 or 16. @return how many.
+template <std::size_t kCount>
 KEL_AVX2_INLINE std::size_t PutBytes(const EncodedUnits& units, char* to) {
     const __m256i low = _mm256_unpacklo_epi16(units.lead, units.tail);  // units 0 to 3 and 8 to 11
     const __m256i high = _mm256_unpackhi_epi16(units.lead, units.tail); // units 4 to 7 and 12 to 15
@@ -103,9 +105,29 @@ KEL_AVX2_INLINE std::size_t PutBytes(const EncodedUnits& units, char* to) {
     const auto mask = static_cast<unsigned>(_mm256_movemask_epi8(classes));
     PutGroup(_mm256_castsi256_si128(low), mask & 0xFF, to);
     PutGroup(_mm256_castsi256_si128(high), mask >> 8 & 0xFF, to + 12 - _mm_popcnt_u32(mask & 0xFF));
+    if (kCount == 8)
+        return 24 - static_cast<std::size_t>(_mm_popcnt_u32(mask & 0xFFFF));
     PutGroup(_mm256_extracti128_si256(low, 1), mask >> 16 & 0xFF, to + 24 - _mm_popcnt_u32(mask & 0xFFFF));
     PutGroup(_mm256_extracti128_si256(high, 1), mask >> 24, to + 36 - _mm_popcnt_u32(mask & 0xFFFFFF));
     return 48 - static_cast<std::size_t>(_mm_popcnt_u32(mask));
+}
+
+/// Encodes @p kCount units of the job, which are in @p units. @return false, without a change, for lone surrogates.
+template <std::size_t kCount>
+KEL_AVX2_INLINE bool EncodeBlock(__m256i units, EncodeJob& job) {
+    EncodedUnits encoded = EncodeUnits(units);
+    const __m256i surrogates = _mm256_cmpeq_epi16(_mm256_and_si256(units, Words(0xF800)), Words(0xD800));
+    const bool pairs = _mm256_testz_si256(surrogates, surrogates) == 0;
+    if (pairs && !EncodePairs(units, encoded))
+        return false;
+    job.to += PutBytes<kCount>(encoded, job.to);
+    job.from += kCount;
+    if (pairs && IsHighSurrogate(job.from[-1])) {
+        // Its pair is the next block's.
+        job.to -= 2;
+        job.from -= 1;
+    }
+    return true;
 }
 
 KEL_AVX2_INLINE __m256i LoadUnits(const WCHAR* from) {
@@ -129,20 +151,13 @@ KEL_AVX2_INLINE void NarrowRun(EncodeJob& job) {
 KEL_AVX2 void Encode(EncodeJob& job) {
     NarrowRun(job);
     while (job.Left() >= kUnits && job.Room() >= kEncodeRoom) {
-        const __m256i units = LoadUnits(job.from);
-        EncodedUnits encoded = EncodeUnits(units);
-        const __m256i surrogates = _mm256_cmpeq_epi16(_mm256_and_si256(units, Words(0xF800)), Words(0xD800));
-        const bool pairs = _mm256_testz_si256(surrogates, surrogates) == 0;
-        if (pairs && !EncodePairs(units, encoded))
+        if (!EncodeBlock<kUnits>(LoadUnits(job.from), job))
             return;
-        job.to += PutBytes(encoded, job.to);
-        job.from += kUnits;
-        if (pairs && IsHighSurrogate(job.from[-1])) {
-            // Its pair is the next block's.
-            job.to -= 2;
-            job.from -= 1;
-        }
     }
+    // Half a block, as short texts are often not ASCII and short of a whole one.
+    if (job.Left() >= kUnits / 2 && job.Room() >= kEncodeRoom)
+        EncodeBlock<kUnits / 2>(_mm256_zextsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(job.from))),
+                                job);
 }
 
 // --- decoding: 32 bytes a block
@@ -375,7 +390,7 @@ KEL_AVX2_INLINE bool DecodeBlock(const Window& window, DecodeJob& job) {
     return pending;
 }
 
-KEL_AVX2 void Decode(DecodeJob& job) {
+KEL_AVX2 void DecodeBlocks(DecodeJob& job) {
     // A job stands at a character's front, so nothing before it matters.
     __m256i previous = _mm256_setzero_si256();
     bool pending = false;
@@ -395,6 +410,32 @@ KEL_AVX2 void Decode(DecodeJob& job) {
     }
     if (pending)
         TakeBack(job);
+}
+
+/// Decodes the last bytes, fewer than a block, with NULs behind them; not if they are malformed or the result has no
+/// room.
+void DecodePadded(DecodeJob& job) {
+    const std::size_t left = job.Left();
+    if (left == 0 || left >= kBytes)
+        return;
+    char from[kBytes] = {};
+    WCHAR to[kDecodeRoom];
+    std::memcpy(from, job.from, left);
+    DecodeJob padded = {from, from + kBytes, to, to + kDecodeRoom, job.strict};
+    DecodeBlocks(padded);
+    if (padded.from != padded.fromEnd)
+        return;
+    const std::size_t size = static_cast<std::size_t>(padded.to - to) - (kBytes - left);
+    if (size > job.Room())
+        return;
+    std::memcpy(job.to, to, size * sizeof(WCHAR));
+    job.from = job.fromEnd;
+    job.to += size;
+}
+
+void Decode(DecodeJob& job) {
+    DecodeBlocks(job);
+    DecodePadded(job);
 }
 
 constexpr Utf8Kernel kKernel = {Encode, Decode};
