@@ -1,4 +1,5 @@
 #include "tests/stream/Probes.h"
+#include "tests/support/Faults.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
@@ -80,4 +81,55 @@ TEST_CASE("copies share one file, which the last of them closes without touching
     source >> first;
     copy >> second;
     CHECK((first == 'a' && second == 'b'));
+}
+
+TEST_CASE("each failing call of a file stream throws the system's text and leaves no handle") {
+    const TempFolder folder;
+    const WideString path = folder.Path("file");
+    const auto round = [&] {
+        {
+            FileOutputStream sink(path);
+            CRCOutputStream blocks(sink);
+            const std::string full = SystemText(ERROR_DISK_FULL);
+            const std::string failure = Failure([&] {
+                blocks << "abc";
+                blocks.Flush();
+            });
+            // The stream stays usable, and a block that failed is still pending.
+            const std::string again = Failure([&] { blocks.Flush(); });
+            CHECK((failure.empty() || failure == full));
+            CHECK((again.empty() || (failure.empty() && again == full)));
+        }
+        FileInputStream source(path);
+        int length = 0;
+        const std::string failure = Failure([&] { source >> length; });
+        CHECK(failure == (kel::test::FaultedCall() == std::string("ReadFile") ? SystemText(ERROR_DISK_FULL) : ""));
+    };
+    kel::test::WithEachCallFailing(ERROR_DISK_FULL, [&] {
+        const std::string failure = Failure(round);
+        const std::string call = kel::test::FaultedCall();
+        CAPTURE(call);
+        if (call == "CreateFileA")
+            CHECK(failure == SystemText(ERROR_DISK_FULL));
+        else if (call == "WideCharToMultiByte") // the path is then empty
+            CHECK(failure == SystemText(ERROR_PATH_NOT_FOUND));
+        else
+            CHECK(failure == "");
+    });
+}
+
+TEST_CASE("a short write goes unnoticed, a short read does not") {
+    const TempFolder folder;
+    const WideString path = folder.Path("file");
+    const WideString six = folder.Write("six", "abcdef");
+    const auto round = [&] {
+        { FileOutputStream(path).Write("abcdef", 6); }
+        FileInputStream source(six);
+        char bytes[] = "xxxxxx";
+        const std::string failure = Failure([&] { source.Read(bytes, 6); });
+        const bool shortRead = kel::test::FaultedCall() == std::string("ReadFile");
+        CHECK(failure == (shortRead ? "4: Read beyond end of file" : ""));
+        CHECK(std::string(bytes) == (shortRead ? "abcxxx" : "abcdef"));
+    };
+    kel::test::WithEachCallFailing(0, round, kel::test::Fault::ShortTransfer);
 }
