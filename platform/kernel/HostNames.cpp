@@ -1,6 +1,7 @@
 #include "platform/kernel/HostNames.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstdio>
 
@@ -13,21 +14,17 @@ bool IsContinuation(char c) {
     return (static_cast<Byte>(c) & 0xC0) == 0x80;
 }
 
-bool IsUnspeakable(Byte byte) {
-    switch (byte) {
-    case '\\':
-    case ':':
-    case '*':
-    case '?':
-    case '"':
-    case '<':
-    case '>':
-    case '|':
-        return true;
-    default:
-        return byte < 0x20;
-    }
+constexpr bool IsUnspeakable(Byte byte) {
+    return byte < 0x20 || std::string_view("\\:*?\"<>|").find(static_cast<char>(byte)) != std::string_view::npos;
 }
+
+// Bytes that stand for themselves, as nearly all do: a search asks for every byte of every name.
+constexpr auto kPlain = [] {
+    std::array<bool, 256> plain{};
+    for (unsigned byte = 0; byte < 0x80; ++byte)
+        plain[byte] = !IsUnspeakable(static_cast<Byte>(byte));
+    return plain;
+}();
 
 // Only what the mapping produces is mapped back; U+F02E must not turn into a dot and climb out of a folder.
 bool IsMapped(Byte byte) {
@@ -67,7 +64,7 @@ std::size_t WellFormed(std::string_view text) {
 }
 
 bool IsPlain(char c) {
-    return static_cast<Byte>(c) < 0x80 && !IsUnspeakable(static_cast<Byte>(c));
+    return kPlain[static_cast<Byte>(c)];
 }
 
 // What a Win32 directory entry holds, in bytes.
@@ -114,6 +111,13 @@ std::string Map(std::string_view name) {
 std::string HostNameToWin32(std::string_view name) {
     std::string mapped = Map(name);
     return mapped.size() <= kLongestName ? mapped : Alias(mapped, name);
+}
+
+std::string_view HostNameToWin32(std::string_view name, std::string& room) {
+    if (name.size() <= kLongestName && std::all_of(name.begin(), name.end(), IsPlain))
+        return name;
+    room = HostNameToWin32(name);
+    return room;
 }
 
 std::string Win32NameToHost(std::string_view name) {

@@ -15,6 +15,9 @@ namespace kel::platform {
 /// that are there.
 std::string HostNameToWin32(std::string_view name);
 
+/// As HostNameToWin32, without a copy where the name stays as it is. @p room holds the result where it does not.
+std::string_view HostNameToWin32(std::string_view name, std::string& room);
+
 /// The inverse of HostNameToWin32 for one name (no separators); an alias comes back as it is.
 std::string Win32NameToHost(std::string_view name);
 

@@ -88,6 +88,35 @@ struct CloseFolder {
     void operator()(DIR* folder) const { closedir(folder); }
 };
 
+bool IsLetter(char c) {
+    return (c | 0x20) >= 'a' && (c | 0x20) <= 'z';
+}
+
+// Compares many names with one without regard to case.
+class NameInAnyCase {
+public:
+    // Goes by the Win32 form, which keeps malformed bytes apart that a conversion to UTF-16 would make alike.
+    explicit NameInAnyCase(std::string_view name)
+        : m_name(name), m_isAscii(IsAscii(name)), m_folded(FoldName(HostNameToWin32(name))) {}
+
+    bool Matches(std::string_view found) const {
+        // Nearly all names are ASCII: those need no conversion.
+        if (m_isAscii && IsAscii(found))
+            return EqualAscii(found);
+        return FoldName(HostNameToWin32(found)) == m_folded;
+    }
+
+private:
+    bool EqualAscii(std::string_view found) const {
+        return std::equal(found.begin(), found.end(), m_name.begin(), m_name.end(),
+                          [](char a, char b) { return a == b || ((a ^ b) == 0x20 && IsLetter(a)); });
+    }
+
+    const std::string_view m_name;
+    const bool m_isAscii;
+    const std::u16string m_folded;
+};
+
 // The entry of the folder whose name differs from the wanted one in case only; "" if there is none. Of several, the one
 // that sorts first is taken, so that the answer does not depend on the host's order.
 std::string FindIgnoringCase(const std::string& folder, std::string_view name) {
@@ -97,11 +126,10 @@ std::string FindIgnoringCase(const std::string& folder, std::string_view name) {
     const std::unique_ptr<DIR, CloseFolder> open(opendir(folder.empty() ? "." : folder.c_str()));
     if (!open)
         return best;
-    // The Win32 form keeps malformed bytes apart, which a conversion to UTF-16 would make alike.
-    const std::u16string wanted = FoldName(HostNameToWin32(name));
+    const NameInAnyCase wanted(name);
     while (const dirent* entry = readdir(open.get())) {
         const std::string_view found = entry->d_name;
-        if ((best.empty() || found < best) && FoldName(HostNameToWin32(found)) == wanted)
+        if ((best.empty() || found < best) && wanted.Matches(found))
             best = found;
     }
     return best;

@@ -8,7 +8,7 @@
 namespace kel::platform {
 namespace {
 
-bool IsAscii(char c) {
+bool IsAsciiByte(char c) {
     return static_cast<unsigned char>(c) < 0x80;
 }
 
@@ -31,7 +31,7 @@ std::string Narrow(UINT page, const std::u16string& wide) {
 }
 
 bool PassesAsIs(std::string_view text) {
-    return GetACP() == CP_UTF8 || std::all_of(text.begin(), text.end(), IsAscii);
+    return GetACP() == CP_UTF8 || IsAscii(text);
 }
 
 // Names mean the same under every locale of the process, "C" included, which knows ASCII letters only.
@@ -55,6 +55,17 @@ std::string Utf8FromAnsi(std::string_view text) {
 
 std::string AnsiFromUtf8(std::string_view text) {
     return PassesAsIs(text) ? std::string(text) : Narrow(CP_ACP, Widen(CP_UTF8, text));
+}
+
+std::string_view AnsiFromUtf8(std::string_view text, std::string& room) {
+    if (PassesAsIs(text))
+        return text;
+    room = AnsiFromUtf8(text);
+    return room;
+}
+
+bool IsAscii(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), IsAsciiByte);
 }
 
 std::size_t CharacterLength(std::string_view ansi) {
@@ -88,7 +99,7 @@ DWORD GiveText(std::string_view ansi, LPSTR buffer, DWORD size) {
 
 std::u16string FoldName(std::string_view utf8) {
     std::u16string folded;
-    if (std::all_of(utf8.begin(), utf8.end(), IsAscii))
+    if (IsAscii(utf8))
         folded.assign(utf8.begin(), utf8.end());
     else
         folded = Widen(CP_UTF8, utf8);
@@ -98,7 +109,7 @@ std::u16string FoldName(std::string_view utf8) {
 
 bool HasLetters(std::string_view utf8) {
     return std::any_of(utf8.begin(), utf8.end(),
-                       [](char c) { return !IsAscii(c) || ((c | 0x20) >= 'a' && (c | 0x20) <= 'z'); });
+                       [](char c) { return !IsAsciiByte(c) || ((c | 0x20) >= 'a' && (c | 0x20) <= 'z'); });
 }
 
 } // namespace kel::platform

@@ -14,6 +14,9 @@ std::string Utf8FromAnsi(std::string_view text);
 /// The inverse of Utf8FromAnsi. Characters that the code page lacks become its default character.
 std::string AnsiFromUtf8(std::string_view text);
 
+/// As AnsiFromUtf8, without a copy where the text stays as it is. @p room holds the result where it does not.
+std::string_view AnsiFromUtf8(std::string_view text, std::string& room);
+
 /// The bytes that the character at the front of @p ansi takes, in the ANSI code page; at least 1. @p ansi is not empty.
 std::size_t CharacterLength(std::string_view ansi);
 
@@ -27,6 +30,9 @@ DWORD GiveText(std::string_view ansi, LPSTR buffer, DWORD size);
 /// A name in the form in which names are compared without regard to case: UTF-16, each unit in upper case by Unicode's
 /// simple mapping, whatever the process's locale is.
 std::u16string FoldName(std::string_view utf8);
+
+/// Whether all of @p text is ASCII.
+bool IsAscii(std::string_view text);
 
 /// Whether case can make a difference to @p utf8.
 bool HasLetters(std::string_view utf8);

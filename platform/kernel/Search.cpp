@@ -19,7 +19,8 @@ namespace kel::platform {
 namespace {
 
 bool TellEntry(const EntryFacts& facts, std::string_view utf8, WIN32_FIND_DATAA& entry) {
-    const std::string name = AnsiFromUtf8(utf8);
+    std::string room;
+    const std::string_view name = AnsiFromUtf8(utf8, room);
     if (name.size() >= sizeof entry.cFileName)
         return Fail(ERROR_FILENAME_EXCED_RANGE);
     TellFacts(facts, entry);
@@ -59,8 +60,9 @@ public:
             if (Tell(dots, dots, DT_DIR, entry))
                 return true;
         }
+        std::string room;
         while (const dirent64* found = NextOfHost()) {
-            const std::string name = HostNameToWin32(found->d_name);
+            const std::string_view name = HostNameToWin32(found->d_name, room);
             if (IsDots(name) || !m_pattern.Matches(name))
                 continue;
             m_vanished = false;
