@@ -174,7 +174,7 @@ private:
             m_page->ascii = m_page->ascii && single[byte] == byte && m_page->codes[byte] == byte;
         m_page->doubleByte = std::any_of(std::begin(m_page->rows), std::end(m_page->rows),
                                          [](const auto& row) { return row != nullptr; });
-        m_page->defaultCode = m_page->codes['?'];
+        m_page->defaultCode = m_page->codes[u'?'];
         m_page->defaultUnit = m_facts.defaultUnit;
         for (unsigned byte = 0x80; byte < 256; ++byte) {
             const WCHAR unit = single[byte] == TablePage::kNone ? m_page->defaultUnit : single[byte];
