@@ -28,7 +28,9 @@ FILETIME CreationTime(const struct statx& facts) {
 }
 
 DWORD AttributesOf(mode_t mode, std::string_view name) {
-    DWORD attributes = S_ISDIR(mode) ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_ARCHIVE;
+    DWORD attributes = S_ISDIR(mode)   ? FILE_ATTRIBUTE_DIRECTORY
+                       : S_ISREG(mode) ? FILE_ATTRIBUTE_ARCHIVE
+                                       : FILE_ATTRIBUTE_DEVICE;
     if ((mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0)
         attributes |= FILE_ATTRIBUTE_READONLY;
     if (name.starts_with('.') && name != "." && name != "..")

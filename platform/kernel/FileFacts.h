@@ -15,8 +15,8 @@ FILETIME CreationTime(const struct statx& facts);
 /// One of statx's times as a file time.
 FILETIME ToFileTime(const struct statx_timestamp& time);
 
-/// The FILE_ATTRIBUTE_ bits of a file: folders are DIRECTORY and all else ARCHIVE, what nobody may write is READONLY,
-/// and names that begin with a dot are HIDDEN.
+/// The FILE_ATTRIBUTE_ bits of a file: folders are DIRECTORY, files ARCHIVE and all else DEVICE; what nobody may write
+/// is READONLY, and names that begin with a dot are HIDDEN.
 /// @param name the last component of its host path.
 DWORD AttributesOf(mode_t mode, std::string_view name);
 

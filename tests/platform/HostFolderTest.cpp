@@ -115,6 +115,8 @@ TEST_CASE("links are shown without their folders, and removed without their targ
         CHECK(Entry(name).dwFileAttributes == FILE_ATTRIBUTE_REPARSE_POINT);
         CHECK(Entry(name).nFileSizeLow == 0);
     }
+    REQUIRE(mkfifo("pipe", 0600) == 0);
+    CHECK(Entry("pipe").dwFileAttributes == FILE_ATTRIBUTE_DEVICE);
     CHECK(GetFileAttributesA("toFile") == FILE_ATTRIBUTE_ARCHIVE);
     CHECK(GetFileAttributesA("toDir") == FILE_ATTRIBUTE_DIRECTORY);
     CHECK(ErrorOf(GetFileAttributesA("toNone") != INVALID_FILE_ATTRIBUTES) == ERROR_FILE_NOT_FOUND);
