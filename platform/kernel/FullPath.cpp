@@ -34,10 +34,10 @@ public:
     bool Begin(std::string_view& path) {
         if (path.size() >= 2 && IsSeparator(path[0]) && IsSeparator(path[1]))
             BeginDoubleSeparator(path);
-        else if (path.size() >= 2 && path[1] == ':')
-            return BeginDrive(path);
         else if (!path.empty() && IsSeparator(path[0]))
             m_full = "C:\\";
+        else if (path.size() >= 2 && path[1] == ':')
+            return BeginDrive(path);
         else
             return BeginCurrent();
         m_floor = m_full.size();

@@ -63,6 +63,7 @@ TEST_CASE("a full path comes from the text alone") {
                          {"c:\\x", "c:\\x", "x"},
                          {"\\", "C:\\", ""},
                          {"\\x/y", "C:\\x\\y", "y"},
+                         {"\\:x", "C:\\:x", ":x"},
                          {"C:/a/../b/", "C:\\b\\", ""},
                          {"C:\\a\\.\\b", "C:\\a\\b", "b"},
                          {"C:\\a\\.", "C:\\a", "a"},
