@@ -42,21 +42,23 @@ Call FormatByC() {
     return ForEach(LinesWith(widen), format, AsciiOf<std::wstring>);
 }
 
+// Where the digits end, as many units behind @p units.
 template <class... How>
-void AppendNumber(WideString& text, How... how) {
+Unit* PutNumber(Unit* units, How... how) {
     char digits[64];
     char* const end = std::to_chars(digits, std::end(digits), how...).ptr;
-    text.append(+digits, end);
+    return std::copy(+digits, end, units);
 }
 
 Call AppendParts() {
     const auto append = [](const auto& line) {
-        WideString text(line.name);
-        text += ' ';
-        AppendNumber(text, line.number);
-        text += ' ';
-        AppendNumber(text, line.measure, std::chars_format::fixed, 6);
-        return text;
+        Unit units[256];
+        Unit* end = std::copy(line.name.begin(), line.name.end(), units);
+        *end++ = ' ';
+        end = PutNumber(end, line.number);
+        *end++ = ' ';
+        end = PutNumber(end, line.measure, std::chars_format::fixed, 6);
+        return WideString(+units, end);
     };
     return ForEach(LinesWith(Widen), append, AsciiOf<WideString>);
 }

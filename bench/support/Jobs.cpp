@@ -108,7 +108,7 @@ bool PrintNotes(const std::string& area) {
         if (note.area != area)
             continue;
         try {
-            std::printf("%s: %s\n", area.c_str(), note.state().c_str());
+            std::printf("\n%s: %s\n", area.c_str(), note.state().c_str());
         } catch (const std::exception& failure) {
             std::fprintf(stderr, "%s: %s\n", area.c_str(), failure.what());
             good = false;
