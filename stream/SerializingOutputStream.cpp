@@ -44,9 +44,14 @@ public:
 
     /// Keeps a copy of @p object, if its class makes one.
     static void Keep(const WrittenClass& known, IUnknown* object, std::uint32_t number) {
-        known.copies->reserve(known.copies->size() + 1);
-        if (IUnknown* copy = known.functions->Clone(object))
-            known.copies->push_back({number, copy});
+        struct Releaser {
+            void operator()(IUnknown* copy) const { copy->Release(); }
+        };
+        std::unique_ptr<IUnknown, Releaser> copy(known.functions->Clone(object));
+        if (copy == nullptr)
+            return;
+        known.copies->push_back({number, copy.get()});
+        copy.release();
     }
 
 private:
