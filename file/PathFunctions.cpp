@@ -41,17 +41,21 @@ View WithoutTrailing(View text, unsigned short unit) {
     return text;
 }
 
-// The last component of @p path. A root's is its backslash.
+// The last component of @p path, up to its first NUL unit. A root's is its backslash. One scan from the end does both:
+// names are short, and a path is long.
 View BaseName(View path) {
     if (IsRoot(path))
         return path.substr(2, 1);
     if (IsEmpty(path))
-        return {};
-    const std::size_t separator = path.rfind(kBackslash);
-    if (separator == View::npos)
-        return BeginsWithDrive(path) ? path.substr(2) : path;
-    const View name = path.substr(separator + 1);
-    return name.substr(0, name.find(kNul));
+        return path.substr(0, 0);
+    std::size_t end = path.size();
+    for (std::size_t i = path.size(); i != 0; --i) {
+        if (path[i - 1] == kBackslash)
+            return path.substr(i, end - i);
+        if (path[i - 1] == kNul)
+            end = i - 1;
+    }
+    return BeginsWithDrive(path) ? path.substr(2) : path;
 }
 
 // Where CutExtension cuts @p path, its length if nowhere. Neither text ends in NUL units.
