@@ -53,6 +53,8 @@ public:
         }
         if (open)
             Separate();
+        else
+            DropTail();
     }
 
 private:
@@ -102,6 +104,9 @@ private:
         if (m_full.back() != '\\')
             m_full += '\\';
     }
+
+    // A "." or ".." at the end makes a folder's name the last one, whose dots and spaces do not count.
+    void DropTail() { m_full.resize(std::max(m_full.find_last_not_of(" .") + 1, m_floor)); }
 
     std::string& m_full;
     std::size_t m_floor = 0; // the length of the root, its separator included
