@@ -59,7 +59,8 @@ void CutOff(const WideString& path, const WideString& ext) {
 void AskTheSystem(const WideString& path, unsigned int room) {
     Require(StdW2A(File::CompactPath(path, room)).size() <= room);
     const WideString full = File::GetFullPath(path);
-    Require(full == path || File::IsPathAbsolute(full));
+    // The system takes every unit in front of a colon for a drive.
+    Require(full == path || File::IsPathAbsolute(full) || (full.size() > 2 && full[1] == ':'));
     Require(File::GetFullPath(full) == full);
 }
 
