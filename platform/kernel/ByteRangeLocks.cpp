@@ -1,5 +1,6 @@
 #include "platform/kernel/ByteRangeLocks.h"
 
+#include "platform/kernel/Descriptor.h"
 #include "platform/kernel/LastError.h"
 #include "platform/kernel/ShareModes.h"
 
@@ -68,8 +69,7 @@ int LockDescriptor(FileObject& file) {
         return descriptor;
     descriptor = file.descriptor;
     if ((fcntl(descriptor, F_GETFL) & O_ACCMODE) == O_RDONLY) {
-        const std::string self = "/proc/self/fd/" + std::to_string(descriptor);
-        const int writable = open(self.c_str(), O_RDWR | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+        const int writable = open(DescriptorPath(descriptor).Text(), O_RDWR | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
         descriptor = writable != -1 ? writable : descriptor;
     }
     file.lockDescriptor.store(descriptor, std::memory_order_release);
@@ -137,15 +137,32 @@ bool TryToLock(std::vector<Range>& ranges, FileObject& file, const Range& wanted
     return true;
 }
 
+// The opening's range with these ends, an exclusive one before a shared one.
+std::vector<Range>::iterator FindRange(std::vector<Range>& ranges, const FileObject& file, std::uint64_t begin,
+                                       std::uint64_t end) {
+    auto found = ranges.end();
+    for (auto held = ranges.begin(); held != ranges.end(); ++held)
+        if (held->owner == &file && held->begin == begin && held->end == end)
+            if (found == ranges.end() || (held->exclusive && !found->exclusive))
+                found = held;
+    return found;
+}
+
+void ForgetIfEmpty(LockTable& table, const FileId& file) {
+    const auto ranges = table.ranges.find(file);
+    if (ranges != table.ranges.end() && ranges->second.empty())
+        table.ranges.erase(ranges);
+}
+
 // Nobody tells when another process lets go, so a waiting lock looks again this often.
 constexpr std::chrono::milliseconds kLookAgain{5};
 
 bool OwnSharedLockAt(const FileObject& file, const Range& transfer) {
-    if (file.ownLocks.load(std::memory_order_acquire) == 0)
-        return false;
     LockTable& table = Table();
     std::lock_guard guard(table.mutex);
-    for (const Range& held : table.ranges[file.id])
+    if (file.ownLocks.load(std::memory_order_relaxed) == 0)
+        return false;
+    for (const Range& held : table.ranges.find(file.id)->second)
         if (held.owner == &file && !held.exclusive && Overlap(held, transfer))
             return true;
     return false;
@@ -166,29 +183,29 @@ DWORD LockRange(FileObject& file, std::uint64_t begin, std::uint64_t length, boo
     const Range wanted = {&file, begin, begin + length, exclusive};
     LockTable& table = Table();
     std::unique_lock guard(table.mutex);
-    while (!TryToLock(table.ranges[file.id], file, wanted)) {
-        if (!wait)
-            return ERROR_LOCK_VIOLATION;
+    bool locked = TryToLock(table.ranges[file.id], file, wanted);
+    while (!locked && wait) {
         table.changed.wait_for(guard, kLookAgain);
+        locked = TryToLock(table.ranges[file.id], file, wanted);
     }
-    return 0;
+    ForgetIfEmpty(table, file.id);
+    return locked ? 0 : ERROR_LOCK_VIOLATION;
 }
 
 DWORD UnlockRange(FileObject& file, std::uint64_t begin, std::uint64_t length) {
     LockTable& table = Table();
     std::lock_guard guard(table.mutex);
-    std::vector<Range>& ranges = table.ranges[file.id];
-    auto found = ranges.end();
-    for (auto held = ranges.begin(); held != ranges.end(); ++held)
-        if (held->owner == &file && held->begin == begin && held->end == begin + length)
-            if (found == ranges.end() || (held->exclusive && !found->exclusive))
-                found = held;
+    if (file.ownLocks.load(std::memory_order_relaxed) == 0)
+        return ERROR_NOT_LOCKED;
+    std::vector<Range>& ranges = table.ranges.find(file.id)->second;
+    const auto found = FindRange(ranges, file, begin, begin + length);
     if (found == ranges.end())
         return ERROR_NOT_LOCKED;
     const Range gone = *found;
     ranges.erase(found);
     ApplyToHost(ranges, file, gone);
     file.ownLocks.fetch_sub(1, std::memory_order_relaxed);
+    ForgetIfEmpty(table, file.id);
     table.changed.notify_all();
     return 0;
 }
@@ -198,10 +215,8 @@ void ForgetLocks(FileObject& file) {
         return;
     LockTable& table = Table();
     std::lock_guard guard(table.mutex);
-    std::vector<Range>& ranges = table.ranges[file.id];
-    std::erase_if(ranges, [&](const Range& range) { return range.owner == &file; });
-    if (ranges.empty())
-        table.ranges.erase(file.id);
+    std::erase_if(table.ranges.find(file.id)->second, [&](const Range& range) { return range.owner == &file; });
+    ForgetIfEmpty(table, file.id);
     SetHostLock(LockDescriptor(file), F_UNLCK, 0, kSharingBytes);
     file.ownLocks.store(0, std::memory_order_relaxed);
     table.changed.notify_all();

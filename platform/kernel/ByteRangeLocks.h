@@ -4,7 +4,7 @@
 
 namespace kel::platform {
 
-/// Locks @p length bytes of @p file from @p begin. @return 0 or the Win32 error code.
+/// Locks @p length bytes of @p file from @p begin. @return 0 or the Win32 error code. @throws std::bad_alloc
 DWORD LockRange(FileObject& file, std::uint64_t begin, std::uint64_t length, bool exclusive, bool wait);
 
 /// Ends the lock of exactly this range, an exclusive one first. @return 0 or the Win32 error code.

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cstdio>
 #include <utility>
 
 namespace kel::platform {
@@ -31,6 +32,16 @@ public:
 
 private:
     int m_descriptor = -1;
+};
+
+/// The path by which the host reaches what a descriptor of this process stands for.
+class DescriptorPath {
+public:
+    explicit DescriptorPath(int descriptor) { std::snprintf(m_text, sizeof m_text, "/proc/self/fd/%d", descriptor); }
+    const char* Text() const { return m_text; }
+
+private:
+    char m_text[32];
 };
 
 } // namespace kel::platform

@@ -1,5 +1,6 @@
 #include "platform/kernel/FileFacts.h"
 
+#include "platform/kernel/Descriptor.h"
 #include "platform/kernel/Faults.h"
 #include "platform/kernel/FileObject.h"
 #include "platform/kernel/HostTimes.h"
@@ -45,16 +46,12 @@ bool AskFor(const FileObject& file, struct statx& facts) {
     return statx(file.descriptor, "", AT_EMPTY_PATH, kWanted, &facts) == 0 || FailFromHost();
 }
 
-std::string DescriptorPath(const FileObject& file) {
-    return "/proc/self/fd/" + std::to_string(file.descriptor);
-}
-
-// The name that the file has now, which need not be the one it was opened by; the host appends a note when it has none.
-std::string CurrentName(const FileObject& file) {
+// By the name that the file has now, which need not be the one it was opened by.
+DWORD CurrentAttributes(const FileObject& file, mode_t mode) {
     char path[PATH_MAX];
-    const ssize_t length = readlink(DescriptorPath(file).c_str(), path, sizeof path);
+    const ssize_t length = readlink(DescriptorPath(file.descriptor).Text(), path, sizeof path);
     const std::string_view text(path, length > 0 ? static_cast<std::size_t>(length) : 0);
-    return std::string(text.substr(text.rfind('/') + 1));
+    return AttributesOf(mode, text.substr(text.rfind('/') + 1));
 }
 
 std::uint64_t Ticks(const FILETIME& time) {
@@ -107,7 +104,7 @@ BOOL WINAPI SetFileTime(HANDLE file, const FILETIME* created, const FILETIME* ac
         return Fail(ERROR_INVALID_PARAMETER);
     // By way of its path in the process's folder, since a descriptor for attributes alone is not enough for the host.
     const timespec times[] = {TimeToSet(accessed), TimeToSet(written)};
-    return utimensat(AT_FDCWD, DescriptorPath(*pinned).c_str(), times, /*flags*/ 0) == 0 || FailFromHost();
+    return utimensat(AT_FDCWD, DescriptorPath(pinned->descriptor).Text(), times, /*flags*/ 0) == 0 || FailFromHost();
 }
 
 BOOL WINAPI GetFileInformationByHandle(HANDLE file, LPBY_HANDLE_FILE_INFORMATION information) {
@@ -118,7 +115,7 @@ BOOL WINAPI GetFileInformationByHandle(HANDLE file, LPBY_HANDLE_FILE_INFORMATION
     if (!pinned || !AskFor(*pinned, facts))
         return FALSE;
     const std::uint64_t size = pinned->kind == FileKind::Folder ? 0 : facts.stx_size;
-    information->dwFileAttributes = AttributesOf(facts.stx_mode, CurrentName(*pinned));
+    information->dwFileAttributes = CurrentAttributes(*pinned, facts.stx_mode);
     information->ftCreationTime = CreationTime(facts);
     information->ftLastAccessTime = ToFileTime(facts.stx_atime);
     information->ftLastWriteTime = ToFileTime(facts.stx_mtime);

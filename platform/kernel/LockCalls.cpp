@@ -2,6 +2,8 @@
 #include "platform/kernel/Faults.h"
 #include "platform/kernel/LastError.h"
 
+#include <new>
+
 using namespace kel::platform;
 
 namespace {
@@ -16,8 +18,12 @@ bool Lock(HANDLE handle, std::uint64_t begin, std::uint64_t length, bool exclusi
         return false;
     if (file->kind != FileKind::Disk)
         return Fail(ERROR_INVALID_FUNCTION);
-    const DWORD code = LockRange(*file, begin, length, exclusive, wait);
-    return code == 0 || Fail(code);
+    try {
+        const DWORD code = LockRange(*file, begin, length, exclusive, wait);
+        return code == 0 || Fail(code);
+    } catch (const std::bad_alloc&) {
+        return Fail(ERROR_NOT_ENOUGH_MEMORY);
+    }
 }
 
 bool Unlock(HANDLE handle, std::uint64_t begin, std::uint64_t length) {
