@@ -129,8 +129,8 @@ std::size_t WidenPieces(const NarrowString& text, unsigned short* to, std::size_
     return written;
 }
 
-/// A text longer than a short one.
-NarrowString NarrowLong(const WideString& text) {
+/// A text longer than a short one. Kept apart, so that short ones do not pay for its registers.
+[[gnu::noinline]] NarrowString NarrowLong(const WideString& text) {
     Narrowing rest(text);
     char front[kMostBytes * kShort];
     NarrowString result(front, rest.Next(kShort, front, sizeof front));
@@ -149,7 +149,7 @@ NarrowString NarrowLong(const WideString& text) {
 }
 
 /// A text longer than a short one.
-WideString WidenLong(const NarrowString& text) {
+[[gnu::noinline]] WideString WidenLong(const NarrowString& text) {
     WideString result;
     // A byte becomes one unit at most.
     kel::Overwrite(result, text.size(),

@@ -47,7 +47,7 @@ int Fail(DWORD error) {
     return 0;
 }
 
-/// The conversion that a page offers, behind one face for UTF-8 and tables.
+/// A code page by its number: UTF-8, one with tables, or an unknown one.
 class Page {
 public:
     explicit Page(UINT codePage) : m_number(PageNumber(codePage)) {
@@ -58,11 +58,6 @@ public:
     [[nodiscard]] bool Known() const { return m_number == CP_UTF8 || m_table != nullptr; }
     [[nodiscard]] bool IsUtf8() const { return m_table == nullptr; }
     [[nodiscard]] const TablePage* Table() const { return m_table; }
-
-    Stop Encode(EncodeJob& job, DefaultChar& missing) const {
-        return m_table == nullptr ? EncodeUtf8(job) : EncodeTable(*m_table, job, missing);
-    }
-    Stop Decode(DecodeJob& job) const { return m_table == nullptr ? DecodeUtf8(job) : DecodeTable(*m_table, job); }
 
 private:
     UINT m_number;
@@ -121,11 +116,11 @@ int Run(AnyJob& job, const Convert& convert) {
     return Answer(stop, static_cast<std::size_t>(job.to - result));
 }
 
-DefaultChar DefaultOf(const Page& page, LPCSTR text) {
-    if (page.IsUtf8() || text == nullptr)
-        return {page.IsUtf8() ? Code{'?'} : page.Table()->defaultCode};
+DefaultChar DefaultOf(const TablePage& page, LPCSTR text) {
+    if (text == nullptr)
+        return {page.defaultCode};
     const auto first = static_cast<unsigned char>(text[0]);
-    const auto second = page.Table()->IsLead(first) ? static_cast<unsigned char>(text[1]) : 0u;
+    const auto second = page.IsLead(first) ? static_cast<unsigned char>(text[1]) : 0u;
     return {static_cast<Code>(first | second << 8)};
 }
 
@@ -198,9 +193,12 @@ int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR units, int un
         return Fail(ERROR_INVALID_FLAGS);
     if (page.IsUtf8() && (defaultChar != nullptr || usedDefault != nullptr))
         return Fail(ERROR_INVALID_PARAMETER);
-    DefaultChar missing = DefaultOf(page, defaultChar);
     EncodeJob job = {units, units + length, bytes, bytes + byteCount, (flags & WC_ERR_INVALID_CHARS) != 0};
-    const int result = Run(job, [&](EncodeJob& part) { return page.Encode(part, missing); });
+    if (page.IsUtf8())
+        return Run(job, EncodeUtf8);
+    const TablePage& table = *page.Table();
+    DefaultChar missing = DefaultOf(table, defaultChar);
+    const int result = Run(job, [&](EncodeJob& part) { return EncodeTable(table, part, missing); });
     if (usedDefault != nullptr)
         *usedDefault = missing.used;
     return result;
@@ -215,5 +213,7 @@ int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR bytes, int byt
     if ((flags & ~accepted) != 0)
         return Fail(ERROR_INVALID_FLAGS);
     DecodeJob job = {bytes, bytes + length, units, units + unitCount, (flags & MB_ERR_INVALID_CHARS) != 0};
-    return Run(job, [&](DecodeJob& part) { return page.Decode(part); });
+    if (page.IsUtf8())
+        return Run(job, DecodeUtf8);
+    return Run(job, [&](DecodeJob& part) { return DecodeTable(*page.Table(), part); });
 }

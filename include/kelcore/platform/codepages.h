@@ -8,9 +8,10 @@
 /// knows under "CP" and the number, besides 20127 (ASCII), 20866, 21866 (KOI8) and 28591 to 28606 (ISO 8859). The
 /// tables of a page are built once, at its first use, and kept. All calls may be made from any thread.
 ///
-/// Where Windows assigns a byte that iconv leaves open (C1 controls of 1252, private units of others), this layer does
-/// the same. It makes no best-fit replacements: a unit is converted to bytes that mean exactly this unit, or it becomes
-/// the default character, as on Windows with WC_NO_BEST_FIT_CHARS.
+/// The pages 874, 932, 1250 to 1258 and the common DOS ones are those of Windows in every byte, the private units of
+/// bytes without a meaning included. 936 and 949 lack the user-defined characters, 950 is the host's Big5, and 1361 has
+/// compatibility letters for single jamo. No page makes best-fit replacements: a unit is converted to bytes that mean
+/// exactly this unit, or it becomes the default character, as on Windows with WC_NO_BEST_FIT_CHARS.
 
 #include <kelcore/platform/base.h>
 
