@@ -38,8 +38,9 @@ void TakeApart(const WideString& path) {
         return;
     }
     Require(!Has(name, 0));
-    // Apart from the units behind a NUL and the backslashes that are no separators, joining undoes the taking apart.
-    if (!Has(path, 0) && !directory.empty() && (File::IsDriveRoot(directory) || !EndsWith(directory, kBackslash)))
+    // Apart from units behind a NUL and from doubled separators, joining undoes the taking apart.
+    const std::size_t separator = path.rfind('\\');
+    if (!Has(path, 0) && separator != 0 && path[separator - 1] != '\\')
         Require(File::MakePath(directory, name) == path);
 }
 
