@@ -211,7 +211,7 @@ TEST_CASE("a result that does not fit fills the buffer, and one that just fits h
         }
     }
     Units text(9, '~');
-    CHECK(Print(text.data(), 8, Wide("%2000000000d").c_str(), 7) == -1);
+    CHECK(Print(text.data(), 8, Wide("%20d").c_str(), 7) == -1);
     CHECK(Shown(text) == "        ~");
     CHECK(Print(nullptr, 0, Wide("%s%5i").c_str(), kW, 7) == 9);
     CHECK(_scwprintf(Wide("%s%5i").c_str(), kW, 7) == 9);
