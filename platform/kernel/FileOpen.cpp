@@ -173,7 +173,7 @@ std::string AbsolutePath(const std::string& path) {
     if (path.starts_with('/'))
         return path;
     char* folder = getcwd(nullptr, 0);
-    const std::string absolute = std::string(folder ? folder : "") + '/' + path;
+    std::string absolute = std::string(folder ? folder : "") + '/' + path;
     std::free(folder);
     return absolute;
 }
