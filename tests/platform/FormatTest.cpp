@@ -109,7 +109,6 @@ TEST_CASE("integers take every flag, width, precision and size") {
         Row("%I64d %lli", "-9223372036854775808 9223372036854775807", LLONG_MIN, LLONG_MAX),
         Row("%Id %zu %td", "-5 5 -6", static_cast<std::ptrdiff_t>(-5), static_cast<std::size_t>(5),
             static_cast<std::ptrdiff_t>(-6)),
-        Row("%.600d", ("0" + std::string(598, '0') + "7").c_str(), 7),
     });
 }
 
@@ -229,6 +228,8 @@ TEST_CASE("beyond the Windows library, F is known, n writes nothing and narrow t
             "a\xC3\xA9"
             "b"),
         Row("%08.5d %#.0o", "  -00042 0", -42, 0),
+        // Wine's own buffer is too short for this one.
+        Row("%.600d", (std::string(599, '0') + "7").c_str(), 7),
     });
     CHECK(written == 77);
 }
