@@ -1,6 +1,7 @@
 #include <kelcore/file.h>
 
-#include <algorithm>
+#include "text/UnitScan.h"
+
 #include <string_view>
 
 namespace {
@@ -41,20 +42,26 @@ View WithoutTrailing(View text, unsigned short unit) {
     return text;
 }
 
-// The last component of @p path, up to its first NUL unit. A root's is its backslash. One scan from the end does both:
-// names are short, and a path is long.
+std::size_t FindLast(View text, unsigned short unit) {
+    const unsigned short* const found = kel::UnitScan::FindLast(text.data(), text.data() + text.size(), unit);
+    return found == nullptr ? View::npos : static_cast<std::size_t>(found - text.data());
+}
+
+// The text up to its first @p unit, all of it if there is none.
+View UpTo(View text, unsigned short unit) {
+    const unsigned short* const end = text.data() + text.size();
+    return View(text.data(), static_cast<std::size_t>(kel::UnitScan::FindFirst(text.data(), end, unit) - text.data()));
+}
+
+// The last component of @p path. A root's is its backslash.
 View BaseName(View path) {
     if (IsRoot(path))
         return path.substr(2, 1);
     if (IsEmpty(path))
-        return path.substr(0, 0);
-    std::size_t end = path.size();
-    for (std::size_t i = path.size(); i != 0; --i) {
-        if (path[i - 1] == kBackslash)
-            return path.substr(i, end - i);
-        if (path[i - 1] == kNul)
-            end = i - 1;
-    }
+        return {};
+    const std::size_t separator = FindLast(path, kBackslash);
+    if (separator != View::npos)
+        return UpTo(path.substr(separator + 1), kNul);
     return BeginsWithDrive(path) ? path.substr(2) : path;
 }
 
@@ -62,8 +69,8 @@ View BaseName(View path) {
 std::size_t ExtensionStart(View path, View ext) {
     if (ext.size() > path.size())
         return path.size();
-    const std::size_t found = ext.empty() ? path.rfind(kDot) : path.rfind(ext, path.size() - ext.size());
-    if (found == View::npos || path.find(kBackslash, found) != View::npos)
+    const std::size_t found = ext.empty() ? FindLast(path, kDot) : path.rfind(ext, path.size() - ext.size());
+    if (found == View::npos || FindLast(path.substr(found), kBackslash) != View::npos)
         return path.size();
     return found;
 }
@@ -86,7 +93,7 @@ WideString Concat(View first, View second, View third = {}) {
 WideString File::GetDirname(const WideString& path) {
     if (IsRoot(path))
         return path;
-    const std::size_t separator = View(path).rfind(kBackslash);
+    const std::size_t separator = FindLast(path, kBackslash);
     if (separator == View::npos)
         return WideString(1, kDot);
     const bool isDrive = separator == 2 && BeginsWithDrive(path);
@@ -102,13 +109,13 @@ WideString File::GetBasename(const WideString& path, const WideString& ext) {
 
 WideString File::GetFileExtension(const WideString& path) {
     const View name = BaseName(path);
-    const std::size_t dot = name.rfind(kDot);
+    const std::size_t dot = FindLast(name, kDot);
     return dot == View::npos ? WideString() : WideString(name.substr(dot));
 }
 
 WideString File::GetFileTitleA(const WideString& path) {
     const View name = BaseName(path);
-    return WideString(name.substr(0, name.rfind(kDot)));
+    return WideString(name.substr(0, FindLast(name, kDot)));
 }
 
 WideString File::CutExtension(const WideString& path, const WideString& ext) {

@@ -30,33 +30,28 @@ std::size_t LengthOf(const unsigned short* text) {
     return WideString::traits_type::length(text);
 }
 
-// What is left after removal so far: @p kept units, and where the last removed one would stand among them.
-struct Compaction {
-    std::size_t kept;
-    std::size_t lastRemoved;
-};
-
-// Moves the units that stay to the front. Every unit is written and the position moves only past those that stay, so
-// that there is no branch to guess wrong.
-Compaction Compact(unsigned short* units, Compaction state, const unsigned short* source, std::size_t count,
-                   unsigned short removed) {
+// Moves @p count units from @p source behind the @p kept ones that stay, less those that are @p removed. Every unit is
+// written and the position moves only past those that stay, so that there is no branch to guess wrong.
+// @return the units that stay now.
+std::size_t Compact(unsigned short* units, std::size_t kept, const unsigned short* source, std::size_t count,
+                    unsigned short removed) {
     for (std::size_t i = 0; i != count; ++i) {
         const unsigned short unit = source[i];
-        units[state.kept] = unit;
-        state.lastRemoved = unit == removed ? state.kept : state.lastRemoved;
-        state.kept += unit != removed;
+        units[kept] = unit;
+        kept += unit != removed;
     }
-    return state;
+    return kept;
 }
 
-// Compact for one whole block, most of which hold nothing to remove; the copy allows the block to overlap its target.
-Compaction CompactBlock(unsigned short* units, Compaction state, const unsigned short* source, unsigned short removed) {
-    unsigned short block[kel::UnitScan::kBlock];
-    std::memcpy(block, source, sizeof block);
-    if (kel::UnitScan::CountInBlock(block, removed) != 0)
-        return Compact(units, state, block, kel::UnitScan::kBlock, removed);
-    std::memcpy(units + state.kept, block, sizeof block);
-    return {state.kept + kel::UnitScan::kBlock, state.lastRemoved};
+// Compact for one whole step, most of which hold nothing to remove. The step is held aside, since its target may
+// overlap it.
+std::size_t CompactStep(unsigned short* units, std::size_t kept, const unsigned short* source, unsigned short removed) {
+    unsigned short step[kel::UnitScan::kStep];
+    std::memcpy(step, source, sizeof step);
+    if (kel::UnitScan::MatchStep(step, removed) != 0)
+        return Compact(units, kept, step, kel::UnitScan::kStep, removed);
+    std::memcpy(units + kept, step, sizeof step);
+    return kept + kel::UnitScan::kStep;
 }
 
 } // namespace
@@ -154,15 +149,18 @@ void String::Insert(int position, unsigned short unit, int count) {
 int String::Remove(unsigned short unit) {
     unsigned short* const units = data();
     const unsigned short* const end = units + size();
-    const unsigned short* source = kel::UnitScan::FindNth(units, end, unit, 1);
-    if (source == end)
+    const unsigned short* const last = kel::UnitScan::FindLast(units, end, unit);
+    if (last == nullptr)
         return -1;
-    Compaction state = {static_cast<std::size_t>(source - units), 0};
-    for (; static_cast<std::size_t>(end - source) >= kel::UnitScan::kBlock; source += kel::UnitScan::kBlock)
-        state = CompactBlock(units, state, source, unit);
-    state = Compact(units, state, source, static_cast<std::size_t>(end - source), unit);
-    resize(state.kept);
-    return static_cast<int>(state.lastRemoved);
+    const unsigned short* source = kel::UnitScan::FindFirst(units, end, unit);
+    const auto lastIndex = static_cast<std::size_t>(last - units);
+    auto kept = static_cast<std::size_t>(source - units);
+    for (; static_cast<std::size_t>(end - source) >= kel::UnitScan::kStep; source += kel::UnitScan::kStep)
+        kept = CompactStep(units, kept, source, unit);
+    kept = Compact(units, kept, source, static_cast<std::size_t>(end - source), unit);
+    const std::size_t removed = size() - kept;
+    resize(kept);
+    return static_cast<int>(lastIndex + 1 - removed);
 }
 
 String operator+(const String& left, const String& right) {
