@@ -22,7 +22,7 @@ void CRCOutputStream::Write(const char* data, int count) {
             continue;
         }
         const int taken = std::min(count, kBlockSize - m_count);
-        std::memcpy(m_buffer + m_count, data, static_cast<std::size_t>(taken));
+        kel::CopyBytes(m_buffer + m_count, data, static_cast<std::size_t>(taken));
         m_count += taken;
         data += taken;
         count -= taken;
@@ -68,7 +68,7 @@ CRCInputStream::CRCInputStream(InputStream& inner) : m_inner(inner), m_position(
 void CRCInputStream::Read(char* data, int count) {
     while (count > 0) {
         const int taken = std::min(count, kBlockSize - m_position);
-        std::memcpy(data, m_buffer + m_position, static_cast<std::size_t>(taken));
+        kel::CopyBytes(data, m_buffer + m_position, static_cast<std::size_t>(taken));
         m_position += taken;
         data += taken;
         count -= taken;

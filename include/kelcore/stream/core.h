@@ -31,12 +31,14 @@ inline void CopyEnds(char* to, const char* from, std::size_t count) {
 
 /// memcpy without the call for the short runs that typed values are made of.
 inline void CopyBytes(char* to, const char* from, std::size_t count) {
-    if (__builtin_constant_p(count) || count > 16 || count < 4)
+    if (__builtin_constant_p(count) || count > 16 || count < 2)
         std::memcpy(to, from, count);
     else if (count >= 8)
         CopyEnds<std::uint64_t>(to, from, count);
-    else
+    else if (count >= 4)
         CopyEnds<std::uint32_t>(to, from, count);
+    else
+        CopyEnds<std::uint16_t>(to, from, count);
 }
 
 struct StreamLayout; // the library checks its layouts at compile time

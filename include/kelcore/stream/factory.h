@@ -114,7 +114,7 @@ class ObjectFunctions final : public IObjectFactoryObjectFunctions {
                   "registered classes need copy construction and assignment");
 
 public:
-    explicit ObjectFunctions(bool shareEqualObjects) : m_share(shareEqualObjects) {
+    explicit ObjectFunctions(bool shareEqualObjects) : m_share(shareEqualObjects), m_distance(Distance()) {
         if (m_share && !IsEqualityComparable<Type>::value)
             throw std::logic_error("a class whose equal objects are shared needs operator==");
     }
@@ -154,9 +154,24 @@ private:
         ULONG m_count;
     };
 
-    static Type& Object(IUnknown* unknown) { return dynamic_cast<Type&>(*unknown); }
+    // How far behind the object's begin its IUnknown lies, the same in all objects of just this class.
+    static std::ptrdiff_t Distance() {
+        Type* const example = new Type;
+        IUnknown* const unknown = example;
+        const std::ptrdiff_t distance = reinterpret_cast<char*>(unknown) - reinterpret_cast<char*>(example);
+        unknown->Release();
+        return distance;
+    }
+
+    // A cast down from a virtual base costs much more than comparing types, and sharing compares many objects.
+    Type& Object(IUnknown* unknown) const {
+        if (&typeid(*unknown) == &typeid(Type))
+            return *reinterpret_cast<Type*>(reinterpret_cast<char*>(unknown) - m_distance);
+        return dynamic_cast<Type&>(*unknown);
+    }
 
     bool m_share;
+    std::ptrdiff_t m_distance;
 };
 
 } // namespace kel
