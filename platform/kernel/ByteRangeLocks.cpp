@@ -137,15 +137,12 @@ bool TryToLock(std::vector<Range>& ranges, FileObject& file, const Range& wanted
     return true;
 }
 
-// The opening's range with these ends, an exclusive one before a shared one.
+// The opening's range with these ends; an exclusive one comes before shared ones, since it cannot be laid over them.
 std::vector<Range>::iterator FindRange(std::vector<Range>& ranges, const FileObject& file, std::uint64_t begin,
                                        std::uint64_t end) {
-    auto found = ranges.end();
-    for (auto held = ranges.begin(); held != ranges.end(); ++held)
-        if (held->owner == &file && held->begin == begin && held->end == end)
-            if (found == ranges.end() || (held->exclusive && !found->exclusive))
-                found = held;
-    return found;
+    return std::find_if(ranges.begin(), ranges.end(), [&](const Range& range) {
+        return range.owner == &file && range.begin == begin && range.end == end;
+    });
 }
 
 void ForgetIfEmpty(LockTable& table, const FileId& file) {

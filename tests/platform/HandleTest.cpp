@@ -116,8 +116,15 @@ TEST_CASE("standard handles stay the same and unknown ones are refused") {
     CHECK(GetStdHandle(STD_OUTPUT_HANDLE) != GetStdHandle(STD_ERROR_HANDLE));
     CHECK(GetStdHandle(5) == INVALID_HANDLE_VALUE);
     CHECK(GetLastError() == ERROR_INVALID_HANDLE);
-    const Opened null("NUL");
+}
+
+TEST_CASE("the null device takes everything and gives nothing") {
+    char byte;
+    const Opened null("nul", kReadWrite, 0, CREATE_ALWAYS);
+    CHECK(GetLastError() == 0);
     CHECK(GetFileType(null) == FILE_TYPE_CHAR);
+    CHECK(Write(null, "123", 3) == 3);
+    CHECK(Read(null, &byte, 1) == 0);
 }
 
 TEST_CASE("handles are opened, used and closed by many threads at once") {

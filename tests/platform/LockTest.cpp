@@ -162,6 +162,10 @@ TEST_CASE("locks hold towards other processes") {
     CHECK(locked == 3);
     CHECK(Unlock(files.first, {2, 4}));
     CHECK(LockedForOthers({2, 5, k4GiB}) == 1);
+    CHECK(Lock(files.first, {8, 4}, kAtOnce));
+    CHECK(Lock(files.first, {10, 4}, kAtOnce));
+    CHECK(Unlock(files.first, {8, 4}));
+    CHECK(LockedForOthers({8, 9, 10, 13}) == 2);
 }
 
 TEST_CASE("transfers that touch another handle's lock are refused") {
