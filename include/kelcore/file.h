@@ -225,7 +225,7 @@ private:
     FILETIME m_ftLastWrite;
     unsigned __int32 m_dwSizeHigh;
     unsigned __int32 m_dwSizeLow;
-    unsigned __int32 m_dwReserved[2];
+    [[maybe_unused]] unsigned __int32 m_dwReserved[2];
     unsigned short m_szName[260];
     unsigned short m_szShortName[14];
 };
