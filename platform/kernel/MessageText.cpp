@@ -87,7 +87,7 @@ void MessageText::BreakLine() {
     const unsigned moved = m_break == kNowhere ? 0 : m_word;
     const std::size_t end = m_break == kNowhere ? m_text.size() : m_break;
     std::size_t first = end;
-    while (m_break != kNowhere && m_text[first - 1] == ' ')
+    while (m_break != kNowhere && first != 0 && m_text[first - 1] == ' ')
         --first;
     m_text.replace(first, end - first, "\r\n");
     m_over = m_over || m_text.size() > kLargest;
