@@ -146,16 +146,18 @@ TEST_CASE("openings of one file share it right by right") {
 TEST_CASE("share modes hold towards other processes") {
     const Workplace place;
     Workplace::Write("a");
-    const auto readsElsewhere = [] { return static_cast<int>(ErrorOfOpening("a", GENERIC_READ, kShareAll)); };
-    Opened file("a", GENERIC_READ, FILE_SHARE_WRITE);
-    const int refused = kel::test::InSecondProcess(readsElsewhere);
-    if (refused == -1) {
+    kel::test::SecondProcess other([](std::uint64_t share) {
+        return static_cast<int>(ErrorOfOpening("a", GENERIC_READ, static_cast<DWORD>(share)));
+    });
+    if (!other.Runs()) {
         MESSAGE("a test program cannot start a second process here");
         return;
     }
-    CHECK(refused == ERROR_SHARING_VIOLATION);
+    Opened file("a", GENERIC_READ, FILE_SHARE_READ);
+    CHECK(other.Ask(FILE_SHARE_READ) == 0);
+    CHECK(other.Ask(FILE_SHARE_WRITE) == ERROR_SHARING_VIOLATION);
     file.Close();
-    CHECK(kel::test::InSecondProcess(readsElsewhere) == 0);
+    CHECK(other.Ask(FILE_SHARE_WRITE) == 0);
 }
 
 TEST_CASE("a file that is open without sharing is neither deleted nor moved") {

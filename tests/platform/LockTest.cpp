@@ -34,15 +34,10 @@ struct TwoOpenings {
     Opened second{"a", kReadWrite, kShareAll};
 };
 
-// How many of single bytes a second process cannot lock, -1 where there is no second process.
-int LockedForOthers(std::initializer_list<std::uint64_t> offsets) {
-    return kel::test::InSecondProcess([&] {
-        const Opened file("a", kReadWrite, kShareAll);
-        int locked = 0;
-        for (const std::uint64_t offset : offsets)
-            locked += !Lock(file, {offset, 1});
-        return locked;
-    });
+// Whether a byte of "a" is locked for whoever opens it now.
+int IsLocked(std::uint64_t offset) {
+    const Opened file("a", kReadWrite, kShareAll);
+    return Lock(file, {offset, 1}) ? 0 : 1;
 }
 
 } // namespace
@@ -147,25 +142,35 @@ TEST_CASE("a handle that only reads locks exclusively") {
     const Opened other("a", GENERIC_READ, kShareAll);
     CHECK(Lock(reader, {0, 5}));
     CHECK_FALSE(Lock(other, {4, 1}));
-    CHECK(LockedForOthers({0, 4, 5}) == (kOnLayer ? 2 : -1));
 }
 
 TEST_CASE("locks hold towards other processes") {
-    const TwoOpenings files;
-    CHECK(Lock(files.first, {2, 4}));
-    CHECK(Lock(files.first, {k4GiB, 1}, kAtOnce));
-    const int locked = LockedForOthers({0, 1, 2, 5, 6, k4GiB, k4GiB + 1});
-    if (locked == -1) {
+    const Workplace place;
+    Workplace::Write("a");
+    kel::test::SecondProcess other(IsLocked);
+    if (!other.Runs()) {
         MESSAGE("a test program cannot start a second process here");
         return;
     }
-    CHECK(locked == 3);
-    CHECK(Unlock(files.first, {2, 4}));
-    CHECK(LockedForOthers({2, 5, k4GiB}) == 1);
-    CHECK(Lock(files.first, {8, 4}, kAtOnce));
-    CHECK(Lock(files.first, {10, 4}, kAtOnce));
-    CHECK(Unlock(files.first, {8, 4}));
-    CHECK(LockedForOthers({8, 9, 10, 13}) == 2);
+    const auto areLocked = [&](std::initializer_list<std::uint64_t> offsets) {
+        std::string answers;
+        for (const std::uint64_t offset : offsets)
+            answers += std::to_string(other.Ask(offset));
+        return answers;
+    };
+    const Opened file("a", kReadWrite, kShareAll);
+    const Opened reader("a", GENERIC_READ, kShareAll);
+    CHECK(Lock(file, {2, 4}));
+    CHECK(Lock(file, {k4GiB, 1}, kAtOnce));
+    CHECK(Lock(reader, {20, 1}));
+    CHECK(areLocked({0, 1, 2, 5, 6, 20, k4GiB, k4GiB + 1}) == "00110110");
+    CHECK(Unlock(file, {2, 4}));
+    CHECK(areLocked({2, 5, k4GiB}) == "001");
+    // One of two that overlap goes.
+    CHECK(Lock(file, {8, 4}, kAtOnce));
+    CHECK(Lock(file, {10, 4}, kAtOnce));
+    CHECK(Unlock(file, {8, 4}));
+    CHECK(areLocked({8, 9, 10, 13, 14}) == "00110");
 }
 
 TEST_CASE("transfers that touch another handle's lock are refused") {

@@ -2,7 +2,13 @@
 
 namespace kel::test {
 
-int InSecondProcess(const std::function<int()>&) {
+SecondProcess::SecondProcess(const std::function<int(std::uint64_t)>&) {
+    static_cast<void>(m_process);
+}
+
+SecondProcess::~SecondProcess() = default;
+
+int SecondProcess::Ask(std::uint64_t) {
     return -1;
 }
 
