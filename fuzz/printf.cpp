@@ -1,10 +1,15 @@
 // The 16-bit printf language: format and texts from the input. A result is the same in every room that it fits into,
-// and nothing is written beyond the room.
+// nothing is written beyond the room, and integers and hexadecimal doubles with all their digits print as on the host.
 
 #include <kelcore/platform.h>
 
 #include <algorithm>
+#include <bit>
+#include <cmath>
 #include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <iterator>
 #include <string>
 
 namespace {
@@ -33,9 +38,42 @@ int Print(WCHAR* to, std::size_t room, const Units& format, const WCHAR* text) {
                       text, text, text, text, 0.0, -1.5, 1e300, 2.5e-310, 1.0 / 3, 1e17, 123456.789, -0.0);
 }
 
+// A conversion whose flags, width, precision and type come from the first bytes, its value from the others.
+void CompareWithHost(const std::uint8_t* data, std::size_t size) {
+    if (size < 12)
+        return;
+    std::string format = "%";
+    for (int i = 0; i < 5; ++i)
+        if ((data[0] & 1 << i) != 0)
+            format += "-+ #0"[i];
+    format += std::to_string(data[1] % 70);
+    const char type = "diuoxXaA"[data[3] % 8];
+    const bool isDouble = type == 'a' || type == 'A';
+    if (isDouble)
+        format += "." + std::to_string(13 + data[2] % 20);
+    else if (data[2] % 2 != 0)
+        format += "." + std::to_string(data[2] % 80);
+    format += (isDouble ? "" : "ll") + std::string(1, type);
+    long long integer;
+    std::memcpy(&integer, data + 4, sizeof integer);
+    const auto fraction = std::bit_cast<double>(integer);
+    if (isDouble && !std::isnormal(fraction))
+        return;
+
+    char host[200];
+    WCHAR own[200];
+    const Units units(format.begin(), format.end());
+    const int length = isDouble ? std::snprintf(host, sizeof host, format.c_str(), fraction)
+                                : std::snprintf(host, sizeof host, format.c_str(), integer);
+    Require((isDouble ? _snwprintf(own, std::size(own), units.c_str(), fraction)
+                      : _snwprintf(own, std::size(own), units.c_str(), integer)) == length);
+    Require(std::equal(host, host + length, own));
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    CompareWithHost(data, size);
     if (size < 2 || size > 400)
         return 0;
     const std::size_t formatSize = std::min<std::size_t>(data[0] * 2u, size - 1);

@@ -46,21 +46,23 @@ void MessageText::PutCharacter(const char* bytes, std::size_t length) {
         StartLine();
         return;
     }
-    if (Breaks() && m_column >= m_width && (m_break != kNowhere || !m_isInsert))
+    if (Breaks() && m_column >= m_width && (m_breakBegin != kNowhere || !m_isInsert))
         BreakLine();
     Append(bytes, length);
     ++m_column;
     ++m_word;
-    m_hasWord = true;
 }
 
-// Spaces past the width hang over: they go when a word follows them.
+// Spaces past the width hang over: they go when a word follows them. Those at the front of a line are no place to
+// break.
 void MessageText::PutSpace() {
+    if (m_word != 0)
+        m_breakBegin = m_text.size();
     Append(" ", 1);
+    if (m_breakBegin != kNowhere)
+        m_breakEnd = m_text.size();
     ++m_column;
     m_word = 0;
-    if (m_hasWord)
-        m_break = m_text.size();
 }
 
 void MessageText::PutSourceBreak() {
@@ -78,23 +80,21 @@ void MessageText::PutHardBreak() {
 void MessageText::StartLine() {
     m_column = 0;
     m_word = 0;
-    m_hasWord = false;
-    m_break = kNowhere;
+    m_breakBegin = kNowhere;
 }
 
 // The word begun moves to the next line; one that fills the line by itself is cut.
 void MessageText::BreakLine() {
-    const unsigned moved = m_break == kNowhere ? 0 : m_word;
-    const std::size_t end = m_break == kNowhere ? m_text.size() : m_break;
-    std::size_t first = end;
-    while (m_break != kNowhere && first != 0 && m_text[first - 1] == ' ')
-        --first;
-    m_text.replace(first, end - first, "\r\n");
+    if (m_breakBegin == kNowhere) {
+        PutHardBreak();
+        return;
+    }
+    const unsigned moved = m_word;
+    m_text.replace(m_breakBegin, m_breakEnd - m_breakBegin, "\r\n");
     m_over = m_over || m_text.size() > kLargest;
     StartLine();
     m_column = moved;
     m_word = moved;
-    m_hasWord = moved != 0;
 }
 
 } // namespace kel::platform

@@ -54,10 +54,10 @@ private:
     unsigned m_width;
     bool m_over = false;
     bool m_isInsert = false;
-    bool m_hasWord = false;         // the line has more than spaces
-    unsigned m_column = 0;          // characters of the line
-    unsigned m_word = 0;            // characters behind its last space
-    std::size_t m_break = kNowhere; // behind its last space that has a word before it
+    unsigned m_column = 0;               // characters of the line
+    unsigned m_word = 0;                 // characters behind its last space
+    std::size_t m_breakBegin = kNowhere; // its last spaces that have a word before them
+    std::size_t m_breakEnd = kNowhere;
 };
 
 } // namespace kel::platform
