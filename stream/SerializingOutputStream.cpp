@@ -51,7 +51,7 @@ public:
         if (copy == nullptr)
             return;
         known.copies->push_back({number, copy.get()});
-        copy.release();
+        static_cast<void>(copy.release()); // the table owns it now
     }
 
 private:
