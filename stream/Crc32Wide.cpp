@@ -54,7 +54,10 @@ KELCORE_WIDE std::uint32_t UpdateWide(std::uint32_t crc, const char* data, std::
 } // namespace
 
 kel::Crc32Update kel::WideCarrylessRoad() {
-    return __builtin_cpu_supports("vpclmulqdq") && __builtin_cpu_supports("avx2") ? &UpdateWide : nullptr;
+    // Short runs take the narrow road.
+    const bool can =
+        CarrylessRoad() != nullptr && __builtin_cpu_supports("vpclmulqdq") && __builtin_cpu_supports("avx2");
+    return can ? &UpdateWide : nullptr;
 }
 
 #else

@@ -1,3 +1,4 @@
+#include <kelcore/stream/endpoints.h>
 #include <kelcore/stream/serializing.h>
 
 #include "stream/Failures.h"
@@ -92,6 +93,9 @@ private:
 /// Beside it the watch over the stack, which nesting uses up.
 class ReadReferences {
 public:
+    explicit ReadReferences(InputStream& inner)
+        : memory(typeid(inner) == typeid(MemoryInputStream) ? static_cast<MemoryInputStream*>(&inner) : nullptr) {}
+
     void Enter(std::uint32_t number, ISerializable* object) {
         if (number >= m_objects.size())
             m_objects.resize(std::size_t{number} + 1);
@@ -107,6 +111,8 @@ public:
     ISerializable* Find(std::uint32_t number) const { return number < m_objects.size() ? m_objects[number] : nullptr; }
 
     StackReserve stack;
+    // The inner stream, if it is memory and no class derived from it: fields are then read without virtual calls.
+    MemoryInputStream* const memory;
 
 private:
     std::vector<ISerializable*> m_objects;
@@ -147,7 +153,7 @@ private:
 
 SerializingInputStream::SerializingInputStream(const IObjectFactory& factory, InputStream& inner)
     : m_factory(factory), m_inner(inner), m_counter(0), m_values(std::make_unique<kel::ReadValues>()),
-      m_references(std::make_unique<kel::ReadReferences>()) {}
+      m_references(std::make_unique<kel::ReadReferences>(inner)) {}
 
 SerializingInputStream::~SerializingInputStream() = default;
 
@@ -249,6 +255,10 @@ void SerializingInputStream::ReadData(ISerializable& object, const IObjectFactor
 template <class Field>
 Field SerializingInputStream::ReadField() {
     Field field = 0;
-    m_inner.Read(reinterpret_cast<char*>(&field), static_cast<int>(sizeof field));
+    auto* const bytes = reinterpret_cast<char*>(&field);
+    if (MemoryInputStream* const memory = m_references->memory)
+        memory->MemoryInputStream::Read(bytes, static_cast<int>(sizeof field));
+    else
+        m_inner.Read(bytes, static_cast<int>(sizeof field));
     return field;
 }
