@@ -58,7 +58,7 @@ View BaseName(View path) {
     if (IsRoot(path))
         return path.substr(2, 1);
     if (IsEmpty(path))
-        return {};
+        return path.substr(0, 0);
     const std::size_t separator = FindLast(path, kBackslash);
     if (separator != View::npos)
         return UpTo(path.substr(separator + 1), kNul);
