@@ -6,6 +6,7 @@
 #include "stream/ObjectRecords.h"
 #include "stream/StackReserve.h"
 
+#include <array>
 #include <vector>
 
 namespace kel {
@@ -89,33 +90,38 @@ private:
     ReadClass* m_last = nullptr;
 };
 
-/// The reference table: numbers are handed out one by one and each costs bytes of the stream, so a plain array will do.
-/// Beside it the watch over the stack, which nesting uses up.
+/// The reference table: numbers are handed out one by one and each costs bytes of the stream, so arrays will do, in
+/// parts that never move. Beside it the watch over the stack, which nesting uses up.
 class ReadReferences {
 public:
     explicit ReadReferences(InputStream& inner)
         : memory(typeid(inner) == typeid(MemoryInputStream) ? static_cast<MemoryInputStream*>(&inner) : nullptr) {}
 
     void Enter(std::uint32_t number, ISerializable* object) {
-        if (number >= m_objects.size())
-            m_objects.resize(std::size_t{number} + 1);
-        m_objects[number] = object;
+        while (number / kPart >= m_parts.size())
+            m_parts.push_back(std::make_unique<Part>());
+        (*m_parts[number / kPart])[number % kPart] = object;
     }
 
     void Withdraw(std::uint32_t number) {
-        if (number < m_objects.size())
-            m_objects[number] = nullptr;
+        if (number / kPart < m_parts.size())
+            (*m_parts[number / kPart])[number % kPart] = nullptr;
     }
 
     /// @return null if there is none.
-    ISerializable* Find(std::uint32_t number) const { return number < m_objects.size() ? m_objects[number] : nullptr; }
+    ISerializable* Find(std::uint32_t number) const {
+        return number / kPart < m_parts.size() ? (*m_parts[number / kPart])[number % kPart] : nullptr;
+    }
 
     StackReserve stack;
     // The inner stream, if it is memory and no class derived from it: fields are then read without virtual calls.
     MemoryInputStream* const memory;
 
 private:
-    std::vector<ISerializable*> m_objects;
+    static constexpr std::size_t kPart = 512;
+    using Part = std::array<ISerializable*, kPart>;
+
+    std::vector<std::unique_ptr<Part>> m_parts;
 };
 
 } // namespace kel
@@ -156,6 +162,25 @@ SerializingInputStream::SerializingInputStream(const IObjectFactory& factory, In
       m_references(std::make_unique<kel::ReadReferences>(inner)) {}
 
 SerializingInputStream::~SerializingInputStream() = default;
+
+// Inlined, a field from memory is a load and a comparison.
+template <class Field>
+[[gnu::always_inline]] inline Field SerializingInputStream::ReadField() {
+    Field field = 0;
+    auto* const bytes = reinterpret_cast<char*>(&field);
+    if (MemoryInputStream* const memory = m_references->memory)
+        memory->MemoryInputStream::Read(bytes, static_cast<int>(sizeof field));
+    else
+        m_inner.Read(bytes, static_cast<int>(sizeof field));
+    return field;
+}
+
+void SerializingInputStream::Read(char* data, int count) {
+    if (MemoryInputStream* const memory = m_references->memory)
+        memory->MemoryInputStream::Read(data, count);
+    else
+        m_inner.Read(data, count);
+}
 
 void SerializingInputStream::Read(ISerializable& object) {
     ReadNext(&object, Reached::ByValue);
@@ -250,15 +275,4 @@ void SerializingInputStream::ReadData(ISerializable& object, const IObjectFactor
     object.Read(*this, version);
     if (functions.ShareEqualObjects())
         m_values->Keep(functions, &object, number);
-}
-
-template <class Field>
-Field SerializingInputStream::ReadField() {
-    Field field = 0;
-    auto* const bytes = reinterpret_cast<char*>(&field);
-    if (MemoryInputStream* const memory = m_references->memory)
-        memory->MemoryInputStream::Read(bytes, static_cast<int>(sizeof field));
-    else
-        m_inner.Read(bytes, static_cast<int>(sizeof field));
-    return field;
 }

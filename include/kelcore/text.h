@@ -128,7 +128,8 @@ public:
 
     /// Replaces the text with @p format in the printf language over 16-bit text (`_vsnwprintf`): "%s" takes a pointer
     /// to wide text, "%S" one to narrow text. No argument may point into this String, whose buffer is resized before
-    /// the arguments are read. Results of up to 2^30 units fit.
+    /// the arguments are read.
+    /// @throws std::length_error if the result has more than 2^30 units; the text is empty then.
     void Format(const unsigned short* format, ...);
 
     /// Replaces the text with the narrow @p format expanded by the system's message formatter (`::FormatMessageA`):

