@@ -2,7 +2,7 @@
 
 #include "runtime/SharedHandles.h"
 
-#include <kelcore/runtime.h>
+#include <kelcore/runtime/system.h>
 #include <kelcore/text.h>
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include <kelcore/runtime.h>
+#include <kelcore/runtime/objects.h>
 
 KelUnknown::KelUnknown() : m_count(1) {}
 

@@ -1,4 +1,4 @@
-#include <kelcore/runtime.h>
+#include <kelcore/runtime/system.h>
 
 #include <atomic>
 

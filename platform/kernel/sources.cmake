@@ -1,4 +1,4 @@
-# handles, files, mappings, paths, directories
-include(${CMAKE_CURRENT_LIST_DIR}/files.cmake OPTIONAL)
-include(${CMAKE_CURRENT_LIST_DIR}/directories.cmake OPTIONAL)
+# handles, files, mappings, paths, directories, messages
+include(${CMAKE_CURRENT_LIST_DIR}/files.cmake)
+include(${CMAKE_CURRENT_LIST_DIR}/directories.cmake)
 include(${CMAKE_CURRENT_LIST_DIR}/messages.cmake)

@@ -7,6 +7,7 @@ declare -A MAY_INCLUDE=(
   [runtime]="text file"
   [stream]="text runtime"
   [file]="text runtime"
+  [registry]="text"
 )
 
 # sources [PATHSPEC...] : the tracked C++ files that exist, one a line.

@@ -3,7 +3,7 @@
 
 #include <kelcore/file.h>
 #include <kelcore/platform/testing.h>
-#include <kelcore/runtime.h>
+#include <kelcore/runtime/system.h>
 
 #include <limits>
 

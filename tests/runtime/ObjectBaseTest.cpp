@@ -1,5 +1,5 @@
 #include <doctest/doctest.h>
-#include <kelcore/runtime.h>
+#include <kelcore/runtime/objects.h>
 
 #include <cstring>
 

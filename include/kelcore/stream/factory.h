@@ -4,7 +4,7 @@
 /// The registry of classes behind the object streams. A class is known in files by a 32-bit hash of its name, which is
 /// the same on every compiler; docs/formats/object-records.md states both.
 
-#include <kelcore/runtime.h>
+#include <kelcore/runtime/objects.h>
 
 #include <cstddef>
 #include <map>
