@@ -29,6 +29,7 @@
 
 #else
 
+#include <kelcore/platform/accelerators.h>
 #include <kelcore/platform/base.h>
 #include <kelcore/platform/codepages.h>
 #include <kelcore/platform/com.h>
@@ -37,10 +38,15 @@
 #include <kelcore/platform/errors.h>
 #include <kelcore/platform/files.h>
 #include <kelcore/platform/handles.h>
+#include <kelcore/platform/languages.h>
 #include <kelcore/platform/mappings.h>
+#include <kelcore/platform/messageboxes.h>
 #include <kelcore/platform/messages.h>
+#include <kelcore/platform/modules.h>
 #include <kelcore/platform/paths.h>
+#include <kelcore/platform/resources.h>
 #include <kelcore/platform/stdio.h>
 #include <kelcore/platform/system.h>
+#include <kelcore/platform/versions.h>
 
 #endif
