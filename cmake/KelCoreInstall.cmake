@@ -14,6 +14,7 @@ install(EXPORT KelCoreTargets NAMESPACE KelCore:: DESTINATION ${kelcore_package_
 configure_file(${CMAKE_CURRENT_LIST_DIR}/KelCoreConfig.cmake.in ${CMAKE_BINARY_DIR}/KelCoreConfig.cmake @ONLY)
 write_basic_package_version_file(${CMAKE_BINARY_DIR}/KelCoreConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES ${CMAKE_BINARY_DIR}/KelCoreConfig.cmake ${CMAKE_BINARY_DIR}/KelCoreConfigVersion.cmake
+              ${CMAKE_CURRENT_LIST_DIR}/KelCoreResources.cmake
         DESTINATION ${kelcore_package_dir})
 
 set(kelcore_pc_libraries "-lkelcore")
