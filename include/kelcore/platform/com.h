@@ -1,15 +1,18 @@
 #pragma once
 
 /// @file
-/// The COM contract as far as the library's object base needs it: identifiers, result codes, IUnknown and IDataObject
-/// with the structures their signatures name. Slot order and values are those of the public COM headers. No COM runtime
-/// stands behind them.
+/// The COM contract as far as the library needs it: identifiers and their texts, task memory, result codes, IUnknown
+/// and IDataObject with the structures their signatures name. Slot order and values are those of the public COM
+/// headers. No COM runtime stands behind them.
 
 #include <kelcore/platform/base.h>
 
 #include <cstring>
 
 typedef LONG HRESULT;
+typedef WCHAR OLECHAR;
+typedef OLECHAR* LPOLESTR;
+typedef const OLECHAR* LPCOLESTR;
 
 #define S_OK (static_cast<HRESULT>(0))
 #define S_FALSE (static_cast<HRESULT>(1))
@@ -17,6 +20,7 @@ typedef LONG HRESULT;
 #define E_NOINTERFACE (static_cast<HRESULT>(0x80004002u))
 #define E_POINTER (static_cast<HRESULT>(0x80004003u))
 #define E_FAIL (static_cast<HRESULT>(0x80004005u))
+#define E_OUTOFMEMORY (static_cast<HRESULT>(0x8007000Eu))
 #define E_INVALIDARG (static_cast<HRESULT>(0x80070057u))
 #define OLE_E_ADVISENOTSUPPORTED (static_cast<HRESULT>(0x80040003u))
 #define SUCCEEDED(hr) (static_cast<HRESULT>(hr) >= 0)
@@ -50,6 +54,27 @@ inline bool operator!=(REFGUID a, REFGUID b) {
 extern "C" KELPLATFORM_API const IID IID_IUnknown;
 /// {0000010E-0000-0000-C000-000000000046}
 extern "C" KELPLATFORM_API const IID IID_IDataObject;
+
+extern "C" {
+
+/// Memory that one module allocates and another frees.
+/// @return a block of at least @p bytes bytes, none of them included; null when there is no memory.
+KELPLATFORM_API LPVOID WINAPI CoTaskMemAlloc(SIZE_T bytes);
+
+/// Frees a block of CoTaskMemAlloc. Null is no block, and fine.
+KELPLATFORM_API void WINAPI CoTaskMemFree(LPVOID memory);
+
+/// Spells an identifier: 38 units with braces and capital letters, as in {0000010E-0000-0000-C000-000000000046}, and a
+/// terminator.
+/// @param text receives the text, which the caller frees with CoTaskMemFree; null on failure.
+/// @return S_OK, E_OUTOFMEMORY, or E_INVALIDARG for a null @p text.
+KELPLATFORM_API HRESULT WINAPI StringFromCLSID(REFCLSID clsid, LPOLESTR* text);
+
+/// Spells an identifier as StringFromCLSID does, into a buffer of @p count units.
+/// @return the units written, the terminator included: 39, or 0 if they do not fit.
+KELPLATFORM_API int WINAPI StringFromGUID2(REFGUID guid, LPOLESTR text, int count);
+
+} // extern "C"
 
 struct IUnknown {
     virtual HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) = 0;
