@@ -1,4 +1,4 @@
-# Wine for both widths, without a display and without touching the user's own Wine folders.
+# Wine for both widths, on a screen of its own and without touching the user's own Wine folders.
 #
 # 64 bits: Debian's wine64. 32 bits: Debian's wine32 is an i386 package, which many amd64 machines cannot install beside
 # their own libraries. Its files are unpacked into a folder of their own instead (apt chooses, fetches and verifies them
@@ -112,11 +112,39 @@ wine_make_folder_detached() (
   wine_make_folder
 )
 
+# A screen in memory, for programs that show windows. It ends with the prefix's server, which it must not outlive.
+wine_open_screen() {
+  local number
+  exec 7< <(exec env -u LD_LIBRARY_PATH setsid Xvfb -displayfd 1 -screen 0 1024x768x24 -nolisten tcp 2>/dev/null </dev/null)
+  local pid=$!
+  read -r -t 60 number <&7 || die "Xvfb did not start"
+  exec 7<&-
+  echo "$number $pid" >"$WINEPREFIX/.screen"
+  # shellcheck disable=SC2016 # expanded by the watcher
+  setsid sh -c '"$1" -w; kill "$2"' watch "$WINESERVER" "$pid" >/dev/null 2>&1 </dev/null &
+}
+
+# wine_screen : sets DISPLAY to the screen of the prefix, whose server runs.
+wine_screen() {
+  local number pid
+  (
+    flock 9
+    read -r number pid 2>/dev/null <"$WINEPREFIX/.screen" || pid=none
+    [ "$(cat "/proc/$pid/comm" 2>/dev/null)" = Xvfb ] || wine_open_screen 9>&-
+  ) 9>"$WINEPREFIX/.screen.lock"
+  read -r number pid <"$WINEPREFIX/.screen"
+  export DISPLAY=:$number
+}
+
 # wine_start : brings up the server and the background programs of the prefix, detached, so that none of them holds a
 # pipe of ours open. The server stays for a minute after its last program: a run of many programs starts it once.
 wine_start() {
-  "$WINESERVER" -k0 2>/dev/null && return
+  if "$WINESERVER" -k0 2>/dev/null; then
+    wine_screen
+    return
+  fi
   # Another program may have started it meanwhile.
   "$WINESERVER" -p60 >/dev/null 2>&1 </dev/null || true
+  wine_screen
   quietly "starting Wine" "$WINE" wineboot
 }
