@@ -21,7 +21,9 @@
 #include <windows.h>
 // The order below matters: these headers build on windows.h.
 #include <mbstring.h>
+#include <mmsystem.h>
 #include <objidl.h>
+#include <process.h>
 #include <shlwapi.h>
 #include <unknwn.h>
 #include <wchar.h>
@@ -44,9 +46,13 @@
 #include <kelcore/platform/messages.h>
 #include <kelcore/platform/modules.h>
 #include <kelcore/platform/paths.h>
+#include <kelcore/platform/registry.h>
 #include <kelcore/platform/resources.h>
 #include <kelcore/platform/stdio.h>
 #include <kelcore/platform/system.h>
+#include <kelcore/platform/threads.h>
+#include <kelcore/platform/timers.h>
+#include <kelcore/platform/times.h>
 #include <kelcore/platform/versions.h>
 
 #endif
