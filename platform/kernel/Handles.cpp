@@ -9,7 +9,8 @@
 namespace kel::platform {
 namespace {
 
-// Beside the HANDLE_FLAG_ bits of a slot: the standard handles belong to nobody and are left out of OpenHandles.
+// Beside the HANDLE_FLAG_ bits of a slot: handles that belong to nobody (the standard ones, those of running threads)
+// are left out of OpenHandles.
 constexpr std::uint32_t kUncounted = 0x80000000u;
 
 struct Row : HandleSlot {
@@ -144,8 +145,8 @@ HANDLE OpenHandle(std::shared_ptr<Object> object, DWORD access, bool inherit) {
     return OpenWithFlags(std::move(object), access, inherit ? HANDLE_FLAG_INHERIT : 0);
 }
 
-HANDLE OpenUncountedHandle(std::shared_ptr<Object> object, DWORD access) {
-    return OpenWithFlags(std::move(object), access, HANDLE_FLAG_INHERIT | kUncounted);
+HANDLE OpenUncountedHandle(std::shared_ptr<Object> object, DWORD access, bool inherit) {
+    return OpenWithFlags(std::move(object), access, (inherit ? HANDLE_FLAG_INHERIT : 0) | kUncounted);
 }
 
 HandleSlot* PinSlot(HANDLE handle) {

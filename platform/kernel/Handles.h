@@ -21,7 +21,7 @@
 
 namespace kel::platform {
 
-enum class ObjectKind : unsigned char { File, Mapping, Search };
+enum class ObjectKind : unsigned char { File, Mapping, Search, Semaphore, Thread };
 
 /// What handles name. An object lives while a handle, a pin or another object holds it.
 class Object {
@@ -54,7 +54,7 @@ private:
 HANDLE OpenHandle(std::shared_ptr<Object> object, DWORD access = 0, bool inherit = false);
 
 /// As OpenHandle, for a handle that OpenHandles leaves out: it belongs to nobody.
-HANDLE OpenUncountedHandle(std::shared_ptr<Object> object, DWORD access);
+HANDLE OpenUncountedHandle(std::shared_ptr<Object> object, DWORD access, bool inherit = true);
 
 /// Handles that are open, but for the uncounted ones.
 std::size_t OpenSlots();

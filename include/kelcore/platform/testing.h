@@ -16,7 +16,8 @@ enum class Fault {
 
 /// Arms a fault: of the hooked calls that the process makes from now on, number @p nth (counted from 1) meets it.
 /// Arming again starts the count anew. One fault is armed at a time. A call that closes something (CloseHandle,
-/// FindClose, UnmapViewOfFile) closes it all the same and fails then.
+/// FindClose, UnmapViewOfFile, …) or releases something (ReleaseSemaphore, timeKillEvent) does so all the same and
+/// fails then.
 /// @param error the last error of a failing call.
 KELPLATFORM_API void ArmFault(int nth, DWORD error, Fault kind = Fault::Fail);
 
