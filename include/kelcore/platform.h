@@ -33,12 +33,17 @@
 
 #include <kelcore/platform/accelerators.h>
 #include <kelcore/platform/base.h>
+#include <kelcore/platform/bitmaps.h>
+#include <kelcore/platform/blits.h>
 #include <kelcore/platform/codepages.h>
 #include <kelcore/platform/com.h>
 #include <kelcore/platform/crt.h>
+#include <kelcore/platform/devicecontexts.h>
 #include <kelcore/platform/directories.h>
 #include <kelcore/platform/errors.h>
 #include <kelcore/platform/files.h>
+#include <kelcore/platform/gdiobjects.h>
+#include <kelcore/platform/globalmemory.h>
 #include <kelcore/platform/handles.h>
 #include <kelcore/platform/languages.h>
 #include <kelcore/platform/mappings.h>
@@ -46,6 +51,7 @@
 #include <kelcore/platform/messages.h>
 #include <kelcore/platform/modules.h>
 #include <kelcore/platform/paths.h>
+#include <kelcore/platform/rectangles.h>
 #include <kelcore/platform/registry.h>
 #include <kelcore/platform/resources.h>
 #include <kelcore/platform/stdio.h>

@@ -6,6 +6,8 @@
 
 #include <kelcore/platform/base.h>
 
+#include <string>
+
 namespace kel::platform {
 
 /// What the armed call does instead of its work.
@@ -29,6 +31,15 @@ KELPLATFORM_API const char* FaultedCall();
 
 /// What is open now: handles of every kind but the standard ones, and views of mappings.
 KELPLATFORM_API std::size_t OpenHandles();
+
+/// Drawing objects that are alive: contexts, bitmaps, brushes … but for the stock objects.
+KELPLATFORM_API std::size_t GdiObjects();
+
+/// One line for each of them: handle, kind, what is known of it, how often it is selected.
+KELPLATFORM_API std::string ListGdiObjects();
+
+/// Blocks of global memory that are alive.
+KELPLATFORM_API std::size_t GlobalBlocks();
 
 /// What GetVersionExA reports from now on; all zero brings the layer's own answer back.
 KELPLATFORM_API void ReportVersion(DWORD platformId, DWORD major, DWORD minor);

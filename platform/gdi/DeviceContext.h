@@ -1,0 +1,97 @@
+#pragma once
+
+/// @file
+/// Device contexts and their state.
+
+#include "platform/gdi/Brushes.h"
+#include "platform/gdi/Clip.h"
+
+#include <optional>
+#include <vector>
+
+namespace kel::platform {
+
+/// From logical to device units: (logical - window origin) * viewport extent / window extent + viewport origin.
+struct Mapping {
+    int mode = MM_TEXT;
+    POINT windowOrigin{0, 0};
+    SIZE windowExtent{1, 1};
+    POINT viewportOrigin{0, 0};
+    SIZE viewportExtent{1, 1};
+};
+
+/// What SaveDC puts aside.
+struct ContextState {
+    Selected<BitmapObject> bitmap; ///< of a memory context
+    Selected<BrushObject> brush;
+    Selected<PenObject> pen;
+    Selected<GdiObject> font;
+    Selected<GdiObject> palette;
+    std::optional<Region> clip; ///< in device units; none: all of the surface
+    Mapping mapping;
+    POINT position{0, 0};
+    POINT brushOrigin{0, 0};
+    COLORREF textColour = RGB(0, 0, 0);
+    COLORREF backColour = RGB(255, 255, 255);
+    COLORREF brushColour = RGB(255, 255, 255); ///< of DC_BRUSH
+    int backMode = OPAQUE;
+    int rasterMode = R2_COPYPEN;
+    int stretchMode = BLACKONWHITE;
+};
+
+class DeviceContext final : public GdiObject {
+public:
+    static constexpr GdiType kType = GdiType::Context;
+
+    enum class Kind : std::uint8_t { Memory, Screen };
+
+    /// With the stock objects selected.
+    explicit DeviceContext(Kind kind);
+
+    DWORD PublicType() const override { return m_kind == Kind::Memory ? OBJ_MEMDC : OBJ_DC; }
+    bool IsMemory() const { return m_kind == Kind::Memory; }
+
+    /// Where drawing goes: the selected bitmap or the screen.
+    Surface Target() const;
+
+    const ContextState& State() const { return m_state; }
+    ContextState& State() { return m_state; }
+
+    /// What drawing can reach, in device units: the surface's bounds within the clip region. Valid until the state is
+    /// changed. @throws std::bad_alloc
+    const Region& Visible();
+
+    /// Narrows the clip region to @p region, or takes it away from it. @return the kind of what is left of the clip
+    /// region.
+    int IntersectClip(const Region& region);
+    int ExcludeClip(const Region& region);
+
+    /// Replaces the clip region. @return its kind; of none: that of the surface's bounds.
+    int SetClip(std::optional<Region> region);
+
+    void SelectBitmap(std::shared_ptr<BitmapObject> bitmap);
+
+    int Save();
+    bool Restore(int level);
+
+    /// From logical to device units.
+    POINT ToDevice(POINT point) const;
+
+    /// The edges in order, whichever order they had.
+    RECT ToDevice(RECT rect) const;
+
+private:
+    void EnsureClip();
+
+    const Kind m_kind;
+    ContextState m_state;
+    std::vector<ContextState> m_saved;
+    std::optional<Region> m_visible; // made when asked for
+};
+
+/// The context of a handle; null with ERROR_INVALID_HANDLE.
+inline std::shared_ptr<DeviceContext> FindContext(HDC dc) {
+    return FindObject<DeviceContext>(dc);
+}
+
+} // namespace kel::platform
