@@ -1,32 +1,22 @@
 #include <kelcore/text.h>
 
+#include "text/Arguments.h"
 #include "text/Overwrite.h"
 
 #include <kelcore/platform.h>
 
-#include <cstdarg>
 #include <memory>
 #include <stdexcept>
 
 namespace {
 
+using kel::ListEnd;
+using kel::Pass;
+using kel::Received;
+
 constexpr std::size_t kFirstCapacity = 1024;
 constexpr std::size_t kGrowth = 4;
 constexpr std::size_t kLastCapacity = std::size_t{1} << 30;
-
-// Ends a list however its function is left.
-struct ListEnd {
-    va_list& list;
-    ~ListEnd() { va_end(list); }
-};
-
-char** Pass(va_list& list) {
-    return reinterpret_cast<char**>(&list);
-}
-
-va_list* Received(char** arguments) {
-    return reinterpret_cast<va_list*>(arguments);
-}
 
 // One try at a format; the caller's list stays fresh for the next one.
 int Print(unsigned short* units, std::size_t count, const unsigned short* format, va_list& list) {

@@ -1,7 +1,8 @@
 #pragma once
 
 /// @file
-/// Runtime services: the reference-counted object base and the query for the system's family.
+/// Runtime services: modules and their languages, the reference-counted object base, the query for the system's family.
 
+#include <kelcore/runtime/modules.h>
 #include <kelcore/runtime/objects.h>
 #include <kelcore/runtime/system.h>

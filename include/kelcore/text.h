@@ -11,6 +11,8 @@
 #include <string_view>
 #include <type_traits>
 
+class ModuleBase;
+
 /// Converts wide text to the process's ANSI code page, up to its first NUL unit (`WideCharToMultiByte`, code page 0).
 /// Units without a counterpart become the page's default character.
 /// @return the bytes; empty when the source is empty or the platform refuses the conversion.
@@ -136,6 +138,19 @@ public:
     /// inserts are "%1" to "%99", each a narrow text unless a printf conversion in exclamation marks follows. The text
     /// stays as it was when the formatter yields nothing (a bad insert, an empty format).
     void FormatMessageA(const char* format, ...);
+
+    /// @name Texts from the string resources of a module, which must not be null (ModuleBase::LoadStringA)
+    /// @{
+
+    /// Formats like Format; the format is the whole string @p id, empty when the module has none.
+    void Format(ModuleBase* module, unsigned int id, ...);
+    /// Formats like FormatMessageA; the format is the whole string @p id as StdW2A converts it. The text stays as it
+    /// was when the module has none.
+    void FormatMessageA(ModuleBase* module, unsigned int id, ...);
+    /// Replaces the text with the lines @p first to @p last of string @p id (GetLines; 0 and -1 for all of them).
+    /// @return false when the module has no string of that block; the text is empty then.
+    bool LoadStringA(unsigned int id, int first, int last, ModuleBase* module);
+    /// @}
 
     /// The system's message for the error @p code, as the system gives it (usually ending in "\r\n"); empty when there
     /// is none.
