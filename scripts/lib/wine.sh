@@ -85,24 +85,26 @@ wine_environment() {
   unset DISPLAY
 }
 
+# No window manager answers on the screen of wine_screen: a window that waited for one would take two seconds to open.
 wine_make_prefix() {
   mkdir -p "$WINEPREFIX"
   "$WINE" wineboot --init
+  "$WINE" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f
   "$WINESERVER" -w
-  touch "$WINEPREFIX/.ready"
+  touch "$WINEPREFIX/.ready-2"
 }
 
 # wine_prepare i686|x86_64 : makes what is missing; one process at a time.
 wine_prepare() {
   mkdir -p "$CACHE"
   wine_environment "$1"
-  [ -e "$WINEPREFIX/.ready" ] && [ -x "$WINE" ] && return
+  [ -e "$WINEPREFIX/.ready-2" ] && [ -x "$WINE" ] && return
   (
     flock 9
     if [ "$1" = i686 ] && [ ! -x "$WINE" ]; then
       quietly "making the 32-bit Wine folder" wine_make_folder_detached
     fi
-    [ -e "$WINEPREFIX/.ready" ] || quietly "making the Wine prefix" wine_make_prefix
+    [ -e "$WINEPREFIX/.ready-2" ] || quietly "making the Wine prefix" wine_make_prefix
   ) 9>"$CACHE/wine.lock"
 }
 
