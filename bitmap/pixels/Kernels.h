@@ -1,0 +1,343 @@
+#pragma once
+
+#include "bitmap/pixels/Roads.h"
+
+/// @file
+/// The kernels of a road, over the vectors of Vectors16.h or Vectors32.h, whichever was included before. Runs shorter
+/// than a step, and the rest of longer ones, are left to the portable road.
+namespace kel::pixels {
+namespace {
+
+constexpr std::uint32_t kColour = 0x00FFFFFF;
+constexpr std::uint32_t kFourth = 0xFF000000;
+
+// ---- Tables of byte numbers, for each lane ----
+
+constexpr Byte kNone = 0x80; // makes a 0
+
+template <std::size_t Size>
+struct alignas(32) Table {
+    Byte bytes[Size];
+};
+
+/// @return the bytes `rule(0)`, `rule(1)` …
+template <std::size_t Size, class Rule>
+constexpr Table<Size> TableOf(Rule rule) {
+    Table<Size> table = {};
+    for (std::size_t i = 0; i < Size; ++i)
+        table.bytes[i] = static_cast<Byte>(rule(i));
+    return table;
+}
+
+/// Byte 2 of each 32-bit pixel over its colour bytes.
+constexpr auto kNinthsToColours = TableOf<16>([](std::size_t i) { return i % 4 == 3 ? kNone : i / 4 * 4 + 2; });
+
+/// Four 24-bit pixels, at the beginning or at the end of 16 bytes, as 32-bit ones with a fourth byte of 0.
+constexpr auto kPixels24 = TableOf<16>([](std::size_t i) { return i % 4 == 3 ? kNone : i / 4 * 3 + i % 4; });
+constexpr auto kLastPixels24 = TableOf<16>([](std::size_t i) { return i % 4 == 3 ? kNone : 4 + i / 4 * 3 + i % 4; });
+
+/// Which byte of a 32-bit pixel each byte of 16 24-bit pixels is.
+constexpr auto kChannels = TableOf<48>([](std::size_t i) { return i % 3; });
+
+/// Where the pixel of each of 48 bytes begins: in vectors a, then b one byte late, then c two bytes late.
+constexpr auto kFirstBytes = TableOf<48>([](std::size_t i) { return i / 3 * 3 + i / 16 - i / 16 * 16; });
+
+/// Where the grey of the pixel of each of 48 bytes is, when pixels 0-3 alternate with 4-7, and 8-11 with 12-15.
+constexpr auto kGreyPlaces = TableOf<48>([](std::size_t i) { return i / 24 * 8 + i / 3 % 4 * 2 + i / 12 % 2; });
+
+/// All ones where a pixel begins.
+constexpr auto kBeginnings = TableOf<3 * kStep>([](std::size_t i) { return i % 3 == 0 ? 0xFF : 0; });
+
+/// The bit of each pixel in the byte that governs it.
+constexpr auto kMaskBits = TableOf<16>([](std::size_t i) { return 0x80 >> i % 8; });
+
+// ---- 32 bits a pixel ----
+
+/// Replaces whole steps by `kernel(bytes, offset)`. @return the bytes done.
+template <class Kernel>
+inline std::size_t InPlace(Byte* bytes, std::size_t count, Kernel kernel) {
+    constexpr std::size_t kUnrolled = 4 * kStep;
+    std::size_t done = 0;
+    for (; count - done >= kUnrolled; done += kUnrolled)
+        for (std::size_t at = done; at < done + kUnrolled; at += kStep)
+            Store(bytes + at, kernel(Load(bytes + at), at));
+    for (; count - done >= kStep; done += kStep)
+        Store(bytes + done, kernel(Load(bytes + done), done));
+    return done;
+}
+
+/// All ones where a pixel has the colour.
+inline Quads HasColour(Bytes pixels, Quads colour) {
+    return Quads((Quads(pixels) & EachQuad(kColour)) == colour);
+}
+
+/// A channel is c + ((share * C - opacity * c) >> 8), or (share * C + (256 - opacity) * c) >> 8: whichever factor of c
+/// fits a signed byte, so that one instruction picks a pixel's even or odd bytes and multiplies them.
+template <bool Faint>
+class Shader {
+public:
+    explicit Shader(const Tint& tint) {
+        const auto factor = static_cast<Byte>(Faint ? tint.rest - 256 : tint.rest);
+        m_evenFactors = Bytes(EachQuad(factor * 0x00010001U));
+        m_oddFactors = Bytes(EachQuad(factor * 0x00000100U));
+        m_evenShares = Words(EachQuad(tint.shares[0] | static_cast<std::uint32_t>(tint.shares[2]) << 16));
+        m_oddShares = Words(EachQuad(tint.shares[1]));
+    }
+
+    /// @return tinted pixels, whose fourth byte means nothing.
+    Bytes Shaded(Bytes pixels) const {
+        const Words even = MultiplyAdd(pixels, m_evenFactors) + m_evenShares;
+        const Words odd = MultiplyAdd(pixels, m_oddFactors) + m_oddShares;
+        const Bytes high = Choose(Bytes(even >> 8), Bytes(odd), Bytes(EachQuad(0x0000FF00)));
+        return Faint ? pixels + high : high;
+    }
+
+private:
+    Bytes m_evenFactors;
+    Bytes m_oddFactors;
+    Words m_evenShares;
+    Words m_oddShares;
+};
+
+template <bool Faint>
+void ShadeWith(Byte* pixels, std::size_t count, const Tint& tint) {
+    const Shader<Faint> shader(tint);
+    const Bytes colour = Bytes(EachQuad(kColour));
+    const std::size_t done =
+        InPlace(pixels, 4 * count, [&](Bytes value, std::size_t) { return shader.Shaded(value) & colour; });
+    kPortableRoad.shade(pixels + done, count - done / 4, tint);
+}
+
+void Shade(Byte* pixels, std::size_t count, const Tint& tint) {
+    (tint.rest >= 128 ? ShadeWith<true> : ShadeWith<false>)(pixels, count, tint);
+}
+
+/// The mask's bit of each of eight pixels in their colour bytes, and what it looks like when it is set.
+alignas(32) constexpr std::uint32_t kPixelBits[8] = {0x808080, 0x404040, 0x202020, 0x101010,
+                                                     0x080808, 0x040404, 0x020202, 0x010101};
+
+/// All ones in the colour bytes of the pixels, from pixel @p first of eight on, whose bit in @p mask is 1.
+inline Bytes MaskOfColours(Bytes mask, std::size_t first) {
+    const Bytes bits = Load(reinterpret_cast<const Byte*>(kPixelBits + first));
+    // No bit is asked of a fourth byte, and 1 never comes back.
+    return Bytes((mask & bits) == (bits | Bytes(EachQuad(0x01000000))));
+}
+
+template <bool Faint>
+void ShadeMaskedEight(Byte* pixels, Byte mask, const Shader<Faint>& shader) {
+    const Bytes bits = EachByte(mask);
+    for (std::size_t first = 0; first < 8; first += kStep / 4) {
+        const Bytes value = Load(pixels + 4 * first);
+        Store(pixels + 4 * first, Choose(value, shader.Shaded(value), MaskOfColours(bits, first)));
+    }
+}
+
+/// 64 pixels by 8 mask bytes. Runs of equal bits are common and cheap to tell.
+template <bool Faint>
+inline void ShadeMaskedWord(Byte* pixels, const Byte* mask, const Shader<Faint>& shader) {
+    std::uint64_t bits;
+    std::memcpy(&bits, mask, sizeof bits);
+    const Bytes colour = Bytes(EachQuad(kColour));
+    if (bits == ~std::uint64_t{0})
+        InPlace(pixels, 256, [&](Bytes value, std::size_t) { return Choose(value, shader.Shaded(value), colour); });
+    else if (bits != 0)
+        for (std::size_t byte = 0; byte < 8; ++byte)
+            ShadeMaskedEight(pixels + 32 * byte, mask[byte], shader);
+}
+
+template <bool Faint>
+void ShadeMaskedWith(Byte* pixels, const Byte* mask, std::size_t count, const Tint& tint) {
+    const Shader<Faint> shader(tint);
+    for (; count >= 64; count -= 64, pixels += 256, mask += 8)
+        ShadeMaskedWord(pixels, mask, shader);
+    for (; count >= 8; count -= 8, pixels += 32, ++mask)
+        ShadeMaskedEight(pixels, *mask, shader);
+    kPortableRoad.shadeMasked(pixels, mask, count, tint);
+}
+
+void ShadeMasked(Byte* pixels, const Byte* mask, std::size_t count, const Tint& tint) {
+    (tint.rest >= 128 ? ShadeMaskedWith<true> : ShadeMaskedWith<false>)(pixels, mask, count, tint);
+}
+
+void CombineKey32Run(Byte* pixels, const Byte* source, std::size_t count, std::uint32_t key) {
+    const Quads keys = EachQuad(key);
+    const std::size_t done = InPlace(pixels, 4 * count, [=](Bytes value, std::size_t at) {
+        return Choose(value, Load(source + at), Bytes(HasColour(value, keys)));
+    });
+    kPortableRoad.combineKey32(pixels + done, source + done, count - done / 4, key);
+}
+
+void KeyToAlphaRun(Byte* pixels, std::size_t count, std::uint32_t key) {
+    const Quads keys = EachQuad(key);
+    const std::size_t done = InPlace(pixels, 4 * count, [=](Bytes value, std::size_t) {
+        return Bytes((Quads(value) | EachQuad(kFourth)) & ~HasColour(value, keys));
+    });
+    kPortableRoad.keyToAlpha(pixels + done, count - done / 4, key);
+}
+
+void KeyToOverlayRun(Byte* pixels, std::size_t count, std::uint32_t key, std::uint32_t overlay) {
+    const Quads keys = EachQuad(key);
+    const Quads overlays = EachQuad(overlay);
+    const std::size_t done =
+        InPlace(pixels, 4 * count, [=](Bytes value, std::size_t) { return Bytes(HasColour(value, keys) & overlays); });
+    kPortableRoad.keyToOverlay(pixels + done, count - done / 4, key, overlay);
+}
+
+/// (blue + green + red) / 9 in bits 16-23 of each pixel: 7282 / 65536 is near enough to 1 / 9 for sums to 765.
+inline Quads Ninths(Bytes pixels) {
+    const Words pairs = MultiplyAdd(pixels, Bytes(EachQuad(0x00010101)));
+    return MultiplyAdd(pairs, Words(EachQuad(7282 * 0x00010001U)));
+}
+
+/// A grey has its top bit set, as greys begin at 128; so the bytes of greys tell themselves where they shall stand.
+inline Bytes WithGreys(Bytes pixels, Bytes greys) {
+    return Choose(pixels, greys, greys);
+}
+
+void GreyOut32Run(Byte* pixels, std::size_t count, std::uint32_t keep) {
+    const Quads keeps = EachQuad(keep);
+    const Bytes spread = EachLane(kNinthsToColours.bytes);
+    const std::size_t done = InPlace(pixels, 4 * count, [=](Bytes value, std::size_t) {
+        const Bytes greys = Shuffle(Bytes(Ninths(value)), spread) | Bytes(EachQuad(0x00808080));
+        return WithGreys(value, greys & ~Bytes(HasColour(value, keeps)));
+    });
+    kPortableRoad.greyOut32(pixels + done, count - done / 4, keep);
+}
+
+/// Four steps a test: a test costs as much as a comparison.
+bool Contains32Run(const Byte* pixels, std::size_t count, std::uint32_t colour) {
+    constexpr std::size_t kTested = 4 * kStep;
+    const Quads colours = EachQuad(colour);
+    for (; count >= kTested / 4; count -= kTested / 4, pixels += kTested) {
+        Quads found = HasColour(Load(pixels), colours);
+        for (std::size_t at = kStep; at < kTested; at += kStep)
+            found |= HasColour(Load(pixels + at), colours);
+        if (AnySet(Bytes(found)))
+            return true;
+    }
+    return kPortableRoad.contains32(pixels, count, colour);
+}
+
+// ---- 24 bits a pixel: 16 pixels, 48 bytes, in each lane of three vectors ----
+
+constexpr std::size_t kGroup = 48 * kLanes;
+
+struct Three {
+    Bytes a;
+    Bytes b;
+    Bytes c;
+};
+
+inline Three LoadThree(const Byte* at) {
+    return {LoadLanes(at, 48), LoadLanes(at + 16, 48), LoadLanes(at + 32, 48)};
+}
+
+inline void StoreThree(Byte* at, const Three& value) {
+    StoreLanes(at, 48, value.a);
+    StoreLanes(at + 16, 48, value.b);
+    StoreLanes(at + 32, 48, value.c);
+}
+
+/// The bytes of a table of 48, alike in each lane.
+inline Three EachThree(const Byte* table) {
+    return {EachLane(table), EachLane(table + 16), EachLane(table + 32)};
+}
+
+inline Three Shuffle(const Three& values, const Three& order) {
+    return {Shuffle(values.a, order.a), Shuffle(values.b, order.b), Shuffle(values.c, order.c)};
+}
+
+/// Replaces whole groups by `kernel(group, offset)`. @return the bytes done.
+template <class Kernel>
+inline std::size_t InGroups(Byte* bytes, std::size_t count, Kernel kernel) {
+    std::size_t done = 0;
+    for (; count - done >= kGroup; done += kGroup)
+        StoreThree(bytes + done, kernel(LoadThree(bytes + done), done));
+    return done;
+}
+
+/// From "this byte is that of the colour" to all ones in the three bytes of the pixels that are so in all three.
+inline Three WholePixels(const Three& equal, const Three& order) {
+    const Bytes none = EachByte(0);
+    const Bytes a = equal.a & Following<1>(equal.a, equal.b) & Following<2>(equal.a, equal.b);
+    const Bytes b = equal.b & Following<1>(equal.b, equal.c) & Following<2>(equal.b, equal.c);
+    const Bytes c = equal.c & Following<1>(equal.c, none) & Following<2>(equal.c, none);
+    // The first bytes of pixels tell; a pixel that began in the vector before is fetched along.
+    return Shuffle({a, Following<15>(a, b), Following<14>(b, c)}, order);
+}
+
+void CombineKey24Run(Byte* pixels, const Byte* source, std::size_t count, std::uint32_t key) {
+    const Bytes keys = Bytes(EachQuad(key));
+    const Three colour = Shuffle({keys, keys, keys}, EachThree(kChannels.bytes));
+    const Three order = EachThree(kFirstBytes.bytes);
+    const std::size_t done = InGroups(pixels, 3 * count, [&](const Three& value, std::size_t at) {
+        const Three equal = {Bytes(value.a == colour.a), Bytes(value.b == colour.b), Bytes(value.c == colour.c)};
+        const Three has = WholePixels(equal, order);
+        const Three other = LoadThree(source + at);
+        return Three{Choose(value.a, other.a, has.a), Choose(value.b, other.b, has.b), Choose(value.c, other.c, has.c)};
+    });
+    kPortableRoad.combineKey24(pixels + done, source + done, count - done / 3, key);
+}
+
+/// Greys of a lane's 16 pixels, in the order of kGreyPlaces; 0 for those of the colour @p keep.
+inline Bytes Greys(const Three& pixels, Quads keep) {
+    const Bytes order = EachLane(kPixels24.bytes);
+    const Bytes p0 = Shuffle(pixels.a, order);
+    const Bytes p4 = Shuffle(Following<12>(pixels.a, pixels.b), order);
+    const Bytes p8 = Shuffle(Following<8>(pixels.b, pixels.c), order);
+    const Bytes p12 = Shuffle(pixels.c, EachLane(kLastPixels24.bytes));
+    const Bytes ninths = Narrow(EvenOdd(Ninths(p0) >> 16, Ninths(p4)), EvenOdd(Ninths(p8) >> 16, Ninths(p12)));
+    const Bytes kept =
+        Narrow(EvenOdd(HasColour(p0, keep), HasColour(p4, keep)), EvenOdd(HasColour(p8, keep), HasColour(p12, keep)));
+    return (ninths | EachByte(0x80)) & ~kept;
+}
+
+void GreyOut24Run(Byte* pixels, std::size_t count, std::uint32_t keep) {
+    const Quads keeps = EachQuad(keep);
+    const Three order = EachThree(kGreyPlaces.bytes);
+    const std::size_t done = InGroups(pixels, 3 * count, [&](const Three& value, std::size_t) {
+        const Bytes greys = Greys(value, keeps);
+        const Three spread = Shuffle({greys, greys, greys}, order);
+        return Three{WithGreys(value.a, spread.a), WithGreys(value.b, spread.b), WithGreys(value.c, spread.c)};
+    });
+    kPortableRoad.greyOut24(pixels + done, count - done / 3, keep);
+}
+
+/// A pixel begins in the bytes of the table; its other two are read from one and two bytes further on.
+bool Contains24Run(const Byte* pixels, std::size_t count, std::uint32_t colour) {
+    constexpr std::size_t kTested = 3 * kStep;
+    const Bytes blue = EachByte(static_cast<Byte>(colour));
+    const Bytes green = EachByte(static_cast<Byte>(colour >> 8));
+    const Bytes red = EachByte(static_cast<Byte>(colour >> 16));
+    for (; count >= kStep + 1; count -= kStep, pixels += kTested) {
+        Bytes found = EachByte(0);
+        for (std::size_t at = 0; at < kTested; at += kStep) {
+            const Byte* const here = pixels + at;
+            found |= Bytes(Load(here) == blue) & Bytes(Load(here + 1) == green) & Bytes(Load(here + 2) == red) &
+                     Load(kBeginnings.bytes + at);
+        }
+        if (AnySet(found))
+            return true;
+    }
+    return kPortableRoad.contains24(pixels, count, colour);
+}
+
+// ---- 8 bits a pixel ----
+
+void ComplementRun(Byte* bytes, std::size_t count) {
+    const std::size_t done = InPlace(bytes, count, [](Bytes value, std::size_t) { return ~value; });
+    kPortableRoad.complement(bytes + done, count - done);
+}
+
+void OrBitPlaneRun(Byte* pixels, const Byte* mask, std::size_t count, Byte bits, bool invert) {
+    const Bytes bit = EachLane(kMaskBits.bytes);
+    const Bytes set = invert ? EachByte(0) : bit;
+    const Bytes added = EachByte(bits);
+    const std::size_t done = InPlace(pixels, count, [=](Bytes value, std::size_t at) {
+        return value | (Bytes((SpreadMask(mask + at / 8) & bit) == set) & added);
+    });
+    kPortableRoad.orBitPlane(pixels + done, mask + done / 8, count - done, bits, invert);
+}
+
+} // namespace
+} // namespace kel::pixels

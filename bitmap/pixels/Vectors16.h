@@ -1,0 +1,86 @@
+#pragma once
+
+#include "bitmap/pixels/Pixels.h"
+
+#include <smmintrin.h>
+
+#include <cstring>
+
+/// @file
+/// A vector of 16 bytes and the instructions that the language has no operator for (SSE4.1). Kernels.h is written
+/// against these names; Vectors32.h gives them to vectors of 32 bytes. One of the two is included, with no linkage.
+namespace kel::pixels {
+namespace {
+
+constexpr std::size_t kStep = 16;
+constexpr std::size_t kLanes = 1;
+
+typedef Byte Bytes __attribute__((vector_size(kStep)));
+typedef std::uint16_t Words __attribute__((vector_size(kStep)));
+typedef std::uint32_t Quads __attribute__((vector_size(kStep)));
+
+inline Bytes Load(const Byte* at) {
+    return Bytes(_mm_loadu_si128(reinterpret_cast<const __m128i*>(at)));
+}
+inline void Store(Byte* at, Bytes value) {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(at), __m128i(value));
+}
+/// Each lane of 16 bytes from its place, the places @p distance apart.
+inline Bytes LoadLanes(const Byte* at, std::size_t) {
+    return Load(at);
+}
+inline void StoreLanes(Byte* at, std::size_t, Bytes value) {
+    Store(at, value);
+}
+/// Each lane the 16 bytes at @p at.
+inline Bytes EachLane(const Byte* at) {
+    return Load(at);
+}
+inline Bytes EachByte(Byte value) {
+    return Bytes(_mm_set1_epi8(static_cast<char>(value)));
+}
+inline Quads EachQuad(std::uint32_t value) {
+    return Quads(_mm_set1_epi32(static_cast<int>(value)));
+}
+/// The bits at @p mask, a bit a byte of the vector; lane by lane, each of its bytes stands in eight neighbours.
+inline Bytes SpreadMask(const Byte* mask) {
+    std::uint16_t bits;
+    std::memcpy(&bits, mask, sizeof bits);
+    const __m128i order = _mm_set_epi64x(0x0101010101010101, 0);
+    return Bytes(_mm_shuffle_epi8(_mm_cvtsi32_si128(bits), order));
+}
+/// Unsigned bytes times signed ones, neighbours added.
+inline Words MultiplyAdd(Bytes values, Bytes factors) {
+    return Words(_mm_maddubs_epi16(__m128i(values), __m128i(factors)));
+}
+/// Signed words times signed words, neighbours added.
+inline Quads MultiplyAdd(Words values, Words factors) {
+    return Quads(_mm_madd_epi16(__m128i(values), __m128i(factors)));
+}
+/// Lane by lane, the bytes of @p values that @p order names; 0 where its top bit is set.
+inline Bytes Shuffle(Bytes values, Bytes order) {
+    return Bytes(_mm_shuffle_epi8(__m128i(values), __m128i(order)));
+}
+/// Lane by lane, the 16 bytes from byte @p Count on of @p low followed by @p high.
+template <int Count>
+inline Bytes Following(Bytes low, Bytes high) {
+    return Bytes(_mm_alignr_epi8(__m128i(high), __m128i(low), Count));
+}
+/// The bytes of @p second where the top bit of @p choice is set, elsewhere those of @p first.
+inline Bytes Choose(Bytes first, Bytes second, Bytes choice) {
+    return Bytes(_mm_blendv_epi8(__m128i(first), __m128i(second), __m128i(choice)));
+}
+/// The even words of @p even and the odd words of @p odd.
+inline Words EvenOdd(Quads even, Quads odd) {
+    return Words(_mm_blend_epi16(__m128i(even), __m128i(odd), 0xAA));
+}
+/// Lane by lane, the signed words as bytes, cut to -128 to 127.
+inline Bytes Narrow(Words low, Words high) {
+    return Bytes(_mm_packs_epi16(__m128i(low), __m128i(high)));
+}
+inline bool AnySet(Bytes value) {
+    return _mm_testz_si128(__m128i(value), __m128i(value)) == 0;
+}
+
+} // namespace
+} // namespace kel::pixels
