@@ -10,7 +10,8 @@ set(kelcore_test_platform $<IF:$<BOOL:${WIN32}>,Windows,Native>)
 add_library(kelcore_test_main OBJECT
   ${PROJECT_SOURCE_DIR}/tests/support/main.cpp
   ${PROJECT_SOURCE_DIR}/tests/support/Faults${kelcore_test_platform}.cpp
-  ${PROJECT_SOURCE_DIR}/tests/support/SecondProcess${kelcore_test_platform}.cpp)
+  ${PROJECT_SOURCE_DIR}/tests/support/SecondProcess${kelcore_test_platform}.cpp
+  ${PROJECT_SOURCE_DIR}/tests/support/Threads${kelcore_test_platform}.cpp)
 target_include_directories(kelcore_test_main SYSTEM PUBLIC ${kelcore_doctest_include})
 target_include_directories(kelcore_test_main PUBLIC ${PROJECT_SOURCE_DIR})
 target_link_libraries(kelcore_test_main PUBLIC kelcore_settings kelcore)
