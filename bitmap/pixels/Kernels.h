@@ -159,12 +159,28 @@ void ShadeMasked(Byte* pixels, const Byte* mask, std::size_t count, const Tint& 
     (tint.rest >= 128 ? ShadeMaskedWith<true> : ShadeMaskedWith<false>)(pixels, mask, count, tint);
 }
 
+/// Copies the pixels of one block of @p Steps vectors that have the colour. Most blocks have none, so that the source
+/// need not be read nor the target written.
+template <std::size_t Steps>
+inline void CombineBlock32(Byte* pixels, const Byte* source, Quads key) {
+    Quads any = HasColour(Load(pixels), key);
+    for (std::size_t at = kStep; at < Steps * kStep; at += kStep)
+        any |= HasColour(Load(pixels + at), key);
+    if (!AnySet(Bytes(any)))
+        return;
+    for (std::size_t at = 0; at < Steps * kStep; at += kStep) {
+        const Bytes value = Load(pixels + at);
+        Store(pixels + at, Choose(value, Load(source + at), Bytes(HasColour(value, key))));
+    }
+}
+
 void CombineKey32Run(Byte* pixels, const Byte* source, std::size_t count, std::uint32_t key) {
     const Quads keys = EachQuad(key);
-    const std::size_t done = InPlace(pixels, 4 * count, [=](Bytes value, std::size_t at) {
-        return Choose(value, Load(source + at), Bytes(HasColour(value, keys)));
-    });
-    kPortableRoad.combineKey32(pixels + done, source + done, count - done / 4, key);
+    for (; count >= kStep; count -= kStep, pixels += 4 * kStep, source += 4 * kStep)
+        CombineBlock32<4>(pixels, source, keys);
+    for (; count >= kStep / 4; count -= kStep / 4, pixels += kStep, source += kStep)
+        CombineBlock32<1>(pixels, source, keys);
+    kPortableRoad.combineKey32(pixels, source, count, key);
 }
 
 void KeyToAlphaRun(Byte* pixels, std::size_t count, std::uint32_t key) {
@@ -247,15 +263,6 @@ inline Three Shuffle(const Three& values, const Three& order) {
     return {Shuffle(values.a, order.a), Shuffle(values.b, order.b), Shuffle(values.c, order.c)};
 }
 
-/// Replaces whole groups by `kernel(group, offset)`. @return the bytes done.
-template <class Kernel>
-inline std::size_t InGroups(Byte* bytes, std::size_t count, Kernel kernel) {
-    std::size_t done = 0;
-    for (; count - done >= kGroup; done += kGroup)
-        StoreThree(bytes + done, kernel(LoadThree(bytes + done), done));
-    return done;
-}
-
 /// From "this byte is that of the colour" to all ones in the three bytes of the pixels that are so in all three.
 inline Three WholePixels(const Three& equal, const Three& order) {
     const Bytes none = EachByte(0);
@@ -270,13 +277,17 @@ void CombineKey24Run(Byte* pixels, const Byte* source, std::size_t count, std::u
     const Bytes keys = Bytes(EachQuad(key));
     const Three colour = Shuffle({keys, keys, keys}, EachThree(kChannels.bytes));
     const Three order = EachThree(kFirstBytes.bytes);
-    const std::size_t done = InGroups(pixels, 3 * count, [&](const Three& value, std::size_t at) {
-        const Three equal = {Bytes(value.a == colour.a), Bytes(value.b == colour.b), Bytes(value.c == colour.c)};
-        const Three has = WholePixels(equal, order);
-        const Three other = LoadThree(source + at);
-        return Three{Choose(value.a, other.a, has.a), Choose(value.b, other.b, has.b), Choose(value.c, other.c, has.c)};
-    });
-    kPortableRoad.combineKey24(pixels + done, source + done, count - done / 3, key);
+    for (; count >= kGroup / 3; count -= kGroup / 3, pixels += kGroup, source += kGroup) {
+        const Three value = LoadThree(pixels);
+        const Three has =
+            WholePixels({Bytes(value.a == colour.a), Bytes(value.b == colour.b), Bytes(value.c == colour.c)}, order);
+        if (!AnySet(has.a | has.b | has.c))
+            continue;
+        const Three other = LoadThree(source);
+        StoreThree(pixels,
+                   {Choose(value.a, other.a, has.a), Choose(value.b, other.b, has.b), Choose(value.c, other.c, has.c)});
+    }
+    kPortableRoad.combineKey24(pixels, source, count, key);
 }
 
 /// Greys of a lane's 16 pixels, in the order of kGreyPlaces; 0 for those of the colour @p keep.
@@ -287,20 +298,21 @@ inline Bytes Greys(const Three& pixels, Quads keep) {
     const Bytes p8 = Shuffle(Following<8>(pixels.b, pixels.c), order);
     const Bytes p12 = Shuffle(pixels.c, EachLane(kLastPixels24.bytes));
     const Bytes ninths = Narrow(EvenOdd(Ninths(p0) >> 16, Ninths(p4)), EvenOdd(Ninths(p8) >> 16, Ninths(p12)));
-    const Bytes kept =
-        Narrow(EvenOdd(HasColour(p0, keep), HasColour(p4, keep)), EvenOdd(HasColour(p8, keep), HasColour(p12, keep)));
+    const Bytes kept = Narrow(EvenOdd(Quads(Quads(p0) == keep), Quads(Quads(p4) == keep)),
+                              EvenOdd(Quads(Quads(p8) == keep), Quads(Quads(p12) == keep)));
     return (ninths | EachByte(0x80)) & ~kept;
 }
 
 void GreyOut24Run(Byte* pixels, std::size_t count, std::uint32_t keep) {
     const Quads keeps = EachQuad(keep);
     const Three order = EachThree(kGreyPlaces.bytes);
-    const std::size_t done = InGroups(pixels, 3 * count, [&](const Three& value, std::size_t) {
+    for (; count >= kGroup / 3; count -= kGroup / 3, pixels += kGroup) {
+        const Three value = LoadThree(pixels);
         const Bytes greys = Greys(value, keeps);
         const Three spread = Shuffle({greys, greys, greys}, order);
-        return Three{WithGreys(value.a, spread.a), WithGreys(value.b, spread.b), WithGreys(value.c, spread.c)};
-    });
-    kPortableRoad.greyOut24(pixels + done, count - done / 3, keep);
+        StoreThree(pixels, {WithGreys(value.a, spread.a), WithGreys(value.b, spread.b), WithGreys(value.c, spread.c)});
+    }
+    kPortableRoad.greyOut24(pixels, count, keep);
 }
 
 /// A pixel begins in the bytes of the table; its other two are read from one and two bytes further on.

@@ -19,29 +19,37 @@ void Store32(Byte* pixel, std::uint32_t value) {
 }
 
 std::uint32_t Load24(const Byte* pixel) {
-    return pixel[0] | pixel[1] << 8 | pixel[2] << 16;
+    return static_cast<std::uint32_t>(pixel[0] | pixel[1] << 8 | pixel[2] << 16);
 }
 
-bool IsSet(const Byte* mask, std::size_t pixel) {
-    return (mask[pixel / 8] >> (7 - pixel % 8) & 1) != 0;
-}
-
-void ShadeColour(Byte* pixel, const Tint& tint) {
-    for (int channel = 0; channel < 3; ++channel)
-        pixel[channel] = static_cast<Byte>((tint.shares[channel] + pixel[channel] * tint.rest) >> 8);
+// Blue and red are computed side by side in one word: neither sum passes 16 bits.
+std::uint32_t Shaded(std::uint32_t pixel, const Tint& tint) {
+    const std::uint32_t shares = tint.shares[0] | static_cast<std::uint32_t>(tint.shares[2]) << 16;
+    const std::uint32_t blueRed = ((pixel & 0x00FF00FF) * tint.rest + shares) >> 8 & 0x00FF00FF;
+    const std::uint32_t green = (pixel >> 8 & 0xFF) * tint.rest + tint.shares[1];
+    return blueRed | (green & 0xFF00);
 }
 
 void Shade(Byte* pixels, std::size_t count, const Tint& tint) {
-    for (; count > 0; --count, pixels += 4) {
-        ShadeColour(pixels, tint);
-        pixels[3] = 0;
+    for (; count > 0; --count, pixels += 4)
+        Store32(pixels, Shaded(Load32(pixels), tint));
+}
+
+// The pixels of one mask byte, up to the last that is set.
+void ShadeSet(Byte* pixels, Byte bits, const Tint& tint) {
+    for (; bits != 0; bits = static_cast<Byte>(bits << 1), pixels += 4) {
+        if ((bits & 0x80) == 0)
+            continue;
+        const std::uint32_t pixel = Load32(pixels);
+        Store32(pixels, Shaded(pixel, tint) | (pixel & kFourth));
     }
 }
 
 void ShadeMasked(Byte* pixels, const Byte* mask, std::size_t count, const Tint& tint) {
-    for (std::size_t i = 0; i < count; ++i)
-        if (IsSet(mask, i))
-            ShadeColour(pixels + 4 * i, tint);
+    for (; count >= 8; count -= 8, pixels += 32, ++mask)
+        ShadeSet(pixels, *mask, tint);
+    if (count > 0)
+        ShadeSet(pixels, static_cast<Byte>(*mask & ~(0xFF >> count)), tint);
 }
 
 void CombineKey24Run(Byte* pixels, const Byte* source, std::size_t count, std::uint32_t key) {
@@ -58,8 +66,7 @@ void CombineKey32Run(Byte* pixels, const Byte* source, std::size_t count, std::u
 }
 
 void GreyOut(Byte* pixel) {
-    const int grey = (pixel[0] + pixel[1] + pixel[2]) / 9 + 128;
-    std::memset(pixel, grey, 3);
+    pixel[0] = pixel[1] = pixel[2] = static_cast<Byte>((pixel[0] + pixel[1] + pixel[2]) / 9U + 128);
 }
 
 template <std::size_t PixelBytes>
@@ -83,9 +90,11 @@ void ComplementRun(Byte* bytes, std::size_t count) {
 }
 
 void OrBitPlaneRun(Byte* pixels, const Byte* mask, std::size_t count, Byte bits, bool invert) {
-    for (std::size_t i = 0; i < count; ++i)
-        if (IsSet(mask, i) != invert)
-            pixels[i] |= bits;
+    const Byte flip = invert ? 0xFF : 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        const int set = (mask[i / 8] ^ flip) >> (7 - i % 8) & 1;
+        pixels[i] |= static_cast<Byte>(bits & -set);
+    }
 }
 
 void KeyToAlphaRun(Byte* pixels, std::size_t count, std::uint32_t key) {
