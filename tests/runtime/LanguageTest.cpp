@@ -1,0 +1,152 @@
+#include "tests/runtime/SampleModule.h"
+
+#include "tests/support/Faults.h"
+
+#include <doctest/doctest.h>
+
+#include <memory>
+#include <utility>
+
+namespace {
+
+// What happened, a word or a few each, ended by a semicolon.
+using Log = std::string;
+
+// Notes its name when it shall reload, then acts.
+struct Target : ResourceTarget {
+    Target(Log& reloads, const char* label, std::function<void()> act = {})
+        : log(reloads), name(label), action(std::move(act)) {}
+    void ReloadResources() override {
+        log += name + "; ";
+        if (action)
+            action();
+    }
+    Log& log;
+    std::string name;
+    std::function<void()> action;
+};
+
+// A rule that notes that it was asked, and by which path, and gives @p file ("" for the path alone, null for nothing).
+LanguageRule Answering(Log& log, const char* who, const char* file, bool answer) {
+    return [&log, who, file, answer](unsigned short language, String& path) {
+        log += who + (" " + std::to_string(language) + " ") + StdW2A(File::GetBasename(path, {})) + "; ";
+        if (file != nullptr)
+            path = Beside(path, file);
+        return answer;
+    };
+}
+
+} // namespace
+
+TEST_CASE("the provider is asked first, then the module, with the path as the provider left it") {
+    const EnglishAfterwards english;
+    const struct {
+        const char* given;
+        bool gives;
+        const char* own;
+        bool owns;
+        const char* asked;
+        const char* text;
+    } rows[] = {
+        {"german.dll", true, nullptr, false, "provider 1031 module.dll; ", "sechzehn"},
+        {nullptr, false, "german.dll", true, "provider 1031 module.dll; own 1031 module.dll; ", "sechzehn"},
+        {"german.dll", false, nullptr, true, "provider 1031 module.dll; own 1031 german.dll; ", "sechzehn"},
+        {"german.dll", false, nullptr, false, "provider 1031 module.dll; own 1031 german.dll; ", "sixteen"},
+        {"missing.dll", true, nullptr, true, "provider 1031 module.dll; ", "sixteen"},
+    };
+    for (const auto& row : rows) {
+        CAPTURE(row.asked);
+        Log asked;
+        Provider provider(Answering(asked, "provider", row.given, row.gives));
+        ModuleBase::SetLanguage(0x0407, &provider);
+        const SampleModule module(Answering(asked, "own", row.own, row.owns));
+        CHECK(asked == row.asked);
+        CHECK(module.Text(16) == row.text);
+        CHECK(module.IsInItsOwnLanguage() == (row.text == std::string("sixteen")));
+        asked.clear();
+        ModuleBase::SetLanguage(0x0407, &provider);
+        CHECK(asked == row.asked);
+        CHECK(module.Text(16) == row.text);
+    }
+}
+
+TEST_CASE("a new language reloads all modules, then tells the targets in their order") {
+    const EnglishAfterwards english;
+    Provider provider;
+    Log log;
+    SampleModule first([&](unsigned short, String&) { return log += "first; ", false; });
+    SampleModule second([&](unsigned short, String&) { return log += "second; ", false; });
+    Provider silent([](unsigned short, String&) { return false; });
+    const Target a(log, "a", [&] { log += first.Text(16) + " " + second.Text(16) + "; "; });
+    const Target b(log, "b");
+    log.clear();
+    ModuleBase::SetLanguage(0x0407, &silent);
+    CHECK(log == "first; second; a; sixteen sixteen; b; ");
+    log.clear();
+    ModuleBase::SetLanguage(0x0407, &provider);
+    CHECK(log == "a; sechzehn sechzehn; b; ");
+    CHECK(first.Text(48) == "(none)");
+    ModuleBase::SetLanguage(0x0411, &provider);
+    CHECK(first.Text(48) == "only here");
+    CHECK(ModuleBase::GetLanguage() == 0x0411);
+}
+
+TEST_CASE("targets and modules may come and go while the language changes") {
+    const EnglishAfterwards english;
+    Log log;
+    std::unique_ptr<Target> gone;
+    std::unique_ptr<Target> come;
+    std::unique_ptr<SampleModule> module;
+    const Target a(log, "a", [&] {
+        gone.reset();
+        if (come == nullptr)
+            come = std::make_unique<Target>(log, "come");
+    });
+    gone = std::make_unique<Target>(log, "gone");
+    auto copied = std::make_unique<Target>(log, "copied");
+    const Target copy(*copied);
+    copied.reset();
+    std::unique_ptr<Target> self;
+    self = std::make_unique<Target>(log, "self", [&] { std::exchange(self, nullptr)->name.clear(); });
+    bool nested = false;
+    const Target b(log, "b", [&] {
+        if (!std::exchange(nested, true))
+            ModuleBase::SetLanguage(0x040C, nullptr);
+    });
+    // A provider that ends a module which has yet to be asked for.
+    auto ended = std::make_unique<SampleModule>();
+    Provider provider([&](unsigned short, String&) { return ended.reset(), false; });
+    module = std::move(ended);
+    ended = std::make_unique<SampleModule>();
+    ModuleBase::SetLanguage(0x0407, &provider);
+    CHECK(log == "a; copied; self; b; a; copied; b; come; ");
+    CHECK(module->Text(16) == "sixteen");
+    CHECK(module->GetModules().size() == 1);
+}
+
+TEST_CASE("a failing platform call leaves a module with its own texts or those of its language, and nothing open") {
+    const EnglishAfterwards english;
+    Provider provider;
+    kel::test::WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [&] {
+        const HINSTANCE file = LoadLibraryA(SampleFile("module.dll").c_str());
+        if (file == nullptr)
+            return;
+        {
+            struct Module : ModuleBase {
+                explicit Module(HINSTANCE instance) { Init(instance); }
+                ~Module() override { Free(); }
+                using ModuleBase::GetAccelerators;
+            } module(file);
+            ModuleBase::SetLanguage(0x0407, &provider);
+            String text(u"left over"_w);
+            const bool found = module.LoadStringA(16, text, 0, -1);
+            CHECK((found ? text == u"sechzehn"_w || text == u"sixteen"_w : text.empty()));
+            CHECK((module.LoadAcceleratorsA(3) == (module.GetAccelerators() != nullptr)));
+            module.LoadAcceleratorsA(0);
+            unsigned long size = 0;
+            const void* const page = module.LoadResource(7, RT_HTML, &size);
+            CHECK((page == nullptr || size == 0 || size == 8 || size == 11));
+        }
+        FreeLibrary(file);
+    });
+}

@@ -1,0 +1,153 @@
+#include "tests/runtime/SampleModule.h"
+
+#include <doctest/doctest.h>
+
+#include <vector>
+
+namespace {
+
+// The commands of the table that is set, in the order of its rows.
+std::vector<int> Commands(HACCEL table) {
+    ACCEL rows[8];
+    const int count = CopyAcceleratorTableA(table, rows, 8);
+    std::vector<int> commands;
+    for (int i = 0; i < count; ++i)
+        commands.push_back(rows[i].cmd);
+    return commands;
+}
+
+// The module that holds the procedure.
+class HolderOf : public ModuleBase {
+public:
+    explicit HolderOf(DWORD(WINAPI* procedure)()) {
+        HMODULE holder = nullptr;
+        REQUIRE(
+            GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                               reinterpret_cast<const char*>(procedure), &holder));
+        Init(holder);
+    }
+    ~HolderOf() override { Free(); }
+};
+
+} // namespace
+
+TEST_CASE("a string is found by its number, cut into lines, and never read past its block") {
+    const struct {
+        unsigned id;
+        int first, last;
+        const char* text;
+    } rows[] = {
+        {15, 0, -1, "fifteen"},
+        {16, 0, -1, "sixteen"},
+        {17, 0, -1, "seventeen"},
+        {18, 0, -1, ""},
+        {17 + (1 << 20), 0, -1, "seventeen"},
+        {64, 0, -1, "(none)"},
+        {20, 0, -1, "a\nbb\r\nccc"},
+        {20, 1, 1, "bb\r"},
+        {20, -1, 2, "bb\r\nccc"},
+        {20, 3, 5, ""},
+        {144, 0, -1, "(none)"},
+        {145, 0, -1, "(none)"},
+        {160, 0, -1, "a"},
+        {161, 0, -1, "(none)"},
+        {176, 0, -1, "(none)"},
+    };
+    const SampleModule module;
+    for (const auto& row : rows) {
+        CAPTURE(row.id);
+        CAPTURE(row.first);
+        CHECK(module.Text(row.id, row.first, row.last) == row.text);
+    }
+}
+
+TEST_CASE("a String takes its text and its formats from a module") {
+    SampleModule module;
+    String text(u"before"_w);
+    text.Format(&module, 30, static_cast<const unsigned short*>(u"count"_w), 7);
+    CHECK(text == u"count: 7"_w);
+    text.FormatMessageA(&module, 31, "left", 2);
+    CHECK(text == u"left and 2"_w);
+    text.FormatMessageA(&module, 64);
+    CHECK(text == u"left and 2"_w);
+    CHECK(text.LoadStringA(20, 0, 0, &module));
+    CHECK(text == u"a"_w);
+    CHECK_FALSE(text.LoadStringA(64, 0, -1, &module));
+    CHECK(text.empty());
+    text.Format(&module, 64);
+    CHECK(text.empty());
+}
+
+TEST_CASE("a module knows its file, its version and its procedures, and is listed from Init to Free") {
+    const std::string listed = StdW2A(ModuleBase::GetProcessInformation());
+    SampleModule first;
+    SampleModule second;
+    const String path = first.GetPath();
+    CHECK(path == Beside(path, "module.dll"));
+    CHECK(first.GetDirectory() == File::GetDirname(path));
+    CHECK(first.GetFilename() == u"module.dll"_w);
+    CHECK(first.GetName() == u"module"_w);
+    CHECK(first.CreateResourceURL(5, RT_HTML) == u"res://"_w + path + u"/23/5"_w);
+
+    const std::string line = StdW2A(path) + "    1.2.0.1\r\n";
+    CHECK(StdW2A(ModuleBase::GetProcessInformation()) == listed.substr(0, listed.size() - 2) + line + line + "\r\n");
+    String capitals = path;
+    capitals.ToUpper();
+    CHECK(ModuleBase::GetModule(path) == &first);
+    CHECK(ModuleBase::GetModule(capitals) == nullptr);
+    first.Init(first.Handle());
+    first.Free();
+    CHECK(ModuleBase::GetModule(path) == &second);
+
+    unsigned long ms = 1;
+    unsigned long ls = 1;
+    ModuleBase::GetModuleVersion(StdA2W(SampleFile("outdated.dll")), ms, ls);
+    CHECK((ms == 0x10002 && ls == 0));
+    ModuleBase::GetModuleVersion(StdA2W(SampleFile("missing.dll")), ms, ls);
+    CHECK((ms == 0 && ls == 0));
+
+    const HolderOf platform(&GetCurrentThreadId);
+    const auto procedure = reinterpret_cast<DWORD(WINAPI*)()>(platform.GetProcedure("GetCurrentThreadId"));
+    REQUIRE((procedure != nullptr));
+    CHECK(procedure() == GetCurrentThreadId());
+    CHECK((platform.GetProcedure("NobodyExportsThis") == nullptr));
+}
+
+TEST_CASE("pictures, bitmaps and misses come from the module itself, all else from its language file") {
+    const EnglishAfterwards english;
+    Provider provider;
+    ModuleBase::SetLanguage(0x0407, &provider);
+    SampleModule module;
+    CHECK(module.Bytes(7, RT_BITMAP) == "own bitmap");
+    CHECK(module.Bytes(7, "PICTURE") == "own picture");
+    CHECK(module.Bytes(7, "picture") == "german picture");
+    CHECK(module.Bytes(7 + (1 << 16), RT_HTML) == "german page");
+    CHECK(module.Bytes(8, RT_HTML) == "(none)");
+    CHECK(module.Bytes(7, "PAGE") == "(none)");
+    unsigned long size = 12;
+    CHECK(module.LoadResource(8, RT_HTML, &size) == nullptr);
+    CHECK(size == 12);
+    CHECK(module.LoadResource(7, RT_HTML, nullptr) != nullptr);
+}
+
+TEST_CASE("the accelerator table is one for all modules") {
+    const EnglishAfterwards english;
+    Provider provider;
+    SampleModule module;
+    SampleModule other;
+    CHECK(module.LoadAcceleratorsA(3 + (1 << 16)));
+    CHECK(Commands(other.GetAccelerators()) == std::vector{101});
+    ModuleBase::SetLanguage(0x0407, &provider);
+    CHECK(module.LoadAcceleratorsA(3));
+    CHECK(Commands(other.GetAccelerators()) == std::vector{103, 105});
+
+    const HACCEL kept = other.GetAccelerators();
+    const HACCEL loaded = module.LoadAcceleratorsFromResource(3);
+    CHECK(other.GetAccelerators() == kept);
+    module.SetAccelerators(loaded);
+    CHECK(Commands(kept).size() == 2);
+    CHECK(DestroyAcceleratorTable(kept));
+    CHECK_FALSE(other.LoadAcceleratorsA(4));
+    CHECK(other.GetAccelerators() == nullptr);
+    CHECK(Commands(loaded).empty());
+}
