@@ -8,6 +8,7 @@ declare -A MAY_INCLUDE=(
   [stream]="text runtime"
   [file]="text runtime"
   [registry]="text"
+  [bitmap]="runtime"
 )
 
 # sources [PATHSPEC...] : the tracked C++ files that exist, one a line.
