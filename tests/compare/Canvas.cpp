@@ -1,0 +1,210 @@
+#include "tests/compare/Canvas.h"
+
+#include <array>
+#include <cstdio>
+#include <cstring>
+#include <utility>
+
+namespace kel::compare {
+namespace {
+
+constexpr int kScreenDepth = 32;
+constexpr std::size_t kInfoBytes = sizeof(BITMAPINFOHEADER) + 256 * sizeof(RGBQUAD);
+
+std::size_t RowBytes(int width, int depth) {
+    return (static_cast<std::size_t>(width) * static_cast<std::size_t>(depth) + 31) / 32 * 4;
+}
+
+DWORD Crc32(const std::vector<unsigned char>& bytes) {
+    DWORD crc = 0xFFFFFFFF;
+    for (const unsigned char byte : bytes) {
+        crc ^= byte;
+        for (int bit = 0; bit < 8; ++bit)
+            crc = crc >> 1 ^ (crc & 1 ? 0xEDB88320 : 0);
+    }
+    return ~crc;
+}
+
+BITMAPINFOHEADER Header(int width, int height, int depth) {
+    BITMAPINFOHEADER header = {};
+    header.biSize = sizeof header;
+    header.biWidth = width;
+    header.biHeight = height;
+    header.biPlanes = 1;
+    header.biBitCount = static_cast<WORD>(depth);
+    return header;
+}
+
+} // namespace
+
+Random::Random(std::uint32_t seed) : m_state(seed * 0x9E3779B97F4A7C15ull + 0x1234567) {
+    for (int i = 0; i < 4; ++i)
+        Next();
+}
+
+// PCG: a linear generator whose output is permuted.
+std::uint32_t Random::Next() {
+    const std::uint64_t old = m_state;
+    m_state = old * 6364136223846793005ull + 1442695040888963407ull;
+    const auto shifted = static_cast<std::uint32_t>((old >> 18 ^ old) >> 27);
+    const auto turn = static_cast<int>(old >> 59);
+    return shifted >> turn | shifted << (-turn & 31);
+}
+
+int Random::Depth() {
+    static constexpr std::array<int, 6> kDepths = {1, 4, 8, 16, 24, 32};
+    return kDepths[Below(kDepths.size())];
+}
+
+Canvas Canvas::Target(Random& random) {
+    return Source(random);
+}
+
+Canvas Canvas::Source(Random& random) {
+    const bool deviceDependent = random.Below(5) == 0;
+    const int depth = deviceDependent ? (random.Below(2) == 0 ? 1 : kScreenDepth) : random.Depth();
+    return Canvas(random, depth, deviceDependent);
+}
+
+Canvas::Canvas(Random& random, int depth, bool deviceDependent)
+    : m_width(random.Between(1, 70)), m_height(random.Between(1, 40)), m_depth(depth),
+      m_deviceDependent(deviceDependent), m_topDown(!deviceDependent && random.Below(3) == 0) {
+    MakeInfo(random, m_topDown);
+    Fill(random);
+    m_dc = CreateCompatibleDC(nullptr);
+    if (m_deviceDependent) {
+        m_bitmap = CreateBitmap(m_width, m_height, 1, static_cast<UINT>(depth), nullptr);
+        SetDIBits(m_dc, m_bitmap, 0, static_cast<UINT>(m_height), Bits(), Info(), DIB_RGB_COLORS);
+    } else {
+        m_bitmap = CreateDIBSection(m_dc, Info(), DIB_RGB_COLORS, &m_pixels, nullptr, 0);
+        std::memcpy(m_pixels, m_dib.data(), m_dib.size());
+    }
+    Select();
+}
+
+Canvas::Canvas(Canvas&& other) noexcept
+    : m_dc(std::exchange(other.m_dc, nullptr)), m_bitmap(std::exchange(other.m_bitmap, nullptr)),
+      m_before(other.m_before), m_brush(std::exchange(other.m_brush, nullptr)), m_width(other.m_width),
+      m_height(other.m_height), m_depth(other.m_depth), m_deviceDependent(other.m_deviceDependent),
+      m_topDown(other.m_topDown), m_pixels(other.m_pixels), m_dib(std::move(other.m_dib)),
+      m_info(std::move(other.m_info)) {}
+
+Canvas::~Canvas() {
+    if (!m_dc)
+        return;
+    Release();
+    DeleteDC(m_dc);
+    DeleteObject(m_bitmap);
+    if (m_brush)
+        DeleteObject(m_brush);
+}
+
+std::string Canvas::Name() const {
+    return std::to_string(m_depth) + (m_deviceDependent ? "d" : m_topDown ? "v" : "");
+}
+
+void Canvas::MakeInfo(Random& random, bool topDown) {
+    m_info.resize(kInfoBytes);
+    const BITMAPINFOHEADER header = Header(m_width, topDown ? -m_height : m_height, m_depth);
+    std::memcpy(m_info.data(), &header, sizeof header);
+    if (m_depth > 8)
+        return;
+    auto* const table = reinterpret_cast<RGBQUAD*>(m_info.data() + sizeof header);
+    const bool blackAndWhite = m_depth == 1 && (m_deviceDependent || random.Below(2) == 0);
+    for (int i = 0; i < 1 << m_depth; ++i) {
+        const COLORREF colour = blackAndWhite ? (i ? 0xFFFFFF : 0) : random.Colour();
+        table[i] = {GetBValue(colour), GetGValue(colour), GetRValue(colour), 0};
+    }
+}
+
+// Half of the pictures have few colours, so that keys and comparisons meet.
+void Canvas::Fill(Random& random) {
+    const std::size_t row = RowBytes(m_width, m_depth);
+    m_dib.resize(row * static_cast<std::size_t>(m_height));
+    const bool few = random.Below(2) == 0;
+    std::array<std::uint32_t, 4> values;
+    for (std::uint32_t& value : values)
+        value = random.Next();
+    const std::size_t step = m_depth == 24 ? 3 : m_depth == 32 ? 4 : m_depth == 16 ? 2 : 1;
+    for (int y = 0; y < m_height; ++y)
+        for (std::size_t x = 0; x + step <= row; x += step) {
+            const std::uint32_t value = few ? values[random.Below(values.size())] : random.Next();
+            std::memcpy(m_dib.data() + static_cast<std::size_t>(y) * row + x, &value, step);
+        }
+}
+
+COLORREF Canvas::AnyColour(Random& random) const {
+    const int x = random.Between(0, m_width - 1);
+    const int y = random.Between(0, m_height - 1);
+    return GetPixel(m_dc, x, y) & 0xFFFFFF;
+}
+
+void Canvas::Premultiply() {
+    auto* const pixels = static_cast<unsigned char*>(m_pixels);
+    for (std::size_t i = 0; pixels && i < m_dib.size(); i += 4)
+        for (std::size_t channel = 0; channel < 3; ++channel)
+            pixels[i + channel] = static_cast<unsigned char>(pixels[i + channel] * pixels[i + 3] / 255);
+}
+
+void Canvas::ChooseBrush(Random& random) {
+    const auto kind = random.Below(4);
+    if (kind == 0)
+        return;
+    if (kind == 1) {
+        m_brush = CreateSolidBrush(random.Colour());
+    } else if (kind == 2) {
+        m_brush = CreateHatchBrush(random.Between(0, 5), random.Colour());
+    } else {
+        std::array<unsigned char, 16> rows;
+        for (unsigned char& byte : rows)
+            byte = static_cast<unsigned char>(random.Next());
+        const HBITMAP pattern = CreateBitmap(8, 8, 1, 1, rows.data());
+        m_brush = CreatePatternBrush(pattern);
+        DeleteObject(pattern);
+    }
+    const int originX = random.Between(-9, 9);
+    SetBrushOrgEx(m_dc, originX, random.Between(-9, 9), nullptr);
+    SelectObject(m_dc, m_brush);
+}
+
+void Canvas::Release() {
+    SelectObject(m_dc, m_before);
+    SelectObject(m_dc, GetStockObject(WHITE_BRUSH));
+}
+
+void Canvas::Select() {
+    m_before = SelectObject(m_dc, m_bitmap);
+    if (m_brush)
+        SelectObject(m_dc, m_brush);
+}
+
+DWORD Canvas::Checksum() const {
+    if (m_deviceDependent)
+        return ChecksumAs(24, 0, static_cast<UINT>(m_height));
+    GdiFlush();
+    const auto* const pixels = static_cast<const unsigned char*>(m_pixels);
+    return Crc32({pixels, pixels + m_dib.size()});
+}
+
+DWORD Canvas::ChecksumAs(int depth, UINT start, UINT lines) const {
+    std::vector<unsigned char> info(kInfoBytes);
+    const BITMAPINFOHEADER header = Header(m_width, m_height, depth);
+    std::memcpy(info.data(), &header, sizeof header);
+    std::vector<unsigned char> rows(RowBytes(m_width, depth) * static_cast<std::size_t>(m_height));
+    const HDC dc = CreateCompatibleDC(nullptr);
+    const int result =
+        GetDIBits(dc, m_bitmap, start, lines, rows.data(), reinterpret_cast<BITMAPINFO*>(info.data()), DIB_RGB_COLORS);
+    DeleteDC(dc);
+    rows.insert(rows.end(), info.begin() + sizeof header, info.end());
+    return Crc32(rows) + static_cast<DWORD>(result);
+}
+
+void Canvas::Dump() const {
+    for (int y = 0; y < m_height; ++y) {
+        for (int x = 0; x < m_width; ++x)
+            std::printf("%06X ", static_cast<unsigned>(GetPixel(m_dc, x, y)));
+        std::printf("\n");
+    }
+}
+
+} // namespace kel::compare

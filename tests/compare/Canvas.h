@@ -1,0 +1,92 @@
+#pragma once
+
+/// @file
+/// What the drawing cases draw on and from: a bitmap of any kind in a memory context, filled from a seed.
+
+#include <kelcore/platform.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace kel::compare {
+
+/// A small generator of numbers, the same on every system.
+class Random {
+public:
+    explicit Random(std::uint32_t seed);
+
+    std::uint32_t Next();
+    std::uint32_t Below(std::uint32_t bound) { return Next() % bound; }
+    int Between(int least, int most) {
+        return least + static_cast<int>(Below(static_cast<std::uint32_t>(most - least + 1)));
+    }
+    COLORREF Colour() { return Next() & 0xFFFFFF; }
+    /// A depth of DIBs.
+    int Depth();
+
+private:
+    std::uint64_t m_state;
+};
+
+class Canvas {
+public:
+    /// A DIB section of any depth or a device-dependent bitmap of one bit or of the screen's depth.
+    static Canvas Target(Random& random);
+    /// The same; Bits() and Info() describe it as a DIB whatever it is.
+    static Canvas Source(Random& random);
+
+    Canvas(Canvas&& other) noexcept;
+    Canvas& operator=(Canvas&&) = delete;
+    ~Canvas();
+
+    HDC Dc() const { return m_dc; }
+    HBITMAP Bitmap() const { return m_bitmap; }
+    int Width() const { return m_width; }
+    int Height() const { return m_height; }
+    int Depth() const { return m_depth; }
+    const void* Bits() const { return m_dib.data(); }
+    const BITMAPINFO* Info() const { return reinterpret_cast<const BITMAPINFO*>(m_info.data()); }
+    /// Such as "24", "8v" (rows top-down) or "1d" (device-dependent).
+    std::string Name() const;
+
+    /// The colour of one of its pixels.
+    COLORREF AnyColour(Random& random) const;
+
+    /// Makes the colours of a 32-bit DIB section no larger than its alpha.
+    void Premultiply();
+
+    void ChooseBrush(Random& random);
+
+    /// Takes the bitmap out of its context for a while.
+    void Release();
+    void Select();
+
+    /// CRC-32 of the pixels as they are stored; of device-dependent bitmaps as 24-bit rows.
+    DWORD Checksum() const;
+    /// CRC-32 of rows as GetDIBits gives them in another depth, with its result.
+    DWORD ChecksumAs(int depth, UINT start, UINT lines) const;
+    /// Prints the pixels as colours.
+    void Dump() const;
+
+private:
+    Canvas(Random& random, int depth, bool deviceDependent);
+
+    void MakeInfo(Random& random, bool topDown);
+    void Fill(Random& random);
+
+    HDC m_dc = nullptr;
+    HBITMAP m_bitmap = nullptr;
+    HGDIOBJ m_before = nullptr;
+    HBRUSH m_brush = nullptr;
+    int m_width;
+    int m_height;
+    int m_depth;
+    bool m_deviceDependent;
+    bool m_topDown;
+    void* m_pixels = nullptr;          // of a DIB section
+    std::vector<unsigned char> m_dib;  // the pixels at the start
+    std::vector<unsigned char> m_info; // header and colour table of m_dib
+};
+
+} // namespace kel::compare

@@ -1,0 +1,295 @@
+// Draws seeded cases with Win32 calls alone and prints a line and a checksum for each, so that two systems can be
+// compared. usage: drawing_cases [COUNT [FIRST]] [--dump]
+
+#include <kelcore/platform.h>
+
+#include "tests/compare/Canvas.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+using kel::compare::Canvas;
+using kel::compare::Random;
+
+constexpr int kDefaultCount = 6000;
+constexpr DWORD kNamed[] = {SRCCOPY,    SRCPAINT, SRCAND,   SRCINVERT, SRCERASE,  NOTSRCCOPY, NOTSRCERASE, MERGECOPY,
+                            MERGEPAINT, PATCOPY,  PATPAINT, PATINVERT, DSTINVERT, BLACKNESS,  WHITENESS};
+
+/// A rectangle as calls take it; a negative size mirrors.
+struct Box {
+    int x, y, width, height;
+};
+
+std::string Text(const Box& box) {
+    char text[64];
+    std::snprintf(text, sizeof text, "(%d,%d %dx%d)", box.x, box.y, box.width, box.height);
+    return text;
+}
+
+std::string Hex(DWORD value) {
+    char text[16];
+    std::snprintf(text, sizeof text, "%08X", static_cast<unsigned>(value));
+    return text;
+}
+
+/// Mostly inside a surface, sometimes partly or wholly outside it.
+Box RandomBox(Random& random, const Canvas& canvas) {
+    const bool inside = random.Below(3) != 0;
+    if (!inside)
+        return {random.Between(-12, canvas.Width()), random.Between(-12, canvas.Height()),
+                random.Between(0, canvas.Width() + 12), random.Between(0, canvas.Height() + 12)};
+    const int x = random.Between(0, canvas.Width() - 1);
+    const int y = random.Between(0, canvas.Height() - 1);
+    return {x, y, random.Between(1, canvas.Width() - x), random.Between(1, canvas.Height() - y)};
+}
+
+Box InsideBox(Random& random, const Canvas& canvas) {
+    const int x = random.Between(0, canvas.Width() - 1);
+    const int y = random.Between(0, canvas.Height() - 1);
+    return {x, y, random.Between(1, canvas.Width() - x), random.Between(1, canvas.Height() - y)};
+}
+
+void MirrorSometimes(Random& random, Box& box) {
+    if (random.Below(6) == 0) {
+        box.x += box.width - 1;
+        box.width = -box.width;
+    }
+    if (random.Below(6) == 0) {
+        box.y += box.height - 1;
+        box.height = -box.height;
+    }
+}
+
+DWORD RandomOperation(Random& random) {
+    if (random.Below(3) == 0)
+        return SRCCOPY;
+    if (random.Below(2) == 0)
+        return kNamed[random.Below(std::size(kNamed))];
+    return random.Below(256) << 16;
+}
+
+BLENDFUNCTION RandomBlend(Random& random, const Canvas& source) {
+    const BYTE opacity = random.Below(3) == 0 ? BYTE{255} : static_cast<BYTE>(random.Below(256));
+    const bool perPixel = source.Depth() == 32 && random.Below(2) == 0;
+    return {AC_SRC_OVER, 0, opacity, perPixel ? BYTE{AC_SRC_ALPHA} : BYTE{0}};
+}
+
+/// What the calls of a case draw with.
+struct Case {
+    Random& random;
+    Canvas target;
+    Canvas source;
+    std::string line;
+
+    std::string Setting(const char* name, long value) const { return std::string(" ") + name + std::to_string(value); }
+
+    void ChooseColours() {
+        SetTextColor(target.Dc(), random.Colour());
+        SetBkColor(target.Dc(), random.Below(3) == 0 ? source.AnyColour(random) : random.Colour());
+        SetTextColor(source.Dc(), random.Colour());
+        SetBkColor(source.Dc(), random.Below(2) == 0 ? source.AnyColour(random) : random.Colour());
+    }
+
+    void ChooseStretchMode() {
+        const int mode = random.Below(2) == 0 ? COLORONCOLOR : random.Between(BLACKONWHITE, HALFTONE);
+        SetStretchBltMode(target.Dc(), mode);
+        line += Setting("mode", mode);
+    }
+
+    void ChooseClip() {
+        if (random.Below(2) == 0) {
+            const Box box = RandomBox(random, target);
+            const int kind = IntersectClipRect(target.Dc(), box.x, box.y, box.x + box.width, box.y + box.height);
+            line += " clip" + Text(box) + "=" + std::to_string(kind);
+        }
+        if (random.Below(3) == 0) {
+            const Box box = RandomBox(random, target);
+            const int kind = ExcludeClipRect(target.Dc(), box.x, box.y, box.x + box.width, box.y + box.height);
+            line += " hole" + Text(box) + "=" + std::to_string(kind);
+        }
+    }
+
+    void Report(long result) { line += Setting("result", result); }
+};
+
+void DrawBitBlt(Case& c) {
+    const Box to = RandomBox(c.random, c.target);
+    const Box from = RandomBox(c.random, c.source);
+    const DWORD operation = RandomOperation(c.random);
+    c.line += Text(to) + Text(from) + " rop" + Hex(operation);
+    c.Report(BitBlt(c.target.Dc(), to.x, to.y, to.width, to.height, c.source.Dc(), from.x, from.y, operation));
+}
+
+void DrawBitBltOnItself(Case& c) {
+    const Box to = RandomBox(c.random, c.target);
+    const Box from = RandomBox(c.random, c.target);
+    const DWORD operation = RandomOperation(c.random);
+    c.line += Text(to) + Text(from) + " rop" + Hex(operation);
+    c.Report(BitBlt(c.target.Dc(), to.x, to.y, to.width, to.height, c.target.Dc(), from.x, from.y, operation));
+}
+
+void DrawStretchBlt(Case& c) {
+    Box to = RandomBox(c.random, c.target);
+    Box from = c.random.Below(3) == 0 ? RandomBox(c.random, c.source) : InsideBox(c.random, c.source);
+    MirrorSometimes(c.random, to);
+    MirrorSometimes(c.random, from);
+    const DWORD operation = RandomOperation(c.random);
+    c.ChooseStretchMode();
+    c.line += Text(to) + Text(from) + " rop" + Hex(operation);
+    c.Report(StretchBlt(c.target.Dc(), to.x, to.y, to.width, to.height, c.source.Dc(), from.x, from.y, from.width,
+                        from.height, operation));
+}
+
+void DrawPatBlt(Case& c) {
+    const Box to = RandomBox(c.random, c.target);
+    const DWORD operation = c.random.Below(2) == 0 ? RandomOperation(c.random) : PATCOPY;
+    c.line += Text(to) + " rop" + Hex(operation);
+    c.Report(PatBlt(c.target.Dc(), to.x, to.y, to.width, to.height, operation));
+}
+
+void DrawStretchDIBits(Case& c) {
+    Box to = RandomBox(c.random, c.target);
+    Box from = c.random.Below(3) == 0 ? RandomBox(c.random, c.source) : InsideBox(c.random, c.source);
+    MirrorSometimes(c.random, to);
+    if (c.random.Below(3) == 0) {
+        to.width = from.width;
+        to.height = from.height;
+    }
+    const DWORD operation = RandomOperation(c.random);
+    c.ChooseStretchMode();
+    c.line += Text(to) + Text(from) + " rop" + Hex(operation);
+    c.Report(StretchDIBits(c.target.Dc(), to.x, to.y, to.width, to.height, from.x, from.y, from.width, from.height,
+                           c.source.Bits(), c.source.Info(), DIB_RGB_COLORS, operation));
+}
+
+void DrawSetDIBitsToDevice(Case& c) {
+    const Box to = RandomBox(c.random, c.target);
+    const Box from = InsideBox(c.random, c.source);
+    c.line += Text(to) + Text(from);
+    c.Report(SetDIBitsToDevice(c.target.Dc(), to.x, to.y, static_cast<DWORD>(from.width),
+                               static_cast<DWORD>(from.height), from.x, from.y, 0, static_cast<UINT>(c.source.Height()),
+                               c.source.Bits(), c.source.Info(), DIB_RGB_COLORS));
+}
+
+void DrawTransparent(Case& c) {
+    const Box to = RandomBox(c.random, c.target);
+    Box from = c.random.Below(3) == 0 ? RandomBox(c.random, c.source) : InsideBox(c.random, c.source);
+    if (c.random.Below(3) == 0) {
+        from.width = to.width;
+        from.height = to.height;
+    }
+    const COLORREF key = c.random.Below(4) == 0 ? c.random.Colour() : c.source.AnyColour(c.random);
+    c.ChooseStretchMode();
+    c.line += Text(to) + Text(from) + " key" + Hex(key);
+    c.Report(TransparentBlt(c.target.Dc(), to.x, to.y, to.width, to.height, c.source.Dc(), from.x, from.y, from.width,
+                            from.height, key));
+}
+
+void DrawAlpha(Case& c) {
+    const Box to = RandomBox(c.random, c.target);
+    Box from = c.random.Below(4) == 0 ? RandomBox(c.random, c.source) : InsideBox(c.random, c.source);
+    if (c.random.Below(3) == 0) {
+        from.width = to.width;
+        from.height = to.height;
+    }
+    const BLENDFUNCTION blend = RandomBlend(c.random, c.source);
+    if (blend.AlphaFormat == AC_SRC_ALPHA)
+        c.source.Premultiply();
+    c.line += Text(to) + Text(from) + (blend.AlphaFormat ? " pixel" : " ") + std::to_string(blend.SourceConstantAlpha);
+    c.Report(AlphaBlend(c.target.Dc(), to.x, to.y, to.width, to.height, c.source.Dc(), from.x, from.y, from.width,
+                        from.height, blend));
+}
+
+void DrawFills(Case& c) {
+    const Box box = RandomBox(c.random, c.target);
+    const RECT rect = {box.x, box.y, box.x + box.width, box.y + box.height};
+    const auto kind = c.random.Below(3);
+    c.line += Text(box) + c.Setting("kind", static_cast<long>(kind));
+    if (kind == 0) {
+        c.Report(ExtTextOutA(c.target.Dc(), 0, 0, ETO_OPAQUE, &rect, "", 0, nullptr));
+    } else if (kind == 1) {
+        c.Report(InvertRect(c.target.Dc(), &rect));
+    } else {
+        const HBRUSH brush = CreateSolidBrush(c.random.Colour());
+        c.Report(FillRect(c.target.Dc(), &rect, brush) != 0);
+        DeleteObject(brush);
+    }
+}
+
+void DrawPixels(Case& c) {
+    for (int i = 0; i < 20; ++i) {
+        const int x = c.random.Between(-2, c.target.Width() + 1);
+        const int y = c.random.Between(-2, c.target.Height() + 1);
+        const COLORREF set = SetPixel(c.target.Dc(), x, y, c.random.Colour());
+        c.line += " " + Hex(set) + "/" + Hex(GetPixel(c.target.Dc(), x, y));
+    }
+}
+
+/// Rows of the target as another DIB format, and back again.
+void DrawTransfer(Case& c) {
+    const UINT start = c.random.Below(4);
+    const UINT lines = 1 + c.random.Below(static_cast<std::uint32_t>(c.source.Height()));
+    c.target.Release();
+    c.line += c.Setting("start", start) + c.Setting("lines", lines);
+    if (c.random.Below(2) == 0)
+        c.Report(SetDIBits(c.target.Dc(), c.target.Bitmap(), start, lines, c.source.Bits(), c.source.Info(),
+                           DIB_RGB_COLORS));
+    else
+        c.line += " got" + Hex(c.target.ChecksumAs(c.random.Depth(), start, lines));
+    c.target.Select();
+}
+
+constexpr struct {
+    const char* name;
+    void (*draw)(Case&);
+    int weight;
+} kKinds[] = {{"BitBlt", DrawBitBlt, 5},
+              {"BitBltOnItself", DrawBitBltOnItself, 2},
+              {"StretchBlt", DrawStretchBlt, 7},
+              {"PatBlt", DrawPatBlt, 3},
+              {"StretchDIBits", DrawStretchDIBits, 6},
+              {"SetDIBitsToDevice", DrawSetDIBitsToDevice, 1},
+              {"TransparentBlt", DrawTransparent, 4},
+              {"AlphaBlend", DrawAlpha, 5},
+              {"Fill", DrawFills, 2},
+              {"Pixel", DrawPixels, 1},
+              {"Transfer", DrawTransfer, 2}};
+
+const auto& RandomKind(Random& random) {
+    int total = 0;
+    for (const auto& kind : kKinds)
+        total += kind.weight;
+    int left = random.Between(0, total - 1);
+    const auto* kind = kKinds;
+    while (left >= kind->weight)
+        left -= kind++->weight;
+    return *kind;
+}
+
+void RunCase(int number, bool dump) {
+    Random random(static_cast<std::uint32_t>(number));
+    const auto& kind = RandomKind(random);
+    Case c{random, Canvas::Target(random), Canvas::Source(random), {}};
+    c.line = std::to_string(number) + " " + kind.name + " " + c.source.Name() + ">" + c.target.Name() + " ";
+    c.ChooseColours();
+    c.target.ChooseBrush(random);
+    c.ChooseClip();
+    kind.draw(c);
+    std::printf("%s crc%s\n", c.line.c_str(), Hex(c.target.Checksum()).c_str());
+    if (dump)
+        c.target.Dump();
+}
+
+} // namespace
+
+int main(int count, char** arguments) {
+    const bool dump = count > 1 && std::strcmp(arguments[count - 1], "--dump") == 0;
+    const int cases = count > 1 && arguments[1][0] != '-' ? std::atoi(arguments[1]) : kDefaultCount;
+    const int first = count > 2 && arguments[2][0] != '-' ? std::atoi(arguments[2]) : 1;
+    for (int number = first; number < first + cases; ++number)
+        RunCase(number, dump);
+    return 0;
+}
