@@ -2,6 +2,7 @@
 #include "platform/kernel/Handles.h"
 #include "platform/kernel/LastError.h"
 #include "platform/kernel/Views.h"
+#include "platform/modules/Module.h"
 
 #include <kelcore/platform/system.h>
 #include <kelcore/platform/testing.h>
@@ -18,12 +19,17 @@ bool IsPseudoHandle(HANDLE handle) {
     return value == -1 || value == -2;
 }
 
+// Searches and accelerator tables have calls of their own that close them.
+bool IsClosedElsewhere(ObjectKind kind) {
+    return kind == ObjectKind::Search || kind == ObjectKind::AcceleratorTable;
+}
+
 // Closing is done before an injected failure is reported, see CallFails.
-bool CloseAnyButSearch(HANDLE handle) {
+bool CloseHere(HANDLE handle) {
     PinnedObject object(handle);
     if (!object)
         return false;
-    return object.Shared()->Kind() == ObjectKind::Search ? Fail(ERROR_INVALID_HANDLE) : object.CloseHandle();
+    return IsClosedElsewhere(object.Shared()->Kind()) ? Fail(ERROR_INVALID_HANDLE) : object.CloseHandle();
 }
 
 bool Duplicate(const PinnedObject& source, HANDLE* target, DWORD access, bool inherit, DWORD options) {
@@ -39,7 +45,7 @@ bool Duplicate(const PinnedObject& source, HANDLE* target, DWORD access, bool in
 } // namespace
 
 std::size_t kel::platform::OpenHandles() {
-    return OpenSlots() + OpenViews();
+    return OpenSlots() + OpenViews() + ModuleUses();
 }
 
 HANDLE WINAPI GetCurrentProcess(void) {
@@ -49,7 +55,7 @@ HANDLE WINAPI GetCurrentProcess(void) {
 BOOL WINAPI CloseHandle(HANDLE handle) {
     const bool fails = CallFails("CloseHandle");
     const DWORD fault = GetLastError();
-    const bool closed = IsPseudoHandle(handle) || CloseAnyButSearch(handle);
+    const bool closed = IsPseudoHandle(handle) || CloseHere(handle);
     return fails ? Fail(fault) : closed;
 }
 

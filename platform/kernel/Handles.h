@@ -21,7 +21,7 @@
 
 namespace kel::platform {
 
-enum class ObjectKind : unsigned char { File, Mapping, Search, Semaphore, Thread };
+enum class ObjectKind : unsigned char { AcceleratorTable, File, Mapping, Search, Semaphore, Thread, Key };
 
 /// What handles name. An object lives while a handle, a pin or another object holds it.
 class Object {

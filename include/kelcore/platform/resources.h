@@ -7,7 +7,8 @@
 /// ".rsrc" (libfoo.so.rsrc, program.rsrc), which is read at the module's first resource call.
 ///
 /// Types and names are numbers below 65536 (MAKEINTRESOURCEA, or the text "#123") or texts compared without regard to
-/// case. All that these calls give belongs to the module and lasts as long as it is loaded.
+/// case: compilers of resources store them in capitals. All that these calls give belongs to the module and lasts as
+/// long as it is loaded.
 
 #include <kelcore/platform/modules.h>
 
@@ -44,9 +45,9 @@ KELPLATFORM_API HRSRC WINAPI FindResourceA(HMODULE module, LPCSTR name, LPCSTR t
 /// neutral language itself goes on to the system's default language (GetSystemDefaultLangID, with and without its
 /// sublanguage), to English of the United States, and ends with the first language there is.
 /// @param module null asks the program.
-/// @return null with ERROR_RESOURCE_DATA_NOT_FOUND (the module has no resources, or what it has is damaged),
-///         ERROR_RESOURCE_TYPE_NOT_FOUND, ERROR_RESOURCE_NAME_NOT_FOUND, ERROR_RESOURCE_LANG_NOT_FOUND,
-///         ERROR_MOD_NOT_FOUND for what is no module, or ERROR_INVALID_PARAMETER for a text "#..." that is no number.
+/// @return null with ERROR_RESOURCE_DATA_NOT_FOUND (no module, one without resources, or damaged ones),
+///         ERROR_RESOURCE_TYPE_NOT_FOUND, ERROR_RESOURCE_NAME_NOT_FOUND, ERROR_RESOURCE_LANG_NOT_FOUND, or
+///         ERROR_INVALID_PARAMETER for a text "#..." of a number that is too large.
 KELPLATFORM_API HRSRC WINAPI FindResourceExA(HMODULE module, LPCSTR type, LPCSTR name, WORD language);
 
 /// The bytes of a resource. @return 0 with ERROR_RESOURCE_DATA_NOT_FOUND for what is none of @p module.
@@ -56,7 +57,8 @@ KELPLATFORM_API DWORD WINAPI SizeofResource(HMODULE module, HRSRC resource);
 /// @return null with ERROR_RESOURCE_DATA_NOT_FOUND for what is none of @p module.
 KELPLATFORM_API HGLOBAL WINAPI LoadResource(HMODULE module, HRSRC resource);
 
-/// The address of a resource's bytes, aligned to 4; they must not be changed. @return null for null.
+/// The address of a resource's bytes, aligned as in the file, which is to 4 as a rule; they must not be changed.
+/// @return null for null.
 KELPLATFORM_API LPVOID WINAPI LockResource(HGLOBAL block);
 
 } // extern "C"

@@ -29,7 +29,8 @@ KELPLATFORM_API bool DisarmFault();
 /// The name of the call that met the last armed fault, "" if none did.
 KELPLATFORM_API const char* FaultedCall();
 
-/// What is open now: handles of every kind but the standard ones, and views of mappings.
+/// What is open now: handles of every kind but the standard ones, accelerator tables, views of mappings, and uses of
+/// modules.
 KELPLATFORM_API std::size_t OpenHandles();
 
 /// Drawing objects that are alive: contexts, bitmaps, brushes … but for the stock objects.
@@ -43,5 +44,9 @@ KELPLATFORM_API std::size_t GlobalBlocks();
 
 /// What GetVersionExA reports from now on; all zero brings the layer's own answer back.
 KELPLATFORM_API void ReportVersion(DWORD platformId, DWORD major, DWORD minor);
+
+/// Makes the registry live in the file @p path (":memory:": in memory, empty), or where it usually does if @p path is
+/// empty, from the next call on. Open keys lose their meaning.
+KELPLATFORM_API void UseHive(const char* path);
 
 } // namespace kel::platform

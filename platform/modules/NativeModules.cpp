@@ -1,0 +1,121 @@
+#include "platform/modules/NativeModules.h"
+
+#include "platform/kernel/LastError.h"
+
+#include <dlfcn.h>
+#include <link.h>
+#include <unistd.h>
+
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+
+namespace kel::platform {
+namespace {
+
+// The loader's name of the program is what it was called by; the host knows its file.
+std::string ProgramPath() {
+    char path[PATH_MAX];
+    const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
+    return length == -1 ? std::string() : std::string(path, static_cast<std::size_t>(length));
+}
+
+std::string ResolvedPath(const char* name) {
+    char path[PATH_MAX];
+    return realpath(name, path) == nullptr ? std::string(name) : std::string(path);
+}
+
+const void* BaseOf(const dl_phdr_info& info) {
+    for (int i = 0; i < info.dlpi_phnum; ++i)
+        if (info.dlpi_phdr[i].p_type == PT_LOAD) {
+            const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+            return reinterpret_cast<const void*>((info.dlpi_addr + info.dlpi_phdr[i].p_vaddr) & ~(page - 1));
+        }
+    return nullptr;
+}
+
+struct Listed {
+    const void* base;
+    std::string name;
+};
+
+// The loader holds its lock meanwhile: nothing but names is taken down.
+int ListOne(dl_phdr_info* info, std::size_t, void* list) {
+    static_cast<std::vector<Listed>*>(list)->push_back({BaseOf(*info), info->dlpi_name});
+    return 0;
+}
+
+// Where the program lies.
+const void* ProgramBase() {
+    static const void* const base = [] {
+        std::vector<Listed> modules;
+        dl_iterate_phdr(ListOne, &modules);
+        return modules.front().base;
+    }();
+    return base;
+}
+
+std::string PathOf(const void* base, const char* name) {
+    return base == ProgramBase() ? ProgramPath() : ResolvedPath(name);
+}
+
+// The loader tells its reasons in words only.
+DWORD LoadError() {
+    const char* reason = dlerror();
+    if (std::strstr(reason, "undefined symbol"))
+        return ERROR_PROC_NOT_FOUND;
+    return std::strstr(reason, "cannot open shared object file") ? ERROR_MOD_NOT_FOUND : ERROR_BAD_EXE_FORMAT;
+}
+
+} // namespace
+
+bool NativeModuleAt(const void* address, NativeModule& module) {
+    Dl_info info;
+    if (dladdr(address, &info) == 0)
+        return false;
+    module = {info.dli_fbase, PathOf(info.dli_fbase, info.dli_fname)};
+    return true;
+}
+
+std::vector<NativeModule> NativeModules() {
+    std::vector<Listed> listed;
+    dl_iterate_phdr(ListOne, &listed);
+    std::vector<NativeModule> modules;
+    for (const Listed& module : listed)
+        modules.push_back({module.base, PathOf(module.base, module.name.c_str())});
+    return modules;
+}
+
+void* LoadNative(const std::string& name) {
+    void* loaded = dlopen(name.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (loaded == nullptr)
+        Fail(LoadError());
+    return loaded;
+}
+
+void* HoldNative(const std::string& hostPath) {
+    return dlopen(hostPath.c_str(), RTLD_LAZY | RTLD_NOLOAD);
+}
+
+void FreeNative(void* loaded) {
+    dlclose(loaded);
+}
+
+NativeModule DescribeNative(void* loaded) {
+    link_map* map = nullptr;
+    NativeModule module;
+    if (dlinfo(loaded, RTLD_DI_LINKMAP, &map) == 0)
+        NativeModuleAt(map->l_ld, module);
+    return module;
+}
+
+void* FindExport(const std::string& hostPath, const char* name) {
+    void* loaded = dlopen(hostPath.empty() ? nullptr : hostPath.c_str(), RTLD_LAZY | RTLD_NOLOAD);
+    if (loaded == nullptr)
+        return nullptr;
+    void* found = dlsym(loaded, name);
+    dlclose(loaded);
+    return found;
+}
+
+} // namespace kel::platform
