@@ -162,8 +162,7 @@ void CheckLoop(const Loop& loop, const Shape& shape) {
     OnEachRoad([&] {
         Picture picture = before;
         loop.run(picture, other);
-        const auto [wrong, right] =
-            std::mismatch(picture.memory.begin(), picture.memory.end(), expected.memory.begin());
+        const auto wrong = std::mismatch(picture.memory.begin(), picture.memory.end(), expected.memory.begin()).first;
         CAPTURE(wrong - picture.memory.begin());
         REQUIRE(wrong == picture.memory.end());
     });
