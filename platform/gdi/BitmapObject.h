@@ -39,6 +39,7 @@ public:
 
     DWORD PublicType() const override { return OBJ_BITMAP; }
     int Describe(int size, void* buffer) const override;
+    std::string Details() const override;
 
     Surface Pixels() const;
     int Width() const { return m_layout.width; }
@@ -51,6 +52,9 @@ public:
     /// The lowest address of the pixels.
     std::uint8_t* Memory() const { return m_memory; }
     int RowBytes() const { return m_rowBytes; }
+
+    /// Bytes of a row as GetBitmapBits shows it.
+    int VisibleRowBytes() const { return static_cast<int>(WordRowBytes(std::int64_t{Width()} * Bits())); }
 
     /// The colour table, empty for deeper formats and for device-dependent monochrome bitmaps.
     std::vector<RGBQUAD>& Table() { return m_layout.table; }
@@ -66,8 +70,11 @@ private:
     std::uint8_t* m_memory; // in it, aligned to a cache line
 };
 
-/// The format of that many bits a pixel; bits between two depths count as the next one. 16 bits are 5-5-5.
-/// @return false for 0 and beyond 32.
+/// The red, green and blue bits of a format of 16 bits and more.
+const DWORD* MasksOf(PixelFormat format);
+
+/// The format of that many bits a pixel; bits between two depths count as the next one, 0 as 1. 16 bits are 5-5-5.
+/// @return false beyond 32.
 bool FormatOfBits(UINT bits, PixelFormat& format);
 
 /// A device-dependent bitmap without pixels of the caller's.

@@ -17,6 +17,7 @@ public:
 
     DWORD PublicType() const override { return OBJ_BRUSH; }
     int Describe(int size, void* buffer) const override;
+    std::string Details() const override;
 
     UINT Style() const { return m_description.lbStyle; }
     COLORREF Colour() const { return m_description.lbColor; }
@@ -39,6 +40,7 @@ public:
 
     DWORD PublicType() const override { return OBJ_PEN; }
     int Describe(int size, void* buffer) const override;
+    std::string Details() const override;
     const LOGPEN& Description() const { return m_description; }
 
 private:

@@ -3,6 +3,8 @@
 /// @file
 /// Regions of device pixels.
 
+#include "platform/gdi/GdiObject.h"
+
 #include <kelcore/platform/devicecontexts.h>
 
 #include <pixman.h>
@@ -43,6 +45,19 @@ private:
     pixman_region32_t* Mutable() const { return const_cast<pixman_region32_t*>(&m_region); }
 
     pixman_region32_t m_region;
+};
+
+class RegionObject final : public GdiObject {
+public:
+    static constexpr GdiType kType = GdiType::Region;
+
+    explicit RegionObject(Region region) : GdiObject(kType), m_region(std::move(region)) {}
+
+    DWORD PublicType() const override { return OBJ_REGION; }
+    Region& Pixels() { return m_region; }
+
+private:
+    Region m_region;
 };
 
 } // namespace kel::platform

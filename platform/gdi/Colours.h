@@ -17,6 +17,9 @@ constexpr COLORREF ColourOf(const RGBQUAD& entry) {
     return RGB(entry.rgbRed, entry.rgbGreen, entry.rgbBlue);
 }
 
+/// The plain colour that a caller's COLORREF means: an index of the default palette is looked up, flags are dropped.
+COLORREF Resolved(COLORREF colour);
+
 constexpr RGBQUAD EntryOf(COLORREF colour) {
     return {GetBValue(colour), GetGValue(colour), GetRValue(colour), 0};
 }

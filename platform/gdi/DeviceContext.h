@@ -49,6 +49,7 @@ public:
     explicit DeviceContext(Kind kind);
 
     DWORD PublicType() const override { return m_kind == Kind::Memory ? OBJ_MEMDC : OBJ_DC; }
+    std::string Details() const override;
     bool IsMemory() const { return m_kind == Kind::Memory; }
 
     /// Where drawing goes: the selected bitmap or the screen.
@@ -69,6 +70,8 @@ public:
     /// Replaces the clip region. @return its kind; of none: that of the surface's bounds.
     int SetClip(std::optional<Region> region);
 
+    /// Whether the bitmap may be selected: into memory contexts, into one at a time, of a format that fits.
+    bool Takes(const BitmapObject& bitmap) const;
     void SelectBitmap(std::shared_ptr<BitmapObject> bitmap);
 
     int Save();
@@ -80,13 +83,20 @@ public:
     /// The edges in order, whichever order they had.
     RECT ToDevice(RECT rect) const;
 
+    /// From device to logical units.
+    POINT ToLogical(POINT point) const;
+
+    /// The colour of the selected brush, if it has one.
+    COLORREF BrushColour() const;
+
 private:
-    void EnsureClip();
+    bool Holds(const BitmapObject& bitmap) const;
 
     const Kind m_kind;
     ContextState m_state;
     std::vector<ContextState> m_saved;
-    std::optional<Region> m_visible; // made when asked for
+    std::optional<Region> m_visible;       // made when asked for
+    mutable std::uint8_t m_stockPixel = 0; // of the stock bitmap
 };
 
 /// The context of a handle; null with ERROR_INVALID_HANDLE.

@@ -26,7 +26,10 @@ struct DibFormat {
 ///         depth, compression or masks, or pixels of 2^31 bytes and more. @throws std::bad_alloc
 bool ReadDibFormat(const BITMAPINFO& info, UINT usage, const DeviceContext* context, DibFormat& format);
 
-/// Where the colour table, or the masks, of @p header begin.
+/// The same without the colour table, which stays empty.
+bool ReadDibHeader(const BITMAPINFOHEADER& header, UINT usage, DibFormat& format);
+
+/// Where the colour table of @p header begins.
 const void* AfterHeader(const BITMAPINFOHEADER& header);
 
 } // namespace kel::platform

@@ -17,6 +17,7 @@
 #include <cstdint>
 #include <memory>
 #include <new>
+#include <string>
 
 namespace kel::platform {
 
@@ -35,7 +36,7 @@ public:
     bool IsStock() const { return m_stock; }
 
     /// In how many contexts, and states put aside, it is selected.
-    int Selections() const { return m_selections.load(std::memory_order_acquire); }
+    int Selections() const { return m_selections; }
 
     /// What GetObjectType tells.
     virtual DWORD PublicType() const = 0;
@@ -43,12 +44,15 @@ public:
     /// GetObjectA: stores the description, or answers its size for a null @p buffer. 0 if the object has none.
     virtual int Describe(int /*size*/, void* /*buffer*/) const { return 0; }
 
+    /// What the ledger says beside the kind: sizes, colours.
+    virtual std::string Details() const { return {}; }
+
 private:
     friend class GdiTable;
     friend class Selection;
     const GdiType m_type;
     bool m_stock = false;
-    bool m_doomed = false; // deleted while selected; guarded by the table's lock
+    std::atomic<bool> m_doomed{false}; // deleted, perhaps while selected
     HGDIOBJ m_handle = nullptr;
     std::atomic<int> m_selections{0};
 };

@@ -6,6 +6,7 @@ target_sources(kelplatform PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/FileOpen.cpp
   ${CMAKE_CURRENT_LIST_DIR}/FilePosition.cpp
   ${CMAKE_CURRENT_LIST_DIR}/FileTransfer.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/GlobalMemory.cpp
   ${CMAKE_CURRENT_LIST_DIR}/HandleCalls.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Handles.cpp
   ${CMAKE_CURRENT_LIST_DIR}/LastError.cpp

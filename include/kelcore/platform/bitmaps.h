@@ -89,12 +89,13 @@ extern "C" {
 /// size is beyond what a bitmap can have, with ERROR_INVALID_PARAMETER for arguments that make no bitmap.
 /// @{
 
-/// A device-dependent bitmap. A width or height of 0 gives a monochrome bitmap of one pixel.
+/// A device-dependent bitmap. A width or height of 0 gives a monochrome bitmap of one pixel, a negative one counts as
+/// positive.
 /// @param planes 1.
 /// @param bits the first pixels, rows from the top padded to 2 bytes; null leaves them zero.
 KELPLATFORM_API HBITMAP WINAPI CreateBitmap(int width, int height, UINT planes, UINT depth, const void* bits);
 
-/// The same from a description, whose rows may be longer.
+/// The same from a description; the length of rows that it tells is not looked at.
 KELPLATFORM_API HBITMAP WINAPI CreateBitmapIndirect(const BITMAP* bitmap);
 
 /// A bitmap, all zero, that can be selected into memory contexts compatible with @p dc: of the screen's depth for the
@@ -116,17 +117,20 @@ KELPLATFORM_API HBITMAP WINAPI CreateDIBitmap(HDC dc, const BITMAPINFOHEADER* he
                                               const BITMAPINFO* info, UINT usage);
 /// @}
 
-/// Fetches rows of @p bitmap as a DIB in the format that @p info asks for. Rows count from the bottom, whichever order
-/// the DIB has; colours come out as the nearest of the DIB's table, which is written to @p info for depths of 8 and
-/// less.
-/// @param dc gives the palette; any context.
-/// @param bits null asks for the header alone: with biBitCount 0 it is filled from the bitmap (with room for the header
-///        only), otherwise biSizeImage and the colour table are.
-/// @return the number of rows stored (of a query: 1 and up means success), 0 on failure.
+/// Fetches rows of @p bitmap as a DIB in the format that @p info asks for. Rows count from the bottom of the DIB,
+/// whichever order it has; the DIB's top row is the bitmap's, and what the bitmap lacks is zero. Colours become the
+/// nearest of the DIB's table, which is written to @p info in full for depths of 8 and less: that of a section of this
+/// depth, else the default one. Masks of BI_BITFIELDS are written as well.
+/// @param bits null asks for the header alone: with biBitCount 0 it is filled from the bitmap (with room for 40 bytes
+///        only), otherwise biSizeImage, the colour table and the masks are.
+/// @return the number of rows that came from the bitmap; of a query without pixels its height, otherwise 1. 0 on
+/// failure.
 KELPLATFORM_API int WINAPI GetDIBits(HDC dc, HBITMAP bitmap, UINT start, UINT lines, LPVOID bits, LPBITMAPINFO info,
                                      UINT usage);
 
-/// Stores rows of a DIB in @p bitmap, the colours matched to the bitmap's. @return the number of rows stored.
+/// Stores rows of a DIB in @p bitmap, the colours matched to the bitmap's. Rows count as in GetDIBits.
+/// @param dc gives the palette for DIB_PAL_COLORS; may be null otherwise.
+/// @return the number of rows taken from @p bits, 0 on failure.
 KELPLATFORM_API int WINAPI SetDIBits(HDC dc, HBITMAP bitmap, UINT start, UINT lines, const void* bits,
                                      const BITMAPINFO* info, UINT usage);
 

@@ -163,6 +163,10 @@ KELPLATFORM_API int WINAPI ExcludeClipRect(HDC dc, int left, int top, int right,
 /// Stores the smallest rectangle around what drawing can reach: the surface within the clip region.
 KELPLATFORM_API int WINAPI GetClipBox(HDC dc, LPRECT box);
 
+/// A region of the pixels of a rectangle, whose edges may be in either order. The caller deletes it.
+/// @return null with ERROR_NOT_ENOUGH_MEMORY.
+KELPLATFORM_API HRGN WINAPI CreateRectRgn(int left, int top, int right, int bottom);
+
 /// Makes a copy of @p region, in device units, the clip region; null removes the clip region.
 KELPLATFORM_API int WINAPI SelectClipRgn(HDC dc, HRGN region);
 /// @}

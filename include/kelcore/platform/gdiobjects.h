@@ -104,9 +104,9 @@ extern "C" {
 ///         region HGDI_ERROR) with ERROR_INVALID_HANDLE on failure.
 KELPLATFORM_API HGDIOBJ WINAPI SelectObject(HDC dc, HGDIOBJ object);
 
-/// Deletes an object of any kind, a device context as DeleteDC. The handle is invalid at once; an object that is
-/// selected somewhere lives on there until it is deselected. Stock objects are left alone, with TRUE.
-/// @return FALSE for what is no object, or no more.
+/// Deletes an object of any kind, a device context as DeleteDC. An object that is selected somewhere goes, and its
+/// handle with it, when it is deselected; the call succeeds then, too. Stock objects are left alone, with TRUE.
+/// @return FALSE with ERROR_INVALID_HANDLE for what is no object, or no more.
 KELPLATFORM_API BOOL WINAPI DeleteObject(HGDIOBJ object);
 
 /// One of the objects that are always there. @return null for another @p index.
@@ -121,7 +121,7 @@ KELPLATFORM_API DWORD WINAPI GetObjectType(HGDIOBJ object);
 /// Describes an object: a bitmap by a BITMAP, a DIB section also by a DIBSECTION (whoever has room for one gets one), a
 /// brush by a LOGBRUSH, a pen by a LOGPEN, a palette by the WORD number of its entries.
 /// @param buffer null asks for the size of the description.
-/// @param size of the buffer. Brushes and pens are cut to it; a bitmap is not described in less than a BITMAP.
+/// @param size of the buffer. A brush's description is cut to it; the others need room for all of theirs.
 /// @return the bytes stored, or needed; 0 on failure.
 KELPLATFORM_API int WINAPI GetObjectA(HANDLE object, int size, LPVOID buffer);
 

@@ -1,0 +1,140 @@
+#include "platform/gdi/DeviceContext.h"
+
+#include "platform/gdi/Colours.h"
+#include "platform/gdi/Screen.h"
+#include "platform/gdi/StockObjects.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kel::platform {
+namespace {
+
+// Halves are rounded up, as the system does; an extent of 0 cannot be set.
+int Scaled(int value, int multiplier, int divisor) {
+    if (multiplier == divisor)
+        return value;
+    return static_cast<int>(std::floor(static_cast<double>(value) * multiplier / divisor + 0.5));
+}
+
+// Coordinates wrap rather than overflow.
+int Sum(int a, int b) {
+    return static_cast<int>(static_cast<unsigned>(a) + static_cast<unsigned>(b));
+}
+
+int Difference(int a, int b) {
+    return static_cast<int>(static_cast<unsigned>(a) - static_cast<unsigned>(b));
+}
+
+} // namespace
+
+DeviceContext::DeviceContext(Kind kind) : GdiObject(kType), m_kind(kind) {
+    if (kind == Kind::Memory)
+        m_state.bitmap = Selected(StockBitmap());
+    m_state.brush = Selected(Stock<BrushObject>(WHITE_BRUSH));
+    m_state.pen = Selected(Stock<PenObject>(BLACK_PEN));
+    m_state.palette = Selected<GdiObject>(Stock<PaletteObject>(DEFAULT_PALETTE));
+}
+
+std::string DeviceContext::Details() const {
+    return IsMemory() ? "memory" : "screen";
+}
+
+Surface DeviceContext::Target() const {
+    if (!IsMemory())
+        return Screen();
+    Surface surface = m_state.bitmap->Pixels();
+    // All contexts share the stock bitmap, on all threads, but not what is drawn on it.
+    if (m_state.bitmap->IsStock())
+        surface.top = &m_stockPixel;
+    return surface;
+}
+
+const Region& DeviceContext::Visible() {
+    if (!m_visible) {
+        const Surface target = Target();
+        Region visible(RECT{0, 0, target.width, target.height});
+        if (m_state.clip)
+            visible.Intersect(*m_state.clip);
+        m_visible = std::move(visible);
+    }
+    return *m_visible;
+}
+
+int DeviceContext::IntersectClip(const Region& region) {
+    Region clip(m_state.clip ? *m_state.clip : region);
+    clip.Intersect(region);
+    return SetClip(std::move(clip));
+}
+
+int DeviceContext::ExcludeClip(const Region& region) {
+    const Surface target = Target();
+    Region clip(m_state.clip ? *m_state.clip : Region(RECT{0, 0, target.width, target.height}));
+    clip.Subtract(region);
+    return SetClip(std::move(clip));
+}
+
+int DeviceContext::SetClip(std::optional<Region> region) {
+    m_state.clip = std::move(region);
+    m_visible.reset();
+    return m_state.clip ? m_state.clip->Kind() : SIMPLEREGION;
+}
+
+bool DeviceContext::Holds(const BitmapObject& bitmap) const {
+    const auto holds = [&](const ContextState& state) { return state.bitmap.Get() == &bitmap; };
+    return holds(m_state) || std::any_of(m_saved.begin(), m_saved.end(), holds);
+}
+
+bool DeviceContext::Takes(const BitmapObject& bitmap) const {
+    const bool fits = bitmap.IsSection() || bitmap.Format() == PixelFormat::Mono || bitmap.Format() == Screen().format;
+    return IsMemory() && fits && (bitmap.IsStock() || bitmap.Selections() == 0 || Holds(bitmap));
+}
+
+void DeviceContext::SelectBitmap(std::shared_ptr<BitmapObject> bitmap) {
+    m_state.bitmap = Selected(std::move(bitmap));
+    m_visible.reset();
+}
+
+int DeviceContext::Save() {
+    m_saved.push_back(m_state);
+    return static_cast<int>(m_saved.size());
+}
+
+bool DeviceContext::Restore(int level) {
+    const int count = static_cast<int>(m_saved.size());
+    const int index = level < 0 ? count + level : level - 1;
+    if (level == 0 || index < 0 || index >= count)
+        return false;
+    m_state = std::move(m_saved[static_cast<std::size_t>(index)]);
+    m_saved.resize(static_cast<std::size_t>(index));
+    m_visible.reset();
+    return true;
+}
+
+POINT DeviceContext::ToDevice(POINT point) const {
+    const Mapping& map = m_state.mapping;
+    return {Sum(Scaled(Difference(point.x, map.windowOrigin.x), map.viewportExtent.cx, map.windowExtent.cx),
+                map.viewportOrigin.x),
+            Sum(Scaled(Difference(point.y, map.windowOrigin.y), map.viewportExtent.cy, map.windowExtent.cy),
+                map.viewportOrigin.y)};
+}
+
+RECT DeviceContext::ToDevice(RECT rect) const {
+    const POINT first = ToDevice(POINT{rect.left, rect.top});
+    const POINT last = ToDevice(POINT{rect.right, rect.bottom});
+    return {std::min(first.x, last.x), std::min(first.y, last.y), std::max(first.x, last.x), std::max(first.y, last.y)};
+}
+
+POINT DeviceContext::ToLogical(POINT point) const {
+    const Mapping& map = m_state.mapping;
+    return {Sum(Scaled(Difference(point.x, map.viewportOrigin.x), map.windowExtent.cx, map.viewportExtent.cx),
+                map.windowOrigin.x),
+            Sum(Scaled(Difference(point.y, map.viewportOrigin.y), map.windowExtent.cy, map.viewportExtent.cy),
+                map.windowOrigin.y)};
+}
+
+COLORREF DeviceContext::BrushColour() const {
+    return Resolved(m_state.brush->Handle() == StockObject(DC_BRUSH) ? m_state.brushColour : m_state.brush->Colour());
+}
+
+} // namespace kel::platform
