@@ -83,13 +83,17 @@ void Hive::Configure() {
 }
 
 void Hive::EnterWalMode() {
-    Query mode((*this)["PRAGMA journal_mode = WAL"]);
-    if (!mode.Next() || mode.Bytes(0) != "wal")
+    if (!Answers("PRAGMA journal_mode = WAL", "wal"))
         throw RegistryFailure{ERROR_CANTOPEN};
     // A commit is in the log, whole, whatever becomes of the process. RegFlushKey adds what the loss of power asks for.
     Run("PRAGMA synchronous = NORMAL");
     Read([this] { Run("SELECT 1 FROM keys LIMIT 1"); });
     m_index.Attach(m_database.get());
+}
+
+bool Hive::Answers(const char* sql, std::string_view text) {
+    Query row((*this)[sql]);
+    return row.Next() && row.Bytes(0) == text;
 }
 
 Statement& Hive::operator[](const char* sql) {

@@ -62,6 +62,7 @@ private:
     void Configure();
     void EnterWalMode();
     void Run(const char* sql) { Query((*this)[sql]).Run(); }
+    bool Answers(const char* sql, std::string_view text);
     void RollBack() noexcept;
 
     // Whether to try again after @p failure; pauses first.
