@@ -11,6 +11,13 @@ using namespace kel::platform;
 
 namespace {
 
+/// The file of exactly that name, which a program here has without an extension, or else the one that a module's name
+/// stands for.
+DWORD FindVersionedFile(const std::string& name, std::string& hostPath) {
+    const ModuleName exact((name + '.').c_str());
+    return FindModuleFile(exact, hostPath) == NO_ERROR ? NO_ERROR : FindModuleFile(ModuleName(name.c_str()), hostPath);
+}
+
 /// The version record of a file.
 class VersionOfFile {
 public:
@@ -36,7 +43,7 @@ public:
 private:
     bool Open(LPCSTR name) {
         std::string hostPath;
-        if (const DWORD error = FindModuleFile(ModuleName(name), hostPath))
+        if (const DWORD error = FindVersionedFile(name, hostPath))
             return Fail(error);
         m_resources = ReadResourcesOf(hostPath);
         if (!m_resources)
