@@ -1,0 +1,147 @@
+#include "tests/support/Faults.h"
+#include "tests/support/Threads.h"
+
+#include <kelcore/runtime/threads.h>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <semaphore>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+namespace {
+
+// Runs a function as its job.
+class Worker final : public Thread {
+public:
+    explicit Worker(std::function<void()> job) : m_job(std::move(job)) {}
+    ~Worker() override { waitForEnd(INFINITE); }
+    void run() override { m_job(); }
+
+private:
+    std::function<void()> m_job;
+};
+
+} // namespace
+
+TEST_CASE("a worker runs one job at a time, and only with a priority there is") {
+    std::binary_semaphore mayEnd(0);
+    int runs = 0;
+    bool inJob = true;
+    Worker worker([&] {
+        ++runs;
+        inJob = worker.start(Thread::Normal) || worker.waitForEnd(0) || worker.waitForEnd(5);
+        mayEnd.acquire();
+    });
+    CHECK(worker.waitForEnd(0));
+    CHECK_FALSE(worker.start(static_cast<Thread::Priority>(7)));
+    CHECK(worker.waitForEnd(0));
+    for (int run = 1; run <= 2; ++run) {
+        CHECK(worker.start(Thread::Normal));
+        CHECK_FALSE(worker.start(Thread::Normal));
+        CHECK_FALSE(worker.waitForEnd(0));
+        CHECK_FALSE(worker.waitForEnd(10));
+        mayEnd.release();
+        CHECK(worker.waitForEnd(0xFFFFFFFF));
+        CHECK(worker.waitForEnd(0));
+        CHECK(runs == run);
+        CHECK_FALSE(inJob);
+    }
+}
+
+TEST_CASE("a job runs at the priority it was started with") {
+    const int levels[] = {1, -1, 2, -15, -2, 0, 15};
+    for (int priority = Thread::AboveNormal; priority <= Thread::TimeCritical; ++priority) {
+        std::binary_semaphore started(0);
+        Worker worker([&] {
+            started.acquire();
+            CHECK(GetThreadPriority(GetCurrentThread()) == levels[priority]);
+        });
+        CHECK(worker.start(static_cast<Thread::Priority>(priority)));
+        started.release();
+    }
+}
+
+TEST_CASE("destroying a worker waits for its job and leaves the last error alone") {
+    // No wait of its own: that of the base is meant.
+    struct Slow final : Thread {
+        std::atomic<bool>& ended;
+        std::binary_semaphore& running;
+        Slow(std::atomic<bool>& ended, std::binary_semaphore& running) : ended(ended), running(running) {}
+        void run() override {
+            std::atomic<bool>& flag = ended;
+            running.release();
+            Sleep(20);
+            flag = true;
+        }
+    };
+    std::atomic<bool> ended{false};
+    std::binary_semaphore running(0);
+    auto worker = std::make_unique<Slow>(ended, running);
+    REQUIRE(worker->start(Thread::Normal));
+    running.acquire();
+    SetLastError(777);
+    worker.reset();
+    CHECK(ended);
+    CHECK(GetLastError() == 777);
+}
+
+TEST_CASE("a worker takes each failing call for what it is") {
+    const auto faulted = [](std::string_view call) { return kel::test::FaultedCall() == call; };
+    kel::test::WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [&] {
+        std::binary_semaphore ran(0);
+        std::atomic<int> runs{0};
+        Worker worker([&] {
+            ++runs;
+            ran.release();
+        });
+        const bool started = worker.start(Thread::Highest);
+        const bool made = !faulted("CreateSemaphoreA");
+        const bool notTried = faulted("WaitForSingleObject");
+        CHECK(started == (made && !notTried && !faulted("_beginthread")));
+        if (started)
+            ran.acquire();
+        const bool ended = worker.waitForEnd(INFINITE);
+        CHECK(ended == (made && (notTried || !faulted("WaitForSingleObject"))));
+        CHECK(runs == started);
+    });
+}
+
+TEST_CASE("several threads may start one worker and wait for it") {
+    std::atomic<int> runs{0}, inside{0}, most{0}, starts{0};
+    Worker worker([&] {
+        most = std::max<int>(most, ++inside);
+        ++runs;
+        --inside;
+    });
+    std::vector<std::thread> users;
+    for (int i = 0; i < 4; ++i)
+        users.emplace_back([&] {
+            for (int turn = 0; turn < 200; ++turn) {
+                starts += worker.start(Thread::Normal);
+                CHECK_UNARY(worker.waitForEnd(INFINITE));
+            }
+        });
+    for (std::thread& user : users)
+        user.join();
+    CHECK(runs == starts);
+    CHECK(runs > 0);
+    CHECK(most == 1);
+}
+
+TEST_CASE("ten thousand starts leave no thread") {
+    const std::size_t handles = kel::test::OpenHandles();
+    {
+        std::atomic<int> runs{0};
+        Worker worker([&] { ++runs; });
+        for (int i = 0; i < 10'000; ++i) {
+            CHECK_UNARY(worker.start(Thread::Normal));
+            CHECK_UNARY(worker.waitForEnd(INFINITE));
+        }
+        CHECK(runs == 10'000);
+    }
+    CHECK(kel::test::ExtraThreadsEnd());
+    CHECK(kel::test::OpenHandles() == handles);
+}

@@ -1,0 +1,63 @@
+#include "tests/support/Faults.h"
+#include "tests/support/Threads.h"
+
+#include <kelcore/runtime/timers.h>
+
+#include <atomic>
+#include <semaphore>
+#include <thread>
+#include <vector>
+
+namespace {
+
+struct Target final : ITimerTarget {
+    void OnTimer(unsigned int timer) override {
+        id = timer;
+        called.release();
+    }
+    std::atomic<unsigned int> id{0};
+    std::counting_semaphore<1000000> called{0};
+};
+
+} // namespace
+
+TEST_CASE("a timer calls its target once or again and again, by its delay") {
+    static Target target; // on Windows a callback may still be under way when a timer is killed
+    struct Row {
+        unsigned int resolution, delay;
+        bool periodic;
+    };
+    for (const Row& row : {Row{0, 1, false}, Row{1000, 2, true}, Row{0, 1, true}}) {
+        const unsigned int timer = KelSetTimer(row.resolution, row.delay, &target, row.periodic);
+        REQUIRE(timer != 0);
+        for (int calls = 0; calls < (row.periodic ? 5 : 1); ++calls)
+            target.called.acquire();
+        CHECK(target.id == timer);
+        CHECK(target.called.try_acquire_for(std::chrono::milliseconds(20)) == row.periodic);
+        KelKillTimer(timer);
+        KelKillTimer(timer);
+    }
+    CHECK(KelSetTimer(10, 0, &target, false) == 0);
+    kel::test::WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [] {
+        const unsigned int timer = KelSetTimer(0, 60'000, &target, false);
+        CHECK((timer == 0) == (kel::test::FaultedCall() == std::string_view("timeSetEvent")));
+        KelKillTimer(timer);
+    });
+    CHECK(kel::test::ExtraThreadsEnd());
+}
+
+TEST_CASE("ten thousand timers set and killed by four threads leave no thread") {
+    static Target target;
+    std::vector<std::thread> users;
+    for (int i = 0; i < 4; ++i)
+        users.emplace_back([&] {
+            for (unsigned int turn = 0; turn < 2'500; ++turn) {
+                const unsigned int timer = KelSetTimer(0, 1 + turn % 3, &target, turn % 2 != 0);
+                CHECK_UNARY(timer != 0);
+                KelKillTimer(timer);
+            }
+        });
+    for (std::thread& user : users)
+        user.join();
+    CHECK(kel::test::ExtraThreadsEnd());
+}
