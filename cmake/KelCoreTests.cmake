@@ -10,6 +10,7 @@ set(kelcore_test_platform $<IF:$<BOOL:${WIN32}>,Windows,Native>)
 add_library(kelcore_test_main OBJECT
   ${PROJECT_SOURCE_DIR}/tests/support/main.cpp
   ${PROJECT_SOURCE_DIR}/tests/support/Faults${kelcore_test_platform}.cpp
+  ${PROJECT_SOURCE_DIR}/tests/support/MessageBoxes${kelcore_test_platform}.cpp
   ${PROJECT_SOURCE_DIR}/tests/support/SecondProcess${kelcore_test_platform}.cpp
   ${PROJECT_SOURCE_DIR}/tests/support/Threads${kelcore_test_platform}.cpp)
 target_include_directories(kelcore_test_main SYSTEM PUBLIC ${kelcore_doctest_include})

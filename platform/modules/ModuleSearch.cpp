@@ -57,7 +57,7 @@ private:
 ModuleName::ModuleName(LPCSTR name) : m_text(Utf8FromAnsi(name)) {
     const std::size_t file = m_text.find_last_of("\\/:") + 1;
     m_plain = file == 0;
-    if (file == m_text.size())
+    if (m_text.find_first_not_of('.', file) == std::string::npos)
         return;
     if (m_text.back() == '.')
         m_text.pop_back();
