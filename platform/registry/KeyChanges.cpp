@@ -2,6 +2,7 @@
 
 #include "platform/kernel/HostText.h"
 #include "platform/registry/HiveSchema.h"
+#include "platform/registry/RegistryAsks.h"
 
 #include <kelcore/platform/registry.h>
 
@@ -111,18 +112,13 @@ void SetValueChange::Make(Hive& hive) {
     m_row = hive.LastRow();
 }
 
-Value SetValueChange::Remembered() const {
-    Value value;
-    value.id = m_row;
-    value.folded = name.folded;
-    value.name = AnsiFromUtf8(name.text);
+// What was stored, as the narrow calls give it out; large data is left to be fetched.
+void SetValueChange::Remember(Value& value) const {
     value.type = type;
     value.data = NarrowData(type, m_stored);
     value.size = static_cast<DWORD>(value.data.size());
-    value.hasData = value.data.size() <= RegistryCache::kLargeData;
-    if (!value.hasData)
-        std::string().swap(value.data);
-    return value;
+    value.hasData = true;
+    ReleaseLarge(value);
 }
 
 void SetValueChange::Record(RegistryCache& cache) const {
@@ -130,14 +126,19 @@ void SetValueChange::Record(RegistryCache& cache) const {
     if (node == nullptr)
         return;
     node->lastWrite.reset();
-    Value fresh = Remembered();
-    cache.Count(sizeof fresh + fresh.data.size());
-    if (m_isNew) {
-        node->Put(std::move(fresh));
+    cache.Count(m_stored.size());
+    if (!m_isNew) {
+        if (Value* const known = node->Find(name.folded))
+            Remember(*known);
         return;
     }
-    if (Value* const known = node->Find(name.folded))
-        KeyNode::Replace(*known, std::move(fresh));
+    Value value;
+    value.id = m_row;
+    value.folded = name.folded;
+    value.name = AnsiFromUtf8(name.text);
+    Remember(value);
+    cache.Count(sizeof value + name.text.size() * 2);
+    node->Put(std::move(value));
 }
 
 DefaultValueChange::DefaultValueChange(std::int64_t below, std::vector<Name> path, std::string_view text)

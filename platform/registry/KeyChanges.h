@@ -58,7 +58,7 @@ struct SetValueChange {
     void Record(RegistryCache& cache) const;
 
 private:
-    Value Remembered() const;
+    void Remember(Value& value) const;
 
     std::string m_room;
     std::string_view m_stored; // data in the form that the hive holds

@@ -54,6 +54,20 @@ public:
         return Guarded([&] { return LookInHive(key, ask); });
     }
 
+    /// As Look, as far as what is remembered goes. @return nothing if that does not hold what is asked for.
+    template <class Ask>
+    std::optional<LONG> LookInMemory(std::int64_t key, const Ask& ask) {
+        const std::shared_lock guard(m_memoryLock);
+        if (!m_cache.IsCurrent())
+            return std::nullopt;
+        KeyNode* const node = m_cache.Find(key);
+        if (node == nullptr)
+            return std::nullopt;
+        if (!node->exists)
+            return ERROR_KEY_DELETED;
+        return ask.Knows(*node) ? std::optional<LONG>(ask.Use(*node)) : std::nullopt;
+    }
+
     /// Changes the hive in one transaction: `change.Look(Session&)` finds out what there is, `change.Make(Hive&)` does
     /// the work, and `change.Record(RegistryCache&)` repeats it in what is remembered. Each may end the call by
     /// throwing RegistryFailure, Record excepted.
@@ -81,19 +95,6 @@ public:
 
 private:
     Registry();
-
-    template <class Ask>
-    std::optional<LONG> LookInMemory(std::int64_t key, const Ask& ask) {
-        const std::shared_lock guard(m_memoryLock);
-        if (!m_cache.IsCurrent())
-            return std::nullopt;
-        KeyNode* const node = m_cache.Find(key);
-        if (node == nullptr)
-            return std::nullopt;
-        if (!node->exists)
-            return ERROR_KEY_DELETED;
-        return ask.Knows(*node) ? std::optional<LONG>(ask.Use(*node)) : std::nullopt;
-    }
 
     template <class Ask>
     LONG LookInHive(std::int64_t key, const Ask& ask) {

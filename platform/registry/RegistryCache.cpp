@@ -28,13 +28,6 @@ Value* KeyNode::Put(Value value) {
     return put;
 }
 
-void KeyNode::Replace(Value& known, Value fresh) {
-    known.type = fresh.type;
-    known.size = fresh.size;
-    known.hasData = fresh.hasData;
-    known.data = std::move(fresh.data);
-}
-
 void KeyNode::Remove(std::string_view folded) {
     const auto found = m_values.find(folded);
     if (found == m_values.end())

@@ -49,8 +49,6 @@ public:
     /// The value of a name, one with the row 0 if there is none, or null if that is not known.
     Value* Find(std::string_view folded);
     Value* Put(Value value);
-    /// Gives a known value another type and other data; its name and place stay.
-    static void Replace(Value& known, Value fresh);
     void Remove(std::string_view folded);
     /// Takes all values, in their order.
     void PutAll(std::vector<std::unique_ptr<Value>> values);

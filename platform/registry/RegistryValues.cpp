@@ -3,6 +3,7 @@
 #include "platform/registry/RegistryAsks.h"
 
 #include <cstring>
+#include <kelcore/platform/codepages.h>
 
 namespace kel::platform {
 namespace {
@@ -34,6 +35,24 @@ struct ValueAsk : Ask {
     }
     void Release(KeyNode& node) const { ReleaseLarge(*node.Find(folded)); }
 };
+
+// Whether a value is known to be what it is to be set to.
+struct SameAsk : Ask {
+    const SetValueChange& change;
+
+    explicit SameAsk(const SetValueChange& wanted) : change(wanted) {}
+    bool Knows(KeyNode& node) const {
+        const Value* const value = node.Find(change.name.folded);
+        return value != nullptr && value->hasData && value->type == change.type && value->data == change.data;
+    }
+};
+
+// Setting a value to what it is changes nothing, not even the time of the last change. A page that lacks characters may
+// show two texts alike.
+bool IsSetAlready(const SetValueChange& change) {
+    const bool isExact = !IsTextType(change.type) || GetACP() == CP_UTF8;
+    return isExact && Registry::Get().LookInMemory(change.key, SameAsk(change)) == ERROR_SUCCESS;
+}
 
 } // namespace
 
@@ -89,7 +108,7 @@ LONG WINAPI RegSetValueExA(HKEY key, LPCSTR name, DWORD reserved, DWORD type, co
         change.key = used.Id();
         change.type = type;
         change.data = {reinterpret_cast<const char*>(data), dataSize};
-        return Registry::Get().Commit(change);
+        return IsSetAlready(change) ? ERROR_SUCCESS : Registry::Get().Commit(change);
     });
 }
 
