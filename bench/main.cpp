@@ -24,6 +24,8 @@ void AddAllJobs() {
     kel::bench::AddFormatJobs();
     kel::bench::AddPathJobs();
     kel::bench::AddDirJobs();
+    kel::bench::AddModuleJobs();
+    kel::bench::AddPixelJobs();
 }
 
 bool PrintAllNotes(const kel::bench::Table& table) {

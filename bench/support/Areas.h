@@ -12,5 +12,7 @@ void AddTextJobs();
 void AddFormatJobs();
 void AddPathJobs();
 void AddDirJobs();
+void AddModuleJobs();
+void AddPixelJobs();
 
 } // namespace kel::bench
