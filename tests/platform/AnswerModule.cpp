@@ -1,8 +1,7 @@
 // A native module of the tests: what runs in it, and how it finds itself.
 
+#include <kelcore/export.h>
 #include <kelcore/platform.h>
-
-#define EXPORTED extern "C" __attribute__((visibility("default")))
 
 namespace {
 
@@ -25,13 +24,11 @@ struct Curious {
 
 } // namespace
 
-EXPORTED int Answer();
-int Answer() {
+extern "C" KELCORE_API int Answer() {
     return 42;
 }
 
-EXPORTED HMODULE OwnHandle();
-HMODULE OwnHandle() {
+extern "C" KELCORE_API HMODULE OwnHandle() {
     HMODULE own = nullptr;
     GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
                        reinterpret_cast<LPCSTR>(&g_data), &own);

@@ -140,8 +140,8 @@ TEST_CASE("damaged trees and records are refused") {
     const std::size_t entries = tree + 16;
     const Row rows[] = {
         {tree + 12, 0xFFFFFFFF, "<1812>"},                       // more entries than bytes
-        {entries + 4, 0x7FFFFFFF, "<1814>"},                     // data in place of a directory
-        {entries + 4, 0xFFFFFFF0, "<1814>"},                     // a directory behind the end
+        {entries + 4, 0x7FFFFFFF, "<1813>"},                     // data in place of a directory
+        {entries + 4, 0xFFFFFFF0, "<1813>"},                     // a directory behind the end
         {entries + 4, 0x80000000, "<1814>"},                     // a directory that is its own parent
         {entries, 0x80000000 | whole.At(header + 16), "<1813>"}, // a name behind the end
         {header + 12, address + 0x1000, "<193>"},                // no section where the tree should be
