@@ -1,5 +1,6 @@
 #pragma once
 
+#include <doctest/doctest.h>
 #include <kelcore/bitmap.h>
 
 #include <cstring>
@@ -14,8 +15,6 @@ public:
 
     MemoryPicture() = default;
     MemoryPicture(const Size& size, int bits) { CreateBitmap(size, bits); }
-    MemoryPicture(const MemoryPicture& other)
-        : IUnknown(), IBitmapData(), KelUnknown(), BitmapBase(), deniesMemory(other.deniesMemory), m_dib(other.m_dib) {}
 
     IBitmap* GetClone() const override { return new MemoryPicture(*this); }
     bool Draw(HDC dc, const Rect& target, BM_Mode mode, XSize<double> scale) const override {
@@ -78,24 +77,50 @@ inline std::vector<unsigned char> BytesOf(const IBitmap& picture) {
     return {bits, bits + picture.GetScanlineSize() * static_cast<int>(picture.GetHeight())};
 }
 
-/// Sets a pixel of depth 1, 8, 24 or 32 from a bit, an index or a COLORREF.
+/// Sets a pixel of depth 8, 24 or 32 from an index or a COLORREF.
 inline void SetPixelOf(IBitmap& picture, int x, int y, unsigned long value) {
-    unsigned char* const row = RowOf(picture, y);
-    const int bits = picture.GetBitsPerPixel();
-    const unsigned int bgr = BitmapBase::DibRGB(value);
-    if (bits == 1)
-        row[x / 8] = static_cast<unsigned char>((row[x / 8] & ~(0x80 >> x % 8)) | (value ? 0x80 >> x % 8 : 0));
-    else if (bits == 8)
-        row[x] = static_cast<unsigned char>(value);
-    else
-        std::memcpy(row + x * (bits / 8), &bgr, 3);
+    const int bytes = picture.GetBitsPerPixel() / 8;
+    const unsigned int stored = bytes == 1 ? static_cast<unsigned int>(value) : BitmapBase::DibRGB(value);
+    std::memcpy(RowOf(picture, y) + x * bytes, &stored, bytes == 1 ? 1 : 3);
 }
 
-/// Fills a picture of depth 24 or 32 with colours that differ from pixel to pixel.
-inline void Paint(IBitmap& picture, unsigned long seed = 0) {
+/// Makes a picture of depth 24 or 32 whose pixels all differ; the first one is @p first.
+template <class Picture = GDIBitmap>
+Picture Painted(const Size& size, int bits, unsigned long first = 0x010203) {
+    Picture picture;
+    picture.CreateBitmap(size, bits);
+    for (int i = 0; i < size.cx * size.cy; ++i)
+        SetPixelOf(picture, i % size.cx, i / size.cx, (first + 0x010203UL * static_cast<unsigned>(i)) & 0xFFFFFF);
+    return picture;
+}
+
+/// Compares every pixel with what @p expected answers for its column and row.
+template <class Expected>
+void CheckPixels(const IBitmap& picture, Expected expected) {
     const Size size = picture.GetDimension();
-    for (int y = 0; y < size.cy; ++y) {
-        for (int x = 0; x < size.cx; ++x)
-            SetPixelOf(picture, x, y, (0x010203 * static_cast<unsigned long>(x + size.cx * y + 1) + seed) & 0xFFFFFF);
+    REQUIRE(size.cx * size.cy > 0);
+    for (int i = 0; i < size.cx * size.cy; ++i) {
+        CAPTURE(i % size.cx);
+        CAPTURE(i / size.cx);
+        REQUIRE(picture.GetPixel(i % size.cx, i / size.cx) == expected(i % size.cx, i / size.cx));
     }
+}
+
+/// For CheckPixels: the pixels of another picture.
+inline auto PixelsOf(const IBitmap& picture) {
+    return [&picture](int x, int y) { return picture.GetPixel(x, y); };
+}
+
+/// The same picture in the display's own format.
+inline GDIBitmap OnDevice(const GDIBitmap& picture) {
+    GDIBitmap device;
+    REQUIRE(device.CreateBitmap(picture, picture.GetDimension(), 0, IBitmap::BM_Stretch, {1, 1}, 0));
+    return device;
+}
+
+/// The picture in depth 24, whose colours GetPixel tells.
+inline GDIBitmap InColours(const IBitmap& picture) {
+    GDIBitmap rgb;
+    REQUIRE(rgb.CreateBitmap(picture, picture.GetDimension(), 24, IBitmap::BM_Stretch, {1, 1}, 0));
+    return rgb;
 }
