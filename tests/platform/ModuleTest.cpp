@@ -128,7 +128,8 @@ TEST_CASE("a module's path is cut at the buffer's end") {
         CHECK(result == (size > length ? length : size));
         CHECK((GetLastError() == ERROR_INSUFFICIENT_BUFFER) == (size <= length));
         const std::string kept = size == 0 ? "" : path.substr(0, size - 1) + '\0';
-        CHECK(buffer == kept + std::string(buffer.size() - kept.size(), '#'));
+        if (kOnLayer || size > length) // Wine leaves a cut text without its terminator
+            CHECK(buffer == kept + std::string(buffer.size() - kept.size(), '#'));
     }
 }
 

@@ -81,7 +81,7 @@ TEST_CASE("a file without a version is refused with the codes of Windows") {
         {"", ERROR_BAD_PATHNAME},
         {".", ERROR_ACCESS_DENIED},
         {"text.txt", ERROR_RESOURCE_DATA_NOT_FOUND},
-        {"empty", ERROR_RESOURCE_DATA_NOT_FOUND},
+        {"empty.dll", ERROR_RESOURCE_DATA_NOT_FOUND},
         {kModules + "plain.dll", ERROR_RESOURCE_TYPE_NOT_FOUND, false},
     };
     for (const Row& row : rows) {

@@ -57,7 +57,7 @@ BOOL CALLBACK MessageBoxes::Watch::OnControl(HWND control, LPARAM box) {
     if (kind == "Button")
         seen.buttons.push_back(GetDlgCtrlID(control));
     else if (kind == "Static" && (style & SS_TYPEMASK) == SS_ICON)
-        seen.hasIcon = true;
+        seen.hasIcon = SendMessageA(control, STM_GETICON, 0, 0) != 0;
     else if (kind == "Static")
         seen.text = TextOf(control);
     return TRUE;
@@ -67,7 +67,7 @@ void CALLBACK MessageBoxes::Watch::OnShown(HWND box, UINT, UINT_PTR timer, DWORD
     KillTimer(box, timer);
     if (!t_watch)
         return;
-    const int first = LOWORD(SendMessageA(box, DM_GETDEFID, 0, 0));
+    const int first = GetDlgCtrlID(GetFocus()); // a box gives the focus to its default button
     SeenBox seen = {"", TextOf(box), {}, first, false};
     EnumChildWindows(box, OnControl, reinterpret_cast<LPARAM>(&seen));
     std::sort(seen.buttons.begin(), seen.buttons.end());
