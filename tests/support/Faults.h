@@ -22,7 +22,7 @@ bool DisarmFault();
 /// The call that met it, "" for none.
 const char* FaultedCall();
 
-/// Handles and views that are open, 0 where nobody counts them.
+/// Handles and views that are open, drawing objects and global blocks that are alive; 0 where nobody counts them.
 std::size_t OpenHandles();
 
 /// Runs @p body with its 1st, 2nd, … platform call meeting a fault, until it runs without meeting one, and checks after

@@ -21,7 +21,7 @@ const char* FaultedCall() {
 }
 
 std::size_t OpenHandles() {
-    return platform::OpenHandles();
+    return platform::OpenHandles() + platform::GdiObjects() + platform::GlobalBlocks();
 }
 
 } // namespace kel::test

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "tests/support/Faults.h"
+
+#include <kelcore/platform.h>
+
+#include <cstring>
+#include <initializer_list>
+#include <string>
+
+/// A BITMAPINFO with room for every colour table.
+struct DibInfo {
+    BITMAPINFOHEADER header;
+    RGBQUAD table[256];
+
+    DibInfo(int width, int height, int bits, DWORD compression = BI_RGB) {
+        std::memset(this, 0, sizeof *this);
+        header.biSize = sizeof header;
+        header.biWidth = width;
+        header.biHeight = height;
+        header.biPlanes = 1;
+        header.biBitCount = static_cast<WORD>(bits);
+        header.biCompression = compression;
+    }
+
+    DibInfo& Masks(DWORD red, DWORD green, DWORD blue) {
+        const DWORD masks[] = {red, green, blue};
+        std::memcpy(table, masks, sizeof masks);
+        return *this;
+    }
+
+    operator BITMAPINFO*() { return reinterpret_cast<BITMAPINFO*>(this); }
+    COLORREF Colour(int i) const { return RGB(table[i].rgbRed, table[i].rgbGreen, table[i].rgbBlue); }
+};
+
+/// A DIB section that is deleted at the end.
+struct Section {
+    explicit Section(DibInfo info) {
+        void* memory = nullptr;
+        handle = CreateDIBSection(nullptr, info, DIB_RGB_COLORS, &memory, nullptr, 0);
+        bytes = static_cast<BYTE*>(memory);
+    }
+    Section(int width, int height, int bits) : Section(DibInfo(width, height, bits)) {}
+    Section(const Section&) = delete;
+    Section& operator=(const Section&) = delete;
+    ~Section() { DeleteObject(handle); }
+
+    HBITMAP handle;
+    BYTE* bytes = nullptr;
+};
+
+/// A memory context that is deleted at the end.
+struct MemoryContext {
+    MemoryContext() : dc(CreateCompatibleDC(nullptr)) {}
+    explicit MemoryContext(HGDIOBJ bitmap) : MemoryContext() { SelectObject(dc, bitmap); }
+    MemoryContext(const MemoryContext&) = delete;
+    MemoryContext& operator=(const MemoryContext&) = delete;
+    ~MemoryContext() { DeleteDC(dc); }
+
+    operator HDC() const { return dc; }
+
+    HDC dc;
+};
+
+/// Bytes as digits, two a byte and no spaces.
+inline std::string Hex(const void* bytes, std::size_t count) {
+    std::string digits;
+    for (std::size_t i = 0; i < count; ++i) {
+        const BYTE byte = static_cast<const BYTE*>(bytes)[i];
+        digits += "0123456789abcdef"[byte >> 4];
+        digits += "0123456789abcdef"[byte & 15];
+    }
+    return digits;
+}

@@ -1,0 +1,225 @@
+#include "Drawing.h"
+
+namespace {
+
+/// Size, depth and bytes of a row, as text.
+std::string Shape(HBITMAP bitmap) {
+    BITMAP facts{};
+    if (GetObjectA(bitmap, sizeof facts, &facts) == 0)
+        return "none";
+    return std::to_string(facts.bmWidth) + "x" + std::to_string(facts.bmHeight) + "x" +
+           std::to_string(facts.bmBitsPixel) + " row " + std::to_string(facts.bmWidthBytes);
+}
+
+DIBSECTION Facts(HBITMAP section) {
+    DIBSECTION facts{};
+    CHECK(GetObjectA(section, sizeof facts, &facts) == sizeof facts);
+    return facts;
+}
+
+} // namespace
+
+TEST_CASE("device-dependent bitmaps have the next depth and rows of whole words") {
+    const struct {
+        int width, height;
+        UINT planes, bits;
+        DWORD error;
+        const char* shape;
+    } rows[] = {
+        {5, 3, 1, 1, 0, "5x3x1 row 2"},
+        {5, 3, 1, 3, 0, "5x3x4 row 4"},
+        {5, 3, 1, 8, 0, "5x3x8 row 6"},
+        {5, 3, 1, 15, 0, "5x3x16 row 10"},
+        {5, 3, 1, 24, 0, "5x3x24 row 16"},
+        {5, 3, 1, 31, 0, "5x3x32 row 20"},
+        {0, 3, 1, 32, 0, "1x1x1 row 2"},
+        {-5, -3, 1, 32, 0, "5x3x32 row 20"},
+        {5, 3, 1, 33, ERROR_INVALID_PARAMETER, "none"},
+        {5, 3, 0, 1, ERROR_INVALID_PARAMETER, "none"},
+        {5, 3, 4, 1, ERROR_INVALID_PARAMETER, "none"},
+        {70000, 70000, 1, 32, ERROR_INVALID_PARAMETER, "none"},
+        {0x7FFFFFFF, 1, 1, 1, ERROR_INVALID_PARAMETER, "none"},
+        {1, 0x7FFFFFFF, 1, 32, ERROR_INVALID_PARAMETER, "none"},
+        {30000, 30000, 1, 32, ERROR_NOT_ENOUGH_MEMORY, "none"},
+    };
+    for (const auto& row : rows) {
+        CAPTURE(row.width);
+        CAPTURE(row.bits);
+        const HBITMAP bitmap = CreateBitmap(row.width, row.height, row.planes, row.bits, nullptr);
+        if (!bitmap)
+            CHECK(GetLastError() == row.error);
+        CHECK(Shape(bitmap) == row.shape);
+        DeleteObject(bitmap);
+    }
+}
+
+TEST_CASE("sections take the formats there are") {
+    const DWORD kFields = BI_BITFIELDS;
+    const struct {
+        DibInfo info;
+        const char* shape;
+    } rows[] = {
+        {{5, 3, 1}, "5x3x1 row 4"},
+        {{5, 3, 4}, "5x3x4 row 4"},
+        {{5, -3, 8}, "5x3x8 row 8"},
+        {{5, 3, 16}, "5x3x16 row 12"},
+        {{5, 3, 24}, "5x3x24 row 16"},
+        {{5, -3, 32}, "5x3x32 row 20"},
+        {DibInfo(5, 3, 16, kFields).Masks(0xF800, 0x07E0, 0x001F), "5x3x16 row 12"},
+        {DibInfo(5, 3, 16, kFields).Masks(0x7C00, 0x03E0, 0x001F), "5x3x16 row 12"},
+        {DibInfo(5, 3, 32, kFields).Masks(0xFF0000, 0xFF00, 0xFF), "5x3x32 row 20"},
+        {DibInfo(5, 3, 32, kFields), "none"},
+        {DibInfo(5, 3, 24, kFields), "none"},
+        {DibInfo(5, 3, 8, kFields), "none"},
+        {DibInfo(5, 3, 8, BI_RLE8), "none"},
+        {{5, 3, 0}, "none"},
+        {{5, 3, 2}, "none"},
+        {{5, 3, 15}, "none"},
+        {{5, 3, 64}, "none"},
+        {{0, 3, 24}, "none"},
+        {{5, 0, 24}, "none"},
+        {{-5, 3, 24}, "none"},
+        {{5, static_cast<int>(0x80000000), 24}, "none"},
+        {{30000, 30000, 32}, "none"},
+        {{0x7FFFFFFF, 1, 32}, "none"},
+        {{0x7FFFFFFF, 0x7FFFFFFF, 1}, "none"},
+    };
+    for (const auto& row : rows) {
+        CAPTURE(row.info.header.biBitCount);
+        CAPTURE(row.info.header.biWidth);
+        CAPTURE(row.info.header.biHeight);
+        const Section section(row.info);
+        CHECK(Shape(section.handle) == row.shape);
+        CHECK((section.bytes != nullptr) == (section.handle != nullptr));
+    }
+    DibInfo short_(5, 3, 24);
+    short_.header.biSize = 20;
+    CHECK(Section(short_).handle == nullptr);
+    CHECK(CreateDIBSection(nullptr, DibInfo(5, 3, 24), /*usage*/ 5, nullptr, nullptr, 0) == nullptr);
+    CHECK(CreateDIBSection(nullptr, nullptr, DIB_RGB_COLORS, nullptr, nullptr, 0) == nullptr);
+}
+
+TEST_CASE("a section tells its header, masks and address") {
+    DibInfo info(5, -3, 8);
+    info.header.biClrUsed = 10;
+    const Section indexed(info);
+    const DIBSECTION facts = Facts(indexed.handle);
+    CHECK(facts.dsBm.bmBits == indexed.bytes);
+    CHECK(facts.dsBmih.biSize == 40);
+    CHECK(facts.dsBmih.biHeight == 3); // in either order of rows
+    CHECK(facts.dsBmih.biCompression == BI_RGB);
+    CHECK(facts.dsBmih.biSizeImage == 24);
+    CHECK(facts.dsBmih.biClrUsed == 256);
+    const Section words(5, 3, 16);
+    CHECK(Facts(words.handle).dsBmih.biCompression == BI_BITFIELDS);
+    CHECK(Facts(words.handle).dsBitfields[0] == 0x7C00);
+    const Section fields(DibInfo(5, 3, 16, BI_BITFIELDS).Masks(0xF800, 0x07E0, 0x001F));
+    CHECK(Facts(fields.handle).dsBitfields[1] == 0x07E0);
+    if (sizeof(void*) == 4)
+        CHECK((sizeof(BITMAP) == 24 && sizeof(DIBSECTION) == 84));
+}
+
+TEST_CASE("compatible bitmaps follow the screen, or the bitmap in the context") {
+    const HDC screen = GetDC(nullptr);
+    const MemoryContext memory;
+    const auto shapeOf = [](HDC dc, int width, int height) {
+        const HBITMAP bitmap = CreateCompatibleBitmap(dc, width, height);
+        const std::string shape = Shape(bitmap);
+        DeleteObject(bitmap);
+        return shape;
+    };
+    CHECK(shapeOf(screen, 5, 3) == "5x3x32 row 20");
+    CHECK(shapeOf(screen, -5, 3) == "5x3x32 row 20");
+    CHECK(shapeOf(screen, 0, 3) == "1x1x1 row 2");
+    CHECK(shapeOf(screen, 70000, 70000) == "none");
+    CHECK(shapeOf(memory, 5, 3) == "5x3x1 row 2");
+    CHECK(shapeOf(nullptr, 5, 3) == "none");
+    ReleaseDC(nullptr, screen);
+    DibInfo info(2, -2, 8);
+    info.table[7] = {1, 2, 3, 0};
+    const Section section(info);
+    const HGDIOBJ before = SelectObject(memory, section.handle);
+    const HBITMAP alike = CreateCompatibleBitmap(memory, 5, 3);
+    CHECK(Facts(alike).dsBm.bmWidthBytes == 8);
+    SelectObject(memory, alike);
+    RGBQUAD colour{};
+    CHECK(GetDIBColorTable(memory, 7, 1, &colour) == 1);
+    CHECK(colour.rgbRed == 3);
+    SelectObject(memory, before);
+    DeleteObject(alike);
+}
+
+TEST_CASE("the colour table of the selected section is read and written") {
+    const Section eight(2, 2, 8);
+    const Section four(2, 2, 4);
+    const Section deep(2, 2, 24);
+    const MemoryContext memory;
+    RGBQUAD colours[300]{};
+    colours[0] = {1, 2, 3, 0};
+    const struct {
+        HBITMAP bitmap;
+        UINT start, count, result;
+    } rows[] = {
+        {eight.handle, 0, 300, 256}, {eight.handle, 250, 20, 6}, {eight.handle, 256, 1, 0},
+        {four.handle, 0, 256, 16},   {four.handle, 2, 1, 1},     {deep.handle, 0, 256, 0},
+    };
+    CHECK(GetDIBColorTable(memory, 0, 2, colours) == 0);
+    for (const auto& row : rows) {
+        CAPTURE(row.start);
+        const HGDIOBJ before = SelectObject(memory, row.bitmap);
+        colours[0] = {1, 2, 3, 0};
+        CHECK(SetDIBColorTable(memory, row.start, row.count, colours) == row.result);
+        colours[0] = {};
+        CHECK(GetDIBColorTable(memory, row.start, row.count, colours) == row.result);
+        CHECK(colours[0].rgbRed == (row.result != 0 ? 3 : 0));
+        SelectObject(memory, before);
+    }
+}
+
+TEST_CASE("raw bits are rows from the top, padded to words") {
+    const BYTE given[] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 99, 10, 11, 12, 13, 14, 15, 16, 17, 18, 99};
+    const HBITMAP device = CreateBitmap(3, 2, 1, 24, given);
+    const Section section(3, 2, 24);
+    CHECK(SetBitmapBits(section.handle, sizeof given, given) == sizeof given);
+    CHECK(Hex(section.bytes, 9) == "0a0b0c0d0e0f101112"); // bottom-up
+    for (const HBITMAP bitmap : {device, section.handle}) {
+        BYTE got[32]{};
+        CHECK(GetBitmapBits(bitmap, 0, nullptr) == 20);
+        CHECK(GetBitmapBits(bitmap, 100, got) == 20);
+        CHECK(Hex(got, 9) == "000102030405060708");
+        CHECK(Hex(got + 10, 9) == "0a0b0c0d0e0f101112");
+        CHECK(GetBitmapBits(bitmap, 5, got) == 5);
+        CHECK(SetBitmapBits(bitmap, static_cast<DWORD>(-3), "\x63\x62\x61") == 3);
+        CHECK(GetBitmapBits(bitmap, 4, got) == 4);
+        CHECK(Hex(got, 4) == "63626103");
+        CHECK(SetBitmapBits(bitmap, 4, nullptr) == 0);
+    }
+    CHECK(GetBitmapBits(nullptr, 4, nullptr) == 0);
+    DeleteObject(device);
+    BITMAP facts{0, 3, 2, /*not looked at*/ 12, 1, 24, const_cast<BYTE*>(given)};
+    const HBITMAP described = CreateBitmapIndirect(&facts);
+    BYTE got[20]{};
+    CHECK(GetBitmapBits(described, sizeof got, got) == sizeof got);
+    CHECK(Hex(got + 10, 3) == "0a0b0c");
+    DeleteObject(described);
+    facts.bmType = 7;
+    CHECK(CreateBitmapIndirect(&facts) == nullptr);
+}
+
+TEST_CASE("bitmaps that cannot be made leave nothing") {
+    kel::test::WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [] {
+        void* bits = &bits;
+        const HBITMAP section = CreateDIBSection(nullptr, DibInfo(3, 3, 24), DIB_RGB_COLORS, &bits, nullptr, 0);
+        CHECK((bits != nullptr) == (section != nullptr));
+        const HDC dc = CreateCompatibleDC(nullptr);
+        const HBITMAP alike = CreateCompatibleBitmap(dc, 3, 3);
+        DibInfo info(3, 3, 24);
+        const BYTE pixels[36]{};
+        const HBITMAP filled = CreateDIBitmap(dc, &info.header, CBM_INIT, pixels, info, DIB_RGB_COLORS);
+        BYTE got[36];
+        const int lines = GetDIBits(dc, filled, 0, 3, got, info, DIB_RGB_COLORS);
+        CHECK((lines == 3 || *kel::test::FaultedCall() != '\0' || !kel::test::FaultsAvailable()));
+        for (const HGDIOBJ object : std::initializer_list<HGDIOBJ>{section, alike, filled, dc})
+            DeleteObject(object);
+    });
+}

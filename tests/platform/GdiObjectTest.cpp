@@ -1,0 +1,247 @@
+#include "Drawing.h"
+
+#include <thread>
+#include <vector>
+
+namespace {
+
+/// A handle whose object was deleted.
+HGDIOBJ Stale() {
+    const HGDIOBJ brush = CreateSolidBrush(RGB(1, 2, 3));
+    DeleteObject(brush);
+    return brush;
+}
+
+} // namespace
+
+TEST_CASE("a handle names its kind of object until it is deleted") {
+    const MemoryContext memory;
+    const HDC screen = GetDC(nullptr);
+    const Section section(2, 2, 24);
+    const HBRUSH brush = CreateSolidBrush(RGB(1, 2, 3));
+    const HPEN pen = CreatePen(PS_SOLID, 1, RGB(1, 2, 3));
+    const HRGN region = CreateRectRgn(0, 0, 1, 1);
+    const struct {
+        HGDIOBJ object;
+        DWORD type;
+    } rows[] = {
+        {memory.dc, OBJ_MEMDC}, {screen, OBJ_DC}, {section.handle, OBJ_BITMAP},
+        {brush, OBJ_BRUSH},     {pen, OBJ_PEN},   {region, OBJ_REGION},
+        {Stale(), 0},           {nullptr, 0},     {GetStockObject(DEFAULT_PALETTE), OBJ_PAL},
+    };
+    for (const auto& row : rows) {
+        CAPTURE(row.type);
+        CHECK(GetObjectType(row.object) == row.type);
+    }
+    for (const HGDIOBJ object : std::initializer_list<HGDIOBJ>{brush, pen, region}) {
+        CHECK(DeleteObject(object));
+        CHECK(GetObjectType(object) == 0);
+        CHECK(GetLastError() == ERROR_INVALID_HANDLE);
+        CHECK(!DeleteObject(object));
+    }
+    CHECK(!DeleteObject(nullptr));
+    CHECK(ReleaseDC(nullptr, screen) == 1);
+}
+
+TEST_CASE("selecting gives the object before, and refuses what does not fit") {
+    const MemoryContext one;
+    const MemoryContext other;
+    const Section section(4, 4, 24);
+    const HGDIOBJ first = SelectObject(one, section.handle);
+    CHECK(first != nullptr);
+    CHECK(first == GetCurrentObject(other, OBJ_BITMAP)); // fresh contexts share one bitmap of one pixel
+    CHECK(SelectObject(one, section.handle) == section.handle);
+    CHECK(SelectObject(other, section.handle) == nullptr); // in one context at a time
+    const HDC screen = GetDC(nullptr);
+    const Section free(4, 4, 24);
+    for (const HDC dc : {screen, HDC(), static_cast<HDC>(Stale())})
+        CHECK(SelectObject(dc, free.handle) == nullptr);
+    ReleaseDC(nullptr, screen);
+    for (const HGDIOBJ object : {HGDIOBJ(), HGDIOBJ(one.dc), Stale(), GetStockObject(DEFAULT_PALETTE)})
+        CHECK(SelectObject(one, object) == nullptr);
+    CHECK(GetCurrentObject(one, OBJ_BITMAP) == section.handle);
+    CHECK(GetCurrentObject(one, OBJ_BRUSH) == GetStockObject(WHITE_BRUSH));
+    CHECK(GetCurrentObject(one, OBJ_PEN) == GetStockObject(BLACK_PEN));
+    CHECK(GetCurrentObject(one, OBJ_PAL) == GetStockObject(DEFAULT_PALETTE));
+    CHECK(GetCurrentObject(one, OBJ_REGION) == nullptr);
+    CHECK(GetCurrentObject(nullptr, OBJ_PEN) == nullptr);
+    CHECK(SelectObject(one, first) == section.handle);
+    CHECK(SelectObject(other, section.handle) == first);
+}
+
+TEST_CASE("device-dependent bitmaps are selected when their depth is 1 or the screen's") {
+    const MemoryContext memory;
+    for (const UINT bits : {1u, 4u, 8u, 16u, 24u, 32u}) {
+        CAPTURE(bits);
+        const HBITMAP bitmap = CreateBitmap(2, 2, 1, bits, nullptr);
+        const HGDIOBJ before = SelectObject(memory, bitmap);
+        CHECK((before != nullptr) == (bits == 1 || bits == 32));
+        if (before)
+            SelectObject(memory, before);
+        CHECK(DeleteObject(bitmap));
+    }
+}
+
+TEST_CASE("an object that is deleted while selected goes when it is deselected everywhere") {
+    const MemoryContext one;
+    const MemoryContext other;
+    const HBRUSH brush = CreateSolidBrush(RGB(1, 2, 3));
+    const HGDIOBJ white = SelectObject(one, brush);
+    SelectObject(other, brush);
+    CHECK(DeleteObject(brush));
+    CHECK(DeleteObject(brush));
+    CHECK(SelectObject(one, white) == brush);
+    CHECK(GetObjectType(brush) == OBJ_BRUSH);
+    CHECK(SelectObject(other, white) == brush);
+    CHECK(GetObjectType(brush) == 0);
+    CHECK(!DeleteObject(brush));
+    // A context that goes deselects what is in it.
+    const HBITMAP bitmap = CreateBitmap(1, 1, 1, 32, nullptr);
+    {
+        const MemoryContext brief(bitmap);
+        CHECK(DeleteObject(bitmap));
+        CHECK(GetObjectType(bitmap) == OBJ_BITMAP);
+    }
+    CHECK(GetObjectType(bitmap) == 0);
+}
+
+TEST_CASE("stock objects are always there") {
+    for (const int index : {WHITE_BRUSH, BLACK_BRUSH, NULL_BRUSH, BLACK_PEN, NULL_PEN, DEFAULT_PALETTE, DC_BRUSH}) {
+        CAPTURE(index);
+        const HGDIOBJ object = GetStockObject(index);
+        const DWORD type = GetObjectType(object);
+        CHECK(type != 0);
+        CHECK(DeleteObject(object));
+        CHECK(GetObjectType(object) == type);
+        CHECK(GetStockObject(index) == object);
+    }
+    for (const int index : {-1, 9, 1000})
+        CHECK(GetStockObject(index) == nullptr);
+    const MemoryContext memory;
+    const HGDIOBJ bitmap = GetCurrentObject(memory, OBJ_BITMAP);
+    CHECK(DeleteObject(bitmap));
+    CHECK(GetObjectType(bitmap) == OBJ_BITMAP);
+}
+
+TEST_CASE("brushes and pens tell what they were made from") {
+    const HBITMAP bitmap = CreateBitmap(8, 8, 1, 1, nullptr);
+    const struct {
+        LOGBRUSH wanted;
+        bool made;
+        HGDIOBJ stock;
+    } rows[] = {
+        {{BS_SOLID, RGB(1, 2, 3), 0}, true, nullptr},
+        {{BS_HATCHED, RGB(1, 2, 3), HS_CROSS}, true, nullptr},
+        {{BS_HATCHED, RGB(1, 2, 3), 99}, false, nullptr},
+        {{BS_PATTERN, 0, reinterpret_cast<ULONG_PTR>(bitmap)}, true, nullptr},
+        {{BS_PATTERN, 0, 0}, false, nullptr},
+        {{77, 0, 0}, false, nullptr},
+        {{BS_NULL, 0, 0}, true, GetStockObject(NULL_BRUSH)},
+    };
+    for (const auto& row : rows) {
+        CAPTURE(row.wanted.lbStyle);
+        const HBRUSH brush = CreateBrushIndirect(&row.wanted);
+        CHECK((brush != nullptr) == row.made);
+        if (row.stock)
+            CHECK(brush == row.stock);
+        LOGBRUSH told{};
+        if (brush && GetObjectA(brush, sizeof told, &told) == sizeof told) {
+            CHECK(told.lbStyle == row.wanted.lbStyle);
+            CHECK(told.lbColor == row.wanted.lbColor);
+            CHECK(told.lbHatch == row.wanted.lbHatch);
+        }
+        DeleteObject(brush);
+    }
+    DeleteObject(bitmap);
+    const HPEN pen = CreatePen(PS_SOLID, 3, RGB(1, 2, 3));
+    LOGPEN told{};
+    CHECK(GetObjectA(pen, sizeof told, &told) == sizeof told);
+    CHECK(told.lopnStyle == PS_SOLID);
+    CHECK(told.lopnWidth.x == 3);
+    CHECK(told.lopnColor == RGB(1, 2, 3));
+    CHECK(CreatePen(PS_NULL, 3, 0) == GetStockObject(NULL_PEN));
+    DeleteObject(pen);
+}
+
+TEST_CASE("descriptions need room") {
+    const HBITMAP bitmap = CreateBitmap(5, 3, 1, 32, nullptr);
+    const Section section(5, 3, 24);
+    const HBRUSH brush = CreateSolidBrush(0);
+    const HPEN pen = CreatePen(PS_SOLID, 1, 0);
+    const HGDIOBJ palette = GetStockObject(DEFAULT_PALETTE);
+    const int whole = sizeof(BITMAP);
+    const struct {
+        HGDIOBJ object;
+        int size;
+        bool query;
+        int result;
+    } rows[] = {
+        {bitmap, 0, true, whole},
+        {bitmap, whole - 1, false, 0},
+        {bitmap, whole, false, whole},
+        {bitmap, 200, false, whole},
+        {section.handle, 0, true, whole},
+        {section.handle, static_cast<int>(sizeof(DIBSECTION)) - 1, false, whole},
+        {section.handle, 200, false, sizeof(DIBSECTION)},
+        {brush, 0, true, sizeof(LOGBRUSH)},
+        {brush, 5, false, 5},
+        {pen, 0, true, sizeof(LOGPEN)},
+        {pen, 5, false, 0},
+        {palette, 0, true, 2},
+        {palette, 100, false, 2},
+        {Stale(), 100, false, 0},
+        {nullptr, 100, false, 0},
+    };
+    for (const auto& row : rows) {
+        CAPTURE(row.size);
+        CAPTURE(row.result);
+        char room[200];
+        CHECK(GetObjectA(row.object, row.size, row.query ? nullptr : room) == row.result);
+    }
+    for (const HGDIOBJ object : std::initializer_list<HGDIOBJ>{bitmap, brush, pen})
+        DeleteObject(object);
+}
+
+TEST_CASE("threads make, select and delete objects side by side") {
+    const HBRUSH shared = CreateSolidBrush(RGB(1, 2, 3));
+    const HBITMAP pixel = CreateBitmap(1, 1, 1, 1, nullptr);
+    std::vector<int> failures(4);
+    const auto work = [&](int& failed) {
+        for (int i = 0; i < 500; ++i) {
+            const MemoryContext memory;
+            const HBRUSH own = CreatePatternBrush(pixel);
+            const HGDIOBJ white = SelectObject(memory, own);
+            failed += white != GetStockObject(WHITE_BRUSH) || SelectObject(memory, shared) != own ||
+                      !DeleteObject(own) || GetObjectType(own) != 0 || SaveDC(memory) != 1;
+        }
+    };
+    std::vector<std::thread> threads;
+    for (int& failed : failures)
+        threads.emplace_back([&work, &failed] { work(failed); });
+    for (std::thread& thread : threads)
+        thread.join();
+    CHECK(failures == std::vector<int>(4));
+    CHECK(DeleteObject(shared));
+    CHECK(GetObjectType(shared) == 0);
+    DeleteObject(pixel);
+}
+
+TEST_CASE("each call on objects can be made to fail") {
+    kel::test::WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [] {
+        const HDC dc = CreateCompatibleDC(nullptr);
+        const HBRUSH brush = CreateSolidBrush(RGB(1, 2, 3));
+        const HBITMAP bitmap = CreateBitmap(3, 3, 1, 1, nullptr);
+        const HBRUSH pattern = CreatePatternBrush(bitmap);
+        const HGDIOBJ before = SelectObject(dc, bitmap);
+        if (std::string(kel::test::FaultedCall()) == "CreateBitmap")
+            CHECK(bitmap == nullptr);
+        SaveDC(dc);
+        IntersectClipRect(dc, 0, 0, 1, 1);
+        SelectObject(dc, brush);
+        RestoreDC(dc, -1);
+        SelectObject(dc, before);
+        for (const HGDIOBJ object : std::initializer_list<HGDIOBJ>{brush, pattern, bitmap})
+            DeleteObject(object);
+        DeleteDC(dc);
+    });
+}

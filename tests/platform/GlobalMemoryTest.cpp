@@ -1,0 +1,95 @@
+#include "tests/support/Faults.h"
+
+#include <cstring>
+#include <initializer_list>
+
+namespace {
+
+/// The result of a failing call's last error, 0 if it succeeded.
+template <class Result>
+DWORD ErrorUnless(Result result) {
+    return result ? 0 : GetLastError();
+}
+
+} // namespace
+
+TEST_CASE("a movable block has an address while it is locked") {
+    const HGLOBAL block = GlobalAlloc(GHND, 100);
+    char* const bytes = static_cast<char*>(GlobalLock(block));
+    REQUIRE(bytes != nullptr);
+    CHECK(static_cast<void*>(bytes) != block);
+    CHECK((bytes[0] == 0 && bytes[99] == 0));
+    CHECK(GlobalSize(block) == 100);
+    CHECK(GlobalLock(block) == bytes);
+    CHECK(GlobalFlags(block) == 2);
+    CHECK(GlobalHandle(bytes) == block);
+    CHECK(ErrorUnless(GlobalHandle(bytes + 1)) == ERROR_INVALID_HANDLE);
+    CHECK(GlobalUnlock(block));
+    CHECK(ErrorUnless(GlobalUnlock(block)) == NO_ERROR);
+    CHECK(ErrorUnless(GlobalUnlock(block)) == ERROR_NOT_LOCKED);
+    for (int i = 0; i < 300; ++i)
+        GlobalLock(block);
+    CHECK(GlobalFlags(block) == 255);
+    CHECK(GlobalFree(block) == nullptr);
+}
+
+TEST_CASE("a movable block keeps its handle and bytes through changes of size") {
+    const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, 10);
+    std::memcpy(GlobalLock(block), "0123456789", 10);
+    CHECK(ErrorUnless(GlobalReAlloc(block, 100000, GMEM_FIXED)) == ERROR_NOT_ENOUGH_MEMORY); // locked in its place
+    CHECK(GlobalReAlloc(block, 100000, GMEM_MOVEABLE | GMEM_ZEROINIT) == block);
+    CHECK(GlobalFlags(block) == 1);
+    CHECK(std::memcmp(GlobalLock(block), "0123456789\0", 12) == 0);
+    GlobalUnlock(block);
+    GlobalUnlock(block);
+    CHECK(ErrorUnless(GlobalReAlloc(block, static_cast<SIZE_T>(-1), GMEM_MOVEABLE)) == ERROR_NOT_ENOUGH_MEMORY);
+    CHECK(GlobalSize(block) == 100000);
+    CHECK(GlobalReAlloc(block, 5, GMEM_FIXED) == block);
+    CHECK(GlobalSize(block) == 5);
+    CHECK(GlobalReAlloc(block, 0, GMEM_MOVEABLE) == block);
+    CHECK(GlobalFlags(block) == GMEM_DISCARDED);
+    CHECK(ErrorUnless(GlobalLock(block)) == ERROR_DISCARDED);
+    CHECK(GlobalReAlloc(block, 8, GMEM_MOVEABLE) == block);
+    CHECK(GlobalLock(block) != nullptr);
+    CHECK(GlobalFree(block) == nullptr);
+}
+
+TEST_CASE("a fixed block's handle is its address") {
+    const HGLOBAL block = GlobalAlloc(GPTR, 100);
+    CHECK(GlobalLock(block) == block);
+    CHECK(GlobalUnlock(block));
+    CHECK(GlobalFlags(block) == 0);
+    CHECK(GlobalHandle(block) == block);
+    CHECK(GlobalReAlloc(block, 50, GMEM_FIXED) == block);
+    CHECK(ErrorUnless(GlobalReAlloc(block, 50000, GMEM_FIXED)) == ERROR_NOT_ENOUGH_MEMORY);
+    CHECK(GlobalSize(block) == 50);
+    const HGLOBAL movable = GlobalReAlloc(block, 0, GMEM_MODIFY | GMEM_MOVEABLE);
+    CHECK(GlobalSize(movable) == 50);
+    CHECK(GlobalFree(movable) == nullptr);
+}
+
+TEST_CASE("what is no block is refused") {
+    const HGLOBAL gone = GlobalAlloc(GMEM_MOVEABLE, 10);
+    GlobalFree(gone);
+    CHECK(GlobalFree(gone) == gone);
+    CHECK(ErrorUnless(GlobalLock(gone)) == ERROR_INVALID_HANDLE);
+    CHECK(ErrorUnless(GlobalUnlock(gone)) == ERROR_INVALID_HANDLE);
+    CHECK(ErrorUnless(GlobalSize(gone)) == ERROR_INVALID_HANDLE);
+    CHECK(ErrorUnless(GlobalReAlloc(gone, 4, GMEM_MOVEABLE)) == ERROR_INVALID_HANDLE);
+    CHECK(GlobalFlags(gone) == GMEM_INVALID_HANDLE);
+    CHECK(GlobalFree(nullptr) == nullptr);
+    for (const UINT flags : {GMEM_MOVEABLE, GMEM_FIXED})
+        CHECK(ErrorUnless(GlobalAlloc(flags, static_cast<SIZE_T>(-1))) == ERROR_NOT_ENOUGH_MEMORY);
+}
+
+TEST_CASE("each call on blocks can be made to fail") {
+    kel::test::WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [] {
+        const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, 10);
+        CHECK((block || GetLastError() == ERROR_NOT_ENOUGH_MEMORY));
+        if (!block)
+            return;
+        if (GlobalLock(block))
+            GlobalUnlock(block);
+        GlobalFree(block);
+    });
+}
