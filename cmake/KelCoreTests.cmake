@@ -13,6 +13,9 @@ add_library(kelcore_test_main OBJECT
   ${PROJECT_SOURCE_DIR}/tests/support/MessageBoxes${kelcore_test_platform}.cpp
   ${PROJECT_SOURCE_DIR}/tests/support/SecondProcess${kelcore_test_platform}.cpp
   ${PROJECT_SOURCE_DIR}/tests/support/Threads${kelcore_test_platform}.cpp)
+if(NOT WIN32)
+  target_sources(kelcore_test_main PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/PrivateRegistryNative.cpp)
+endif()
 target_include_directories(kelcore_test_main SYSTEM PUBLIC ${kelcore_doctest_include})
 target_include_directories(kelcore_test_main PUBLIC ${PROJECT_SOURCE_DIR})
 target_link_libraries(kelcore_test_main PUBLIC kelcore_settings kelcore)

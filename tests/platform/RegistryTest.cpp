@@ -1,0 +1,361 @@
+#include "RegistryKeys.h"
+#include "Workplace.h"
+
+#include "tests/support/Faults.h"
+
+#include <atomic>
+#include <functional>
+#include <set>
+#include <thread>
+#include <vector>
+
+namespace {
+
+const HKEY kForeign = reinterpret_cast<HKEY>(std::uintptr_t{0x7654320});
+
+LONG Open(HKEY below, const char* name, REGSAM access = KEY_READ) {
+    HKEY key = nullptr;
+    const LONG code = RegOpenKeyExA(below, name, 0, access, &key);
+    const Key closed(key);
+    CHECK((code == 0) == (key != nullptr));
+    return code;
+}
+
+LONG Create(HKEY below, const char* name, DWORD options = 0, DWORD* disposition = nullptr) {
+    HKEY key = nullptr;
+    const LONG code = RegCreateKeyExA(below, name, 0, nullptr, options, KEY_ALL_ACCESS, nullptr, &key, disposition);
+    const Key closed(key);
+    return code;
+}
+
+// Every call that works on an open key, the rights that it needs, and its result on a good key.
+struct Call {
+    const char* name;
+    std::function<LONG(HKEY)> run;
+    DWORD rights;
+    LONG good = 0;
+};
+
+const Call kCalls[] = {
+    {"query", [](HKEY key) { return RegQueryValueExA(key, "v", nullptr, nullptr, nullptr, nullptr); }, KEY_QUERY_VALUE},
+    {"enumerate values",
+     [](HKEY key) {
+         char name[99];
+         DWORD size = sizeof name;
+         return RegEnumValueA(key, 0, name, &size, nullptr, nullptr, nullptr, nullptr);
+     },
+     KEY_QUERY_VALUE},
+    {"enumerate keys",
+     [](HKEY key) {
+         char name[99];
+         DWORD size = sizeof name;
+         return RegEnumKeyExA(key, 0, name, &size, nullptr, nullptr, nullptr, nullptr);
+     },
+     KEY_ENUMERATE_SUB_KEYS},
+    {"set", [](HKEY key) { return SetBytes(key, "v", "x"); }, KEY_SET_VALUE},
+    {"set default", [](HKEY key) { return RegSetValueA(key, nullptr, REG_SZ, "x", 0); }, KEY_SET_VALUE},
+    {"set default below", [](HKEY key) { return RegSetValueA(key, "sub", REG_SZ, "x", 0); }, 0},
+    {"delete value", [](HKEY key) { return RegDeleteValueA(key, "none"); }, KEY_SET_VALUE, ERROR_FILE_NOT_FOUND},
+    {"open", [](HKEY key) { return Open(key, "sub"); }, 0},
+    {"create", [](HKEY key) { return Create(key, "new\\newer"); }, 0},
+    {"delete key", [](HKEY key) { return RegDeleteKeyA(key, "new\\newer"); }, 0},
+    {"flush", [](HKEY key) { return RegFlushKey(key); }, 0},
+};
+
+std::string InAnsi(const wchar_t* text) {
+    char bytes[99];
+    WCHAR units[99];
+    int count = 0;
+    do
+        units[count] = static_cast<WCHAR>(text[count]);
+    while (text[count++] != 0);
+    return {bytes, static_cast<std::size_t>(
+                       WideCharToMultiByte(CP_ACP, 0, units, count, bytes, sizeof bytes, nullptr, nullptr)) -
+                       1};
+}
+
+} // namespace
+
+TEST_CASE("paths of keys") {
+    const TestKey root;
+    DWORD disposition = 0;
+    CHECK(Create(root, "a\\Bee\\c", 0, &disposition) == 0);
+    CHECK(disposition == REG_CREATED_NEW_KEY);
+    CHECK(Create(root, "A\\bee", 0, &disposition) == 0);
+    CHECK(disposition == REG_OPENED_EXISTING_KEY);
+    const struct {
+        const char* path;
+        LONG code;
+    } rows[] = {{"a\\bee\\c", 0}, {"A\\BEE\\\\C\\\\", 0}, {"", 0},     {nullptr, 0}, {"a\\b", 2},
+                {"b\\bee", 2},    {"\\a", 161},           {"\\", 161}, {"a/bee", 2}, {" a", 2}};
+    for (const auto& row : rows) {
+        CAPTURE(row.path);
+        CHECK(Open(root, row.path) == row.code);
+    }
+    CHECK(SubkeyAt(Key(root, "a"), 0) == "Bee");
+    CHECK(Create(root, "\\x") == ERROR_BAD_PATHNAME);
+    CHECK(RegDeleteKeyA(root, "a\\bee") == ERROR_ACCESS_DENIED);
+    CHECK(RegDeleteKeyA(root, "a\\none") == ERROR_FILE_NOT_FOUND);
+    CHECK(RegDeleteKeyA(root, nullptr) == ERROR_INVALID_PARAMETER);
+    CHECK(RegDeleteKeyA(root, "a\\bee\\c") == 0);
+    CHECK(RegDeleteKeyA(Key(root, "a\\bee"), "") == 0);
+    CHECK(Open(root, "a\\bee") == ERROR_FILE_NOT_FOUND);
+}
+
+TEST_CASE("an open key has the rights it was opened with") {
+    const TestKey root;
+    CHECK(SetBytes(root, "v", "x") == 0);
+    CHECK(Create(root, "sub") == 0);
+    const struct {
+        REGSAM access;
+        DWORD rights;
+    } rows[] = {{KEY_READ, KEY_READ},          {KEY_WRITE, KEY_WRITE},
+                {KEY_QUERY_VALUE, 1},          {KEY_SET_VALUE, 2},
+                {KEY_ENUMERATE_SUB_KEYS, 8},   {KEY_ALL_ACCESS, KEY_ALL_ACCESS},
+                {GENERIC_READ, KEY_READ},      {GENERIC_WRITE, KEY_WRITE},
+                {GENERIC_ALL, KEY_ALL_ACCESS}, {MAXIMUM_ALLOWED, KEY_ALL_ACCESS}};
+    for (const auto& row : rows)
+        for (const Call& call : kCalls) {
+            CAPTURE(row.access);
+            CAPTURE(call.name);
+            const Key key(root, "", row.access);
+            CHECK(call.run(key) == (call.rights & ~row.rights ? ERROR_ACCESS_DENIED : call.good));
+        }
+    for (const Call& call : kCalls) {
+        CAPTURE(call.name);
+        for (const HKEY key : {HKEY{nullptr}, kForeign})
+            CHECK(call.run(key) == ERROR_INVALID_HANDLE);
+        if (kOnLayer || call.rights != KEY_QUERY_VALUE)
+            CHECK(call.run(HKEY_PERFORMANCE_DATA) == ERROR_INVALID_HANDLE);
+    }
+}
+
+TEST_CASE("a deleted key refuses everything, and a new one of its name is another") {
+    const TestKey root;
+    Key deleted(root, "sub");
+    CHECK(RegDeleteKeyA(root, "sub") == 0);
+    for (const bool again : {false, true}) {
+        for (const Call& call : kCalls) {
+            CAPTURE(call.name);
+            CHECK(call.run(deleted) == ERROR_KEY_DELETED);
+        }
+        CHECK(RegQueryInfoKeyA(deleted, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                               nullptr, nullptr) == ERROR_KEY_DELETED);
+        if (!again)
+            CHECK(Create(root, "sub") == 0);
+    }
+}
+
+TEST_CASE("values of all types come back as they were set") {
+    const TestKey root;
+    const std::string large(100000, 'l');
+    const struct {
+        DWORD type;
+        std::string data;
+    } rows[] = {{REG_SZ, std::string("text\0", 5)},
+                {REG_SZ, std::string("a\0b\0\0", 5)},
+                {REG_SZ, ""},
+                {REG_EXPAND_SZ, std::string("%x%\0", 4)},
+                {REG_MULTI_SZ, std::string("a\0b\0\0", 5)},
+                {REG_SZ, InAnsi(L"\u00E4\u00D6") + '\0'},
+                {REG_BINARY, std::string("\0\xFF\x80", 3)},
+                {REG_BINARY, ""},
+                {REG_NONE, "none"},
+                {REG_DWORD, "1234"},
+                {REG_DWORD, "12"},
+                {REG_DWORD_BIG_ENDIAN, "4321"},
+                {REG_LINK, "\x80"},
+                {REG_QWORD, "12345678"},
+                {0x12345, "any"},
+                {REG_BINARY, large},
+                {REG_SZ, large + '\0'}};
+    for (const std::string& name : {std::string("value"), std::string(), InAnsi(L"\u00C4")})
+        for (const auto& row : rows) {
+            CAPTURE(row.type);
+            CAPTURE(row.data.substr(0, 10));
+            CHECK(SetBytes(root, name.c_str(), row.data, row.type) == 0);
+            DWORD type = 99;
+            CHECK((GetBytes(root, name.c_str(), &type) == row.data));
+            CHECK(type == row.type);
+        }
+    CHECK((GetBytes(root, "VALUE") == large + '\0'));
+    CHECK((GetBytes(root, InAnsi(L"\u00E4").c_str()) == large + '\0'));
+    CHECK(GetBytes(root, "none") == "<2>");
+    CHECK(RegDeleteValueA(root, "Value") == 0);
+    CHECK(RegDeleteValueA(root, "value") == ERROR_FILE_NOT_FOUND);
+}
+
+TEST_CASE("what a value's buffer may be") {
+    const TestKey root;
+    SetBytes(root, "s", std::string("hello\0", 6), REG_SZ);
+    BYTE data[8] = "#######";
+    const auto query = [&](BYTE* buffer, DWORD* size) {
+        return RegQueryValueExA(root, "s", nullptr, nullptr, buffer, size);
+    };
+    for (const DWORD room : {0u, 1u, 5u}) {
+        DWORD size = room;
+        CHECK(query(data, &size) == ERROR_MORE_DATA);
+        CHECK(size == 6);
+        CHECK(data[0] == '#');
+    }
+    DWORD size = 6;
+    CHECK(query(data, &size) == 0);
+    CHECK(query(data, nullptr) == ERROR_INVALID_PARAMETER);
+    CHECK(query(nullptr, nullptr) == 0);
+    CHECK(RegQueryValueExA(root, "s", &size, nullptr, nullptr, nullptr) == ERROR_INVALID_PARAMETER);
+    SetBytes(root, "s", "open", REG_SZ); // without a terminator; there is room for one
+    data[4] = '#';
+    size = 5;
+    CHECK(query(data, &size) == 0);
+    CHECK(size == 4);
+    CHECK(data[4] == 0);
+    CHECK(RegSetValueExA(root, "s", 0, REG_BINARY, nullptr, 3) == ERROR_NOACCESS);
+    CHECK(RegSetValueExA(root, "s", 0, REG_BINARY, nullptr, 0) == 0);
+    CHECK(RegSetValueA(root, "sub", REG_DWORD, "x", 1) == ERROR_INVALID_PARAMETER);
+    CHECK(RegSetValueA(root, "sub\\deep", REG_SZ, "a text", 2) == 0);
+    CHECK(GetBytes(Key(root, "sub\\deep"), nullptr) == std::string("a text\0", 7));
+}
+
+TEST_CASE("enumeration") {
+    const TestKey root;
+    const char* const names[] = {"zeta", "Alpha", "mid", "beta"};
+    for (const char* name : names) {
+        CHECK(SetBytes(root, name, name) == 0);
+        CHECK(Create(root, name) == 0);
+    }
+    const char* const sorted[] = {"Alpha", "beta", "mid", "zeta", "<259>"};
+    for (DWORD i = 0; i < 5; ++i) {
+        CHECK(SubkeyAt(root, i) == sorted[i]);
+        if (kOnLayer) // values stand in the order of their making
+            CHECK(ValueAt(root, i) == (i < 4 ? names[i] : "<259>"));
+    }
+    const std::set<std::string> values = {ValueAt(root, 0), ValueAt(root, 1), ValueAt(root, 2), ValueAt(root, 3)};
+    CHECK(values == std::set<std::string>(names, names + 4));
+
+    char name[8] = "#######";
+    BYTE data[8];
+    DWORD size = 5; // of Alpha, without room for the terminator
+    CHECK(RegEnumKeyExA(root, 0, name, &size, nullptr, nullptr, nullptr, nullptr) == ERROR_MORE_DATA);
+    CHECK(name[0] == '#');
+    size = sizeof name;
+    DWORD dataSize = 2;
+    DWORD type = 99;
+    CHECK(RegEnumValueA(root, 0, name, &size, nullptr, &type, data, &dataSize) == ERROR_MORE_DATA);
+    CHECK(dataSize == ValueAt(root, 0).size());
+    size = 3;
+    CHECK(RegEnumValueA(root, 0, name, &size, nullptr, nullptr, nullptr, nullptr) == ERROR_MORE_DATA);
+    CHECK(RegEnumValueA(root, 0, name, &size, nullptr, nullptr, data, nullptr) == ERROR_INVALID_PARAMETER);
+    CHECK(RegEnumKeyExA(root, 0, name, &size, &size, nullptr, nullptr, nullptr) == ERROR_INVALID_PARAMETER);
+
+    DWORD subkeys = 0, longestKey = 0, count = 0, longestName = 0, longestData = 0;
+    FILETIME before = {}, after = {};
+    const auto ask = [&](FILETIME& time) {
+        return RegQueryInfoKeyA(root, nullptr, nullptr, nullptr, &subkeys, &longestKey, nullptr, &count, &longestName,
+                                &longestData, nullptr, &time);
+    };
+    CHECK(ask(before) == 0);
+    CHECK(std::vector<DWORD>{subkeys, longestKey, count, longestName, longestData} ==
+          std::vector<DWORD>{4, 5, 4, 5, 5});
+    CHECK(RegDeleteValueA(root, "Alpha") == 0);
+    CHECK(SetBytes(root, "mid", "1234567890") == 0);
+    CHECK(ask(after) == 0);
+    CHECK(std::vector<DWORD>{count, longestName, longestData} == std::vector<DWORD>{3, 4, 10});
+    CHECK(CompareFileTime(&before, &after) < 0);
+}
+
+TEST_CASE("classes, volatile keys, options") {
+    const TestKey root;
+    char name[] = "Klass";
+    HKEY key = nullptr;
+    CHECK(RegCreateKeyExA(root, "c", 0, name, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr) == 0);
+    const Key closed(key);
+    char text[8];
+    DWORD size = sizeof text;
+    const auto classOf = [&] {
+        return RegQueryInfoKeyA(key, text, &size, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                nullptr, nullptr);
+    };
+    CHECK(classOf() == 0);
+    CHECK(std::string(text, size) == "Klass");
+    size = 5;
+    CHECK(classOf() == ERROR_MORE_DATA);
+
+    CHECK(Create(root, "gone", REG_OPTION_VOLATILE) == 0);
+    CHECK(Create(root, "gone\\stays") == ERROR_CHILD_MUST_BE_VOLATILE);
+    CHECK(RegSetValueA(Key(root, "gone"), "stays", REG_SZ, "", 0) == ERROR_CHILD_MUST_BE_VOLATILE);
+    CHECK(Create(root, "gone\\too\\far", REG_OPTION_VOLATILE) == 0);
+    CHECK(Create(root, "gone\\too") == 0);
+    CHECK(RegCreateKeyExA(root, "r", 5, nullptr, 0, KEY_READ, nullptr, &key, nullptr) == ERROR_INVALID_PARAMETER);
+}
+
+TEST_CASE("limits of names and depth") {
+    const TestKey root;
+    CHECK(Create(root, std::string(255, 'k').c_str()) == 0);
+    CHECK(SetBytes(root, std::string(16383, 'v').c_str(), "x") == 0);
+    CHECK(SetBytes(root, std::string(16384, 'v').c_str(), "x") == ERROR_INVALID_PARAMETER);
+    if (!kOnLayer) // Wine has neither of the limits that follow
+        return;
+    CHECK(Create(root, std::string(256, 'k').c_str()) == ERROR_INVALID_PARAMETER);
+    std::string path;
+    for (int level = 2; level < 512; ++level)
+        path += "d\\";
+    CHECK(Create(root, path.c_str()) == 0);
+    CHECK(Create(root, (path + "e").c_str()) == ERROR_INVALID_PARAMETER);
+    CHECK(Create(Key(root, path.c_str()), "e") == ERROR_INVALID_PARAMETER);
+}
+
+TEST_CASE("predefined keys and other machines") {
+    CHECK(RegCloseKey(HKEY_LOCAL_MACHINE) == 0);
+    CHECK(RegCloseKey(nullptr) == ERROR_INVALID_HANDLE);
+    for (const HKEY root : {HKEY_CLASSES_ROOT, HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE, HKEY_USERS, HKEY_CURRENT_CONFIG})
+        CHECK(Open(root, "") == 0);
+    CHECK(RegDeleteKeyA(HKEY_LOCAL_MACHINE, "") == ERROR_ACCESS_DENIED);
+    CHECK(RegDeleteKeyA(HKEY_LOCAL_MACHINE, "Software") == ERROR_ACCESS_DENIED);
+    CHECK(Create(HKEY_CLASSES_ROOT, "KelCore.test") == 0);
+    CHECK(RegDeleteKeyA(HKEY_LOCAL_MACHINE, "Software\\Classes\\KelCore.test") == 0);
+    HKEY key = nullptr;
+    CHECK(RegConnectRegistryA("", HKEY_LOCAL_MACHINE, &key) == 0);
+    CHECK(RegConnectRegistryA(nullptr, HKEY_USERS, &key) == 0);
+    CHECK(RegConnectRegistryA("\\\\no-such-machine.invalid", HKEY_LOCAL_MACHINE, &key) == ERROR_BAD_NETPATH);
+}
+
+TEST_CASE("threads share one key") {
+    const TestKey root;
+    std::atomic<int> wrong{0};
+    const auto work = [&](int number) {
+        const std::string own = "own" + std::to_string(number);
+        for (int round = 0; round < 60; ++round) {
+            const std::string text = std::to_string(round) + std::string(20, 'x');
+            const bool good = SetBytes(root, own.c_str(), text) == 0 && SetBytes(root, "all", text) == 0 &&
+                              GetBytes(root, own.c_str()) == text && GetBytes(root, "all").size() >= 21 &&
+                              ValueAt(root, 0) != "<259>" && Create(root, own.c_str()) == 0 &&
+                              RegDeleteKeyA(root, own.c_str()) == 0;
+            wrong += !good;
+        }
+    };
+    std::vector<std::thread> threads;
+    for (int number = 0; number < 4; ++number)
+        threads.emplace_back(work, number);
+    for (std::thread& thread : threads)
+        thread.join();
+    CHECK(wrong == 0);
+    CHECK(ValueAt(root, 4) != "<259>");
+    CHECK(ValueAt(root, 5) == "<259>");
+}
+
+TEST_CASE("every call can fail, and says so") {
+    const TestKey root;
+    kel::test::WithEachCallFailing(ERROR_BUSY, [&] {
+        HKEY key = nullptr;
+        std::vector<LONG> codes = {RegCreateKeyExA(root, "sub", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr)};
+        const Key sub(key);
+        codes.push_back(RegConnectRegistryA("", HKEY_USERS, &key));
+        codes.push_back(RegQueryInfoKeyA(root, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                         nullptr, nullptr, nullptr));
+        for (const Call& call : kCalls)
+            codes.push_back(call.run(root));
+        const std::string met = kel::test::FaultedCall();
+        for (const LONG code : codes)
+            CHECK((code <= 5 || code == ERROR_NO_MORE_ITEMS || (code == ERROR_BUSY && !met.empty())));
+    });
+}
