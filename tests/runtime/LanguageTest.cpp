@@ -1,6 +1,7 @@
 #include "tests/runtime/SampleModule.h"
 
 #include "tests/support/Faults.h"
+#include "tests/support/MessageBoxes.h"
 
 #include <doctest/doctest.h>
 
@@ -91,6 +92,28 @@ TEST_CASE("a new language reloads all modules, then tells the targets in their o
     CHECK(ModuleBase::GetLanguage() == 0x0411);
 }
 
+TEST_CASE("a language file of another version is refused with one warning a load") {
+    const EnglishAfterwards english;
+    const kel::test::MessageBoxes boxes(IDOK);
+    Provider provider;
+    ModuleBase::SetLanguage(0x040C, &provider);
+    const SampleModule module;
+    CHECK(module.Text(16) == "sixteen");
+    CHECK(module.IsInItsOwnLanguage());
+    CHECK(boxes.Seen().size() == 1);
+    ModuleBase::SetLanguage(0x040C, &provider);
+    REQUIRE(boxes.Seen().size() == 2);
+    const kel::test::SeenBox& box = boxes.Seen().back();
+    String file = module.GetPath();
+    SampleLanguages(0x040C, file);
+    CHECK(box.text == "The version of the language file '" + StdW2A(file) +
+                          "' (1.2.0.0) is not the same as the application version (1.2.0.1).\nThe application will use "
+                          "the default language.");
+    CHECK(box.caption == "Warning");
+    CHECK((box.buttons == std::vector{IDOK} && box.hasIcon));
+    CHECK(GetModuleHandleA(SampleFile("outdated.dll").c_str()) == nullptr);
+}
+
 TEST_CASE("targets and modules may come and go while the language changes") {
     const EnglishAfterwards english;
     Log log;
@@ -126,6 +149,7 @@ TEST_CASE("targets and modules may come and go while the language changes") {
 
 TEST_CASE("a failing platform call leaves a module with its own texts or those of its language, and nothing open") {
     const EnglishAfterwards english;
+    const kel::test::MessageBoxes boxes(IDOK);
     Provider provider;
     kel::test::WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [&] {
         const HINSTANCE file = LoadLibraryA(SampleFile("module.dll").c_str());
