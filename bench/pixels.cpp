@@ -180,10 +180,20 @@ std::string ResultOf(const Canvas& canvas) {
     return std::string(reinterpret_cast<const char*>(canvas.target), canvas.Bytes()) + (canvas.found ? "yes" : "no");
 }
 
+Runner Timed(const Runner& run) {
+    return [run] {
+        run();
+        benchmark::ClobberMemory();
+    };
+}
+
+Runner Clearing(const Work& work, const Canvas& canvas) {
+    return work.restore ? Runner([&canvas] { Restore(canvas); }) : nullptr;
+}
+
 Call CallOf(const Painter& painter, const Work& work) {
     Canvas& canvas = CanvasOf(work);
     const Runner run = painter.prepare(canvas);
-    const auto restore = [&canvas] { Restore(canvas); };
     const auto result = [&canvas, run] {
         Restore(canvas);
         run();
@@ -191,12 +201,7 @@ Call CallOf(const Painter& painter, const Work& work) {
         Restore(canvas);
         return bytes;
     };
-    const auto timed = [run] {
-        run();
-        benchmark::ClobberMemory();
-    };
-    return {timed, painter.exact ? std::function<std::string()>(result) : nullptr,
-            work.restore ? Runner(restore) : nullptr};
+    return {Timed(run), painter.exact ? std::function<std::string()>(result) : nullptr, Clearing(work, canvas)};
 }
 
 // The least that any work in place must do, as wide as the processor can.
@@ -224,11 +229,8 @@ Runner LimitRun(const Canvas& canvas, Limit limit) {
 void AddLimit(const Work& work) {
     const char* const names[] = {"limit-pass in place", "limit-memcpy", "limit-memchr", "limit-memset"};
     AddJob("pixels", names[static_cast<int>(work.limit)], work.name, [&work] {
-        const Runner run = LimitRun(CanvasOf(work), work.limit);
-        return Call{[run] {
-            run();
-            benchmark::ClobberMemory();
-        }};
+        const Canvas& canvas = CanvasOf(work);
+        return Call{Timed(LimitRun(canvas, work.limit)), nullptr, Clearing(work, canvas)};
     });
 }
 

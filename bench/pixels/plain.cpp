@@ -18,35 +18,28 @@ using kel::bench::kTint;
 using kel::bench::Painter;
 using Byte = unsigned char;
 
-KELCORE_PLAIN inline Byte Tinted(int channel, Byte value, int opacity) {
-    const int share = opacity * 256 / 255;
-    return static_cast<Byte>((share * (kTint >> (8 * channel) & 0xFF) + value * (256u - opacity)) >> 8);
+// Blue and red side by side, then green: compilers see through whole words better than through single bytes.
+KELCORE_PLAIN inline std::uint32_t Tinted(std::uint32_t pixel, std::uint32_t share, std::uint32_t rest) {
+    const std::uint32_t blueRed = ((pixel & 0xFF00FF) * rest + (kTint & 0xFF00FF) * share) >> 8 & 0xFF00FF;
+    const std::uint32_t green = ((pixel >> 8 & 0xFF) * rest + (kTint >> 8 & 0xFF) * share) & 0xFF00;
+    return blueRed | green;
 }
 
 KELCORE_PLAIN inline bool Has(const Byte* pixel, std::uint32_t colour) {
     return (pixel[0] | pixel[1] << 8 | pixel[2] << 16) == static_cast<int>(colour);
 }
 
-KELCORE_PLAIN inline bool IsSet(const Byte* mask, std::size_t pixel) {
-    return (mask[pixel / 8] >> (7 - pixel % 8) & 1) != 0;
+KELCORE_PLAIN void Tint(std::uint32_t* pixels, std::uint32_t opacity) {
+    for (std::size_t i = 0; i < kPixels; ++i)
+        pixels[i] = Tinted(pixels[i], opacity * 256 / 255, 256 - opacity);
 }
 
-KELCORE_PLAIN void Tint(Byte* pixel, int opacity) {
-    for (std::size_t i = 0; i < kPixels; ++i, pixel += 4) {
-        pixel[0] = Tinted(0, pixel[0], opacity);
-        pixel[1] = Tinted(1, pixel[1], opacity);
-        pixel[2] = Tinted(2, pixel[2], opacity);
-        pixel[3] = 0;
-    }
-}
-
-KELCORE_PLAIN void TintMasked(Byte* pixel, const Byte* mask, int opacity) {
-    for (std::size_t i = 0; i < kPixels; ++i, pixel += 4) {
-        const bool set = IsSet(mask, i);
-        pixel[0] = set ? Tinted(0, pixel[0], opacity) : pixel[0];
-        pixel[1] = set ? Tinted(1, pixel[1], opacity) : pixel[1];
-        pixel[2] = set ? Tinted(2, pixel[2], opacity) : pixel[2];
-    }
+KELCORE_PLAIN void TintMasked(std::uint32_t* pixels, const Byte* mask, std::uint32_t opacity) {
+    for (std::size_t byte = 0; byte < kPixels / 8; ++byte, pixels += 8)
+        for (std::size_t i = 0; i < 8; ++i) {
+            const std::uint32_t tinted = Tinted(pixels[i], opacity * 256 / 255, 256 - opacity);
+            pixels[i] = (mask[byte] >> (7 - i) & 1) != 0 ? tinted | (pixels[i] & 0xFF000000) : pixels[i];
+        }
 }
 
 KELCORE_PLAIN void CombineKey32(std::uint32_t* target, const std::uint32_t* source) {
@@ -63,9 +56,16 @@ KELCORE_PLAIN void CombineKey24(Byte* target, const Byte* source) {
     }
 }
 
-template <std::size_t PixelBytes>
-KELCORE_PLAIN void GreyOut(Byte* pixel) {
-    for (std::size_t i = 0; i < kPixels; ++i, pixel += PixelBytes) {
+KELCORE_PLAIN void GreyOut32(std::uint32_t* pixels) {
+    for (std::size_t i = 0; i < kPixels; ++i) {
+        const std::uint32_t pixel = pixels[i];
+        const std::uint32_t grey = ((pixel & 0xFF) + (pixel >> 8 & 0xFF) + (pixel >> 16 & 0xFF)) / 9 + 128;
+        pixels[i] = (pixel & 0xFFFFFF) == kKey ? pixel : (pixel & 0xFF000000) | grey * 0x010101;
+    }
+}
+
+KELCORE_PLAIN void GreyOut24(Byte* pixel) {
+    for (std::size_t i = 0; i < kPixels; ++i, pixel += 3) {
         const bool kept = Has(pixel, kKey);
         const auto grey = static_cast<Byte>((pixel[0] + pixel[1] + pixel[2]) / 9u + 128);
         pixel[0] = kept ? pixel[0] : grey;
@@ -74,11 +74,17 @@ KELCORE_PLAIN void GreyOut(Byte* pixel) {
     }
 }
 
-// Counting has no early end, which compilers cannot vectorise.
-template <std::size_t PixelBytes>
-KELCORE_PLAIN bool Find(const Byte* pixel) {
+// They count: a loop with an early end is not vectorised.
+KELCORE_PLAIN bool Find32(const std::uint32_t* pixels) {
     unsigned count = 0;
-    for (std::size_t i = 0; i < kPixels; ++i, pixel += PixelBytes)
+    for (std::size_t i = 0; i < kPixels; ++i)
+        count += (pixels[i] & 0xFFFFFF) == kAbsent ? 1 : 0;
+    return count > 0;
+}
+
+KELCORE_PLAIN bool Find24(const Byte* pixel) {
+    unsigned count = 0;
+    for (std::size_t i = 0; i < kPixels; ++i, pixel += 3)
         count += Has(pixel, kAbsent) ? 1 : 0;
     return count > 0;
 }
@@ -89,8 +95,9 @@ KELCORE_PLAIN void Invert(std::uint32_t* words) {
 }
 
 KELCORE_PLAIN void OrBitPlane(Byte* pixels, const Byte* mask) {
-    for (std::size_t i = 0; i < kPixels; ++i)
-        pixels[i] |= static_cast<Byte>((mask[i / 8] >> (7 - i % 8) & 1) << 3);
+    for (std::size_t byte = 0; byte < kPixels / 8; ++byte, pixels += 8)
+        for (std::size_t i = 0; i < 8; ++i)
+            pixels[i] |= static_cast<Byte>((mask[byte] >> (7 - i) & 1) << 3);
 }
 
 KELCORE_PLAIN void KeyToAlpha(std::uint32_t* pixels) {
@@ -114,19 +121,23 @@ const std::uint32_t* SourceWords(const Canvas& canvas) {
 using Runner = std::function<void()>;
 
 const Enter<Painter> entered[] = {
-    Enter<Painter>{{"plain", "tint 32", true, [](Canvas& c) -> Runner { return [&c] { Tint(c.target, c.opacity); }; }}},
+    Enter<Painter>{
+        {"plain", "tint 32", true,
+         [](Canvas& c) -> Runner { return [&c] { Tint(Words(c), static_cast<std::uint32_t>(c.opacity)); }; }}},
     Enter<Painter>{{"plain", "masked tint 32", true,
-                    [](Canvas& c) -> Runner { return [&c] { TintMasked(c.target, c.mask, c.opacity); }; }}},
+                    [](Canvas& c) -> Runner {
+                        return [&c] { TintMasked(Words(c), c.mask, static_cast<std::uint32_t>(c.opacity)); };
+                    }}},
     Enter<Painter>{{"plain", "colour-key 32", true,
                     [](Canvas& c) -> Runner { return [&c] { CombineKey32(Words(c), SourceWords(c)); }; }}},
     Enter<Painter>{{"plain", "colour-key 24", true,
                     [](Canvas& c) -> Runner { return [&c] { CombineKey24(c.target, c.source); }; }}},
-    Enter<Painter>{{"plain", "grey-out 32", true, [](Canvas& c) -> Runner { return [&c] { GreyOut<4>(c.target); }; }}},
-    Enter<Painter>{{"plain", "grey-out 24", true, [](Canvas& c) -> Runner { return [&c] { GreyOut<3>(c.target); }; }}},
+    Enter<Painter>{{"plain", "grey-out 32", true, [](Canvas& c) -> Runner { return [&c] { GreyOut32(Words(c)); }; }}},
+    Enter<Painter>{{"plain", "grey-out 24", true, [](Canvas& c) -> Runner { return [&c] { GreyOut24(c.target); }; }}},
+    Enter<Painter>{{"plain", "find a colour 32", true,
+                    [](Canvas& c) -> Runner { return [&c] { c.found = Find32(SourceWords(c)); }; }}},
     Enter<Painter>{
-        {"plain", "find a colour 32", true, [](Canvas& c) -> Runner { return [&c] { c.found = Find<4>(c.source); }; }}},
-    Enter<Painter>{
-        {"plain", "find a colour 24", true, [](Canvas& c) -> Runner { return [&c] { c.found = Find<3>(c.source); }; }}},
+        {"plain", "find a colour 24", true, [](Canvas& c) -> Runner { return [&c] { c.found = Find24(c.source); }; }}},
     Enter<Painter>{{"plain", "invert 32", true, [](Canvas& c) -> Runner { return [&c] { Invert(Words(c)); }; }}},
     Enter<Painter>{
         {"plain", "or bit plane 8", true, [](Canvas& c) -> Runner { return [&c] { OrBitPlane(c.target, c.mask); }; }}},

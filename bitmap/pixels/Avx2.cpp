@@ -4,6 +4,16 @@
 
 #include "bitmap/pixels/Vectors32.h"
 
+namespace kel::pixels {
+namespace {
+
+inline const Road& Rest() {
+    return *Sse41Road();
+}
+
+} // namespace
+} // namespace kel::pixels
+
 #include "bitmap/pixels/Kernels.h"
 
 const kel::pixels::Road* kel::pixels::Avx2Road() {

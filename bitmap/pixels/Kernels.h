@@ -4,7 +4,7 @@
 
 /// @file
 /// The kernels of a road, over the vectors of Vectors16.h or Vectors32.h, whichever was included before. Runs shorter
-/// than a step, and the rest of longer ones, are left to the portable road.
+/// than a step, and the rest of longer ones, are left to the road that `Rest()` names.
 namespace kel::pixels {
 namespace {
 
@@ -105,7 +105,7 @@ void ShadeWith(Byte* pixels, std::size_t count, const Tint& tint) {
     const Bytes colour = Bytes(EachQuad(kColour));
     const std::size_t done =
         InPlace(pixels, 4 * count, [&](Bytes value, std::size_t) { return shader.Shaded(value) & colour; });
-    kPortableRoad.shade(pixels + done, count - done / 4, tint);
+    Rest().shade(pixels + done, count - done / 4, tint);
 }
 
 void Shade(Byte* pixels, std::size_t count, const Tint& tint) {
@@ -152,7 +152,7 @@ void ShadeMaskedWith(Byte* pixels, const Byte* mask, std::size_t count, const Ti
         ShadeMaskedWord(pixels, mask, shader);
     for (; count >= 8; count -= 8, pixels += 32, ++mask)
         ShadeMaskedEight(pixels, *mask, shader);
-    kPortableRoad.shadeMasked(pixels, mask, count, tint);
+    Rest().shadeMasked(pixels, mask, count, tint);
 }
 
 void ShadeMasked(Byte* pixels, const Byte* mask, std::size_t count, const Tint& tint) {
@@ -180,7 +180,7 @@ void CombineKey32Run(Byte* pixels, const Byte* source, std::size_t count, std::u
         CombineBlock32<4>(pixels, source, keys);
     for (; count >= kStep / 4; count -= kStep / 4, pixels += kStep, source += kStep)
         CombineBlock32<1>(pixels, source, keys);
-    kPortableRoad.combineKey32(pixels, source, count, key);
+    Rest().combineKey32(pixels, source, count, key);
 }
 
 void KeyToAlphaRun(Byte* pixels, std::size_t count, std::uint32_t key) {
@@ -188,7 +188,7 @@ void KeyToAlphaRun(Byte* pixels, std::size_t count, std::uint32_t key) {
     const std::size_t done = InPlace(pixels, 4 * count, [=](Bytes value, std::size_t) {
         return Bytes((Quads(value) | EachQuad(kFourth)) & ~HasColour(value, keys));
     });
-    kPortableRoad.keyToAlpha(pixels + done, count - done / 4, key);
+    Rest().keyToAlpha(pixels + done, count - done / 4, key);
 }
 
 void KeyToOverlayRun(Byte* pixels, std::size_t count, std::uint32_t key, std::uint32_t overlay) {
@@ -196,7 +196,7 @@ void KeyToOverlayRun(Byte* pixels, std::size_t count, std::uint32_t key, std::ui
     const Quads overlays = EachQuad(overlay);
     const std::size_t done =
         InPlace(pixels, 4 * count, [=](Bytes value, std::size_t) { return Bytes(HasColour(value, keys) & overlays); });
-    kPortableRoad.keyToOverlay(pixels + done, count - done / 4, key, overlay);
+    Rest().keyToOverlay(pixels + done, count - done / 4, key, overlay);
 }
 
 /// (blue + green + red) / 9 in bits 16-23 of each pixel: 7282 / 65536 is near enough to 1 / 9 for sums to 765.
@@ -217,7 +217,7 @@ void GreyOut32Run(Byte* pixels, std::size_t count, std::uint32_t keep) {
         const Bytes greys = Shuffle(Bytes(Ninths(value)), spread) | Bytes(EachQuad(0x00808080));
         return WithGreys(value, greys & ~Bytes(HasColour(value, keeps)));
     });
-    kPortableRoad.greyOut32(pixels + done, count - done / 4, keep);
+    Rest().greyOut32(pixels + done, count - done / 4, keep);
 }
 
 /// Four steps a test: a test costs as much as a comparison.
@@ -231,7 +231,7 @@ bool Contains32Run(const Byte* pixels, std::size_t count, std::uint32_t colour) 
         if (AnySet(Bytes(found)))
             return true;
     }
-    return kPortableRoad.contains32(pixels, count, colour);
+    return Rest().contains32(pixels, count, colour);
 }
 
 // ---- 24 bits a pixel: 16 pixels, 48 bytes, in each lane of three vectors ----
@@ -287,7 +287,7 @@ void CombineKey24Run(Byte* pixels, const Byte* source, std::size_t count, std::u
         StoreThree(pixels,
                    {Choose(value.a, other.a, has.a), Choose(value.b, other.b, has.b), Choose(value.c, other.c, has.c)});
     }
-    kPortableRoad.combineKey24(pixels, source, count, key);
+    Rest().combineKey24(pixels, source, count, key);
 }
 
 /// Greys of a lane's 16 pixels, in the order of kGreyPlaces; 0 for those of the colour @p keep.
@@ -312,7 +312,7 @@ void GreyOut24Run(Byte* pixels, std::size_t count, std::uint32_t keep) {
         const Three spread = Shuffle({greys, greys, greys}, order);
         StoreThree(pixels, {WithGreys(value.a, spread.a), WithGreys(value.b, spread.b), WithGreys(value.c, spread.c)});
     }
-    kPortableRoad.greyOut24(pixels, count, keep);
+    Rest().greyOut24(pixels, count, keep);
 }
 
 /// A pixel begins in the bytes of the table; its other two are read from one and two bytes further on.
@@ -331,14 +331,14 @@ bool Contains24Run(const Byte* pixels, std::size_t count, std::uint32_t colour) 
         if (AnySet(found))
             return true;
     }
-    return kPortableRoad.contains24(pixels, count, colour);
+    return Rest().contains24(pixels, count, colour);
 }
 
 // ---- 8 bits a pixel ----
 
 void ComplementRun(Byte* bytes, std::size_t count) {
     const std::size_t done = InPlace(bytes, count, [](Bytes value, std::size_t) { return ~value; });
-    kPortableRoad.complement(bytes + done, count - done);
+    Rest().complement(bytes + done, count - done);
 }
 
 void OrBitPlaneRun(Byte* pixels, const Byte* mask, std::size_t count, Byte bits, bool invert) {
@@ -348,7 +348,7 @@ void OrBitPlaneRun(Byte* pixels, const Byte* mask, std::size_t count, Byte bits,
     const std::size_t done = InPlace(pixels, count, [=](Bytes value, std::size_t at) {
         return value | (Bytes((SpreadMask(mask + at / 8) & bit) == set) & added);
     });
-    kPortableRoad.orBitPlane(pixels + done, mask + done / 8, count - done, bits, invert);
+    Rest().orBitPlane(pixels + done, mask + done / 8, count - done, bits, invert);
 }
 
 } // namespace

@@ -4,6 +4,16 @@
 
 #include "bitmap/pixels/Vectors16.h"
 
+namespace kel::pixels {
+namespace {
+
+inline const Road& Rest() {
+    return kPortableRoad;
+}
+
+} // namespace
+} // namespace kel::pixels
+
 #include "bitmap/pixels/Kernels.h"
 
 const kel::pixels::Road* kel::pixels::Sse41Road() {
