@@ -4,6 +4,7 @@
 /// Everything the library offers.
 
 #include <kelcore/file.h>
+#include <kelcore/registry.h>
 #include <kelcore/runtime.h>
 #include <kelcore/stream.h>
 #include <kelcore/text.h>
