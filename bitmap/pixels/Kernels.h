@@ -238,22 +238,6 @@ bool Contains32Run(const Byte* pixels, std::size_t count, std::uint32_t colour) 
 
 constexpr std::size_t kGroup = 48 * kLanes;
 
-struct Three {
-    Bytes a;
-    Bytes b;
-    Bytes c;
-};
-
-inline Three LoadThree(const Byte* at) {
-    return {LoadLanes(at, 48), LoadLanes(at + 16, 48), LoadLanes(at + 32, 48)};
-}
-
-inline void StoreThree(Byte* at, const Three& value) {
-    StoreLanes(at, 48, value.a);
-    StoreLanes(at + 16, 48, value.b);
-    StoreLanes(at + 32, 48, value.c);
-}
-
 /// The bytes of a table of 48, alike in each lane.
 inline Three EachThree(const Byte* table) {
     return {EachLane(table), EachLane(table + 16), EachLane(table + 32)};

@@ -25,12 +25,21 @@ inline Bytes Load(const Byte* at) {
 inline void Store(Byte* at, Bytes value) {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(at), __m128i(value));
 }
-/// Each lane of 16 bytes from its place, the places @p distance apart.
-inline Bytes LoadLanes(const Byte* at, std::size_t) {
-    return Load(at);
+/// 48 bytes a lane: its first, second and third 16.
+struct Three {
+    Bytes a;
+    Bytes b;
+    Bytes c;
+};
+
+/// The lanes follow each other in memory.
+inline Three LoadThree(const Byte* at) {
+    return {Load(at), Load(at + 16), Load(at + 32)};
 }
-inline void StoreLanes(Byte* at, std::size_t, Bytes value) {
-    Store(at, value);
+inline void StoreThree(Byte* at, const Three& value) {
+    Store(at, value.a);
+    Store(at + 16, value.b);
+    Store(at + 32, value.c);
 }
 /// Each lane the 16 bytes at @p at.
 inline Bytes EachLane(const Byte* at) {

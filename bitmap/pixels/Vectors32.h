@@ -24,18 +24,33 @@ inline Bytes Load(const Byte* at) {
 inline void Store(Byte* at, Bytes value) {
     _mm256_storeu_si256(reinterpret_cast<__m256i*>(at), __m256i(value));
 }
-inline __m128i LoadLane(const Byte* at) {
-    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+
+struct Three {
+    Bytes a;
+    Bytes b;
+    Bytes c;
+};
+
+template <int Halves>
+inline Bytes Permute(Bytes first, Bytes second) {
+    return Bytes(_mm256_permute2x128_si256(__m256i(first), __m256i(second), Halves));
 }
-inline Bytes LoadLanes(const Byte* at, std::size_t distance) {
-    return Bytes(_mm256_inserti128_si256(_mm256_castsi128_si256(LoadLane(at)), LoadLane(at + distance), 1));
+inline Bytes LowAndHigh(Bytes low, Bytes high) {
+    return Bytes(_mm256_blend_epi32(__m256i(low), __m256i(high), 0xF0));
 }
-inline void StoreLanes(Byte* at, std::size_t distance, Bytes value) {
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(at), _mm256_castsi256_si128(__m256i(value)));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(at + distance), _mm256_extracti128_si256(__m256i(value), 1));
+inline Three LoadThree(const Byte* at) {
+    const Bytes first = Load(at);
+    const Bytes second = Load(at + 32);
+    const Bytes third = Load(at + 64);
+    return {LowAndHigh(first, second), Permute<0x21>(first, third), LowAndHigh(second, third)};
+}
+inline void StoreThree(Byte* at, const Three& value) {
+    Store(at, Permute<0x20>(value.a, value.b));
+    Store(at + 32, LowAndHigh(value.c, value.a));
+    Store(at + 64, Permute<0x31>(value.b, value.c));
 }
 inline Bytes EachLane(const Byte* at) {
-    return Bytes(_mm256_broadcastsi128_si256(LoadLane(at)));
+    return Bytes(_mm256_broadcastsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(at))));
 }
 inline Bytes EachByte(Byte value) {
     return Bytes(_mm256_set1_epi8(static_cast<char>(value)));
