@@ -40,7 +40,6 @@ LanguageRule Answering(Log& log, const char* who, const char* file, bool answer)
 } // namespace
 
 TEST_CASE("the provider is asked first, then the module, with the path as the provider left it") {
-    const EnglishAfterwards english;
     const struct {
         const char* given;
         bool gives;
@@ -63,7 +62,7 @@ TEST_CASE("the provider is asked first, then the module, with the path as the pr
         const SampleModule module(Answering(asked, "own", row.own, row.owns));
         CHECK(asked == row.asked);
         CHECK(module.Text(16) == row.text);
-        CHECK(module.IsInItsOwnLanguage() == (row.text == std::string("sixteen")));
+        CHECK((module.m_hResource == module.m_hInstance) == (row.text == std::string("sixteen")));
         asked.clear();
         ModuleBase::SetLanguage(0x0407, &provider);
         CHECK(asked == row.asked);
@@ -72,7 +71,6 @@ TEST_CASE("the provider is asked first, then the module, with the path as the pr
 }
 
 TEST_CASE("a new language reloads all modules, then tells the targets in their order") {
-    const EnglishAfterwards english;
     Provider provider;
     Log log;
     SampleModule first([&](unsigned short, String&) { return log += "first; ", false; });
@@ -93,13 +91,12 @@ TEST_CASE("a new language reloads all modules, then tells the targets in their o
 }
 
 TEST_CASE("a language file of another version is refused with one warning a load") {
-    const EnglishAfterwards english;
     const kel::test::MessageBoxes boxes(IDOK);
     Provider provider;
     ModuleBase::SetLanguage(0x040C, &provider);
     const SampleModule module;
     CHECK(module.Text(16) == "sixteen");
-    CHECK(module.IsInItsOwnLanguage());
+    CHECK((module.m_hResource == module.m_hInstance));
     CHECK(boxes.Seen().size() == 1);
     ModuleBase::SetLanguage(0x040C, &provider);
     REQUIRE(boxes.Seen().size() == 2);
@@ -115,7 +112,6 @@ TEST_CASE("a language file of another version is refused with one warning a load
 }
 
 TEST_CASE("targets and modules may come and go while the language changes") {
-    const EnglishAfterwards english;
     Log log;
     std::unique_ptr<Target> gone;
     std::unique_ptr<Target> come;
@@ -148,29 +144,20 @@ TEST_CASE("targets and modules may come and go while the language changes") {
 }
 
 TEST_CASE("a failing platform call leaves a module with its own texts or those of its language, and nothing open") {
-    const EnglishAfterwards english;
     const kel::test::MessageBoxes boxes(IDOK);
     Provider provider;
     kel::test::WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [&] {
-        const HINSTANCE file = LoadLibraryA(SampleFile("module.dll").c_str());
-        if (file == nullptr)
+        SampleModule module;
+        if (module.m_hInstance == nullptr)
             return;
-        {
-            struct Module : ModuleBase {
-                explicit Module(HINSTANCE instance) { Init(instance); }
-                ~Module() override { Free(); }
-                using ModuleBase::GetAccelerators;
-            } module(file);
-            ModuleBase::SetLanguage(0x0407, &provider);
-            String text(u"left over"_w);
-            const bool found = module.LoadStringA(16, text, 0, -1);
-            CHECK((found ? text == u"sechzehn"_w || text == u"sixteen"_w : text.empty()));
-            CHECK((module.LoadAcceleratorsA(3) == (module.GetAccelerators() != nullptr)));
-            module.LoadAcceleratorsA(0);
-            unsigned long size = 0;
-            const void* const page = module.LoadResource(7, RT_HTML, &size);
-            CHECK((page == nullptr || size == 0 || size == 8 || size == 11));
-        }
-        FreeLibrary(file);
+        ModuleBase::SetLanguage(0x0407, &provider);
+        String text(u"left over"_w);
+        const bool found = text.LoadStringA(16, 0, -1, &module);
+        CHECK((found ? text == u"sechzehn"_w || text == u"sixteen"_w : text.empty()));
+        CHECK((module.LoadAcceleratorsA(3) == (module.GetAccelerators() != nullptr)));
+        module.LoadAcceleratorsA(0);
+        unsigned long size = 0;
+        const void* const page = module.LoadResource(7, RT_HTML, &size);
+        CHECK((page == nullptr || size == 0 || size == 8 || size == 11));
     });
 }

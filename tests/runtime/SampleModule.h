@@ -13,13 +13,13 @@ inline std::string SampleFile(const std::string& name) {
     return std::string(KELCORE_TEST_LANGUAGES) + "/" + name;
 }
 
-/// Asks a function for language files.
-using LanguageRule = std::function<bool(unsigned short language, String& path)>;
-
 /// The file @p name beside the one at @p path.
 inline String Beside(const String& path, const char* name) {
     return File::MakePath(File::GetDirname(path), StdA2W(name));
 }
+
+/// Answers for language files.
+using LanguageRule = std::function<bool(unsigned short language, String& path)>;
 
 /// Names german.dll for German, outdated.dll for French and a file that is missing for Japanese.
 inline bool SampleLanguages(unsigned short language, String& path) {
@@ -32,53 +32,28 @@ inline bool SampleLanguages(unsigned short language, String& path) {
     return name != nullptr;
 }
 
+/// Asks its rule. When it goes, the process speaks English without a provider again.
 struct Provider : ILanguageDLLName {
     explicit Provider(LanguageRule answer = SampleLanguages) : rule(std::move(answer)) {}
+    ~Provider() { ModuleBase::SetLanguage(0x0409, nullptr); }
     bool GetLanguageDLLName(unsigned short language, String& path) override { return rule(language, path); }
     LanguageRule rule;
 };
 
-/// Ends a test's language: English again, and no provider.
-struct EnglishAfterwards {
-    EnglishAfterwards() { ModuleBase::SetLanguage(0x0409, nullptr); }
-    EnglishAfterwards(const EnglishAfterwards&) = delete;
-    EnglishAfterwards& operator=(const EnglishAfterwards&) = delete;
-    ~EnglishAfterwards() { ModuleBase::SetLanguage(0x0409, nullptr); }
-};
-
-/// One use of a library.
-class Library {
+/// A module with what the tests look at.
+class TestModule : public ModuleBase {
 public:
-    explicit Library(const std::string& name) : m_handle(LoadLibraryA(SampleFile(name).c_str())) {
-        CHECK((m_handle != nullptr));
-    }
-    Library(const Library&) = delete;
-    Library& operator=(const Library&) = delete;
-    ~Library() { FreeLibrary(m_handle); }
-    HINSTANCE Handle() const { return m_handle; }
-
-private:
-    HINSTANCE m_handle;
-};
-
-/// A module whose file is module.dll.
-class SampleModule : private Library, public ModuleBase {
-public:
-    explicit SampleModule(LanguageRule rule = {}) : Library("module.dll"), m_rule(std::move(rule)) {
-        Init(Library::Handle());
-    }
-    ~SampleModule() override { Free(); }
-
+    explicit TestModule(HINSTANCE instance, LanguageRule rule = {}) : m_rule(std::move(rule)) { Init(instance); }
+    ~TestModule() override { Free(); }
     bool GetLanguageDLLName(unsigned short language, String& path) override { return m_rule && m_rule(language, path); }
 
-    using Library::Handle;
     using ModuleBase::Free;
     using ModuleBase::GetAccelerators;
     using ModuleBase::GetModules;
     using ModuleBase::Init;
+    using ModuleBase::m_hInstance;
+    using ModuleBase::m_hResource;
     using ModuleBase::SetAccelerators;
-
-    bool IsInItsOwnLanguage() const { return m_hResource == m_hInstance; }
 
     /// String @p id, "(none)" when it is not found.
     std::string Text(unsigned id, int first = 0, int last = -1) const {
@@ -97,4 +72,15 @@ public:
 
 private:
     LanguageRule m_rule;
+};
+
+/// A use of module.dll.
+struct SampleLibrary {
+    HINSTANCE handle = LoadLibraryA(SampleFile("module.dll").c_str());
+    ~SampleLibrary() { FreeLibrary(handle); }
+};
+
+/// A module whose file is module.dll.
+struct SampleModule : private SampleLibrary, public TestModule {
+    explicit SampleModule(LanguageRule rule = {}) : TestModule(handle, std::move(rule)) {}
 };
