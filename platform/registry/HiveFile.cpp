@@ -122,7 +122,7 @@ std::string DefaultHivePath() {
 void PrepareHiveFile(const std::string& path) {
     const std::string folder = FolderOf(path);
     struct stat facts;
-    if (access(folder.c_str(), W_OK | X_OK) != 0) // SQLite makes two files beside this one
+    if (access((folder + '/').c_str(), W_OK | X_OK) != 0) // SQLite makes two files beside this one
         RefuseFromHost();
     if (stat(path.c_str(), &facts) != 0)
         MakeEmptyFile(path, folder);

@@ -29,7 +29,7 @@ Registry& Registry::Get() {
 
 Registry::Registry() {
     g_registry.store(this, std::memory_order_release);
-    pthread_atfork([] { Get().BeforeFork(); }, [] { Get().AfterFork(); }, [] { Get().AfterFork(); });
+    pthread_atfork([] { Get().BeforeFork(); }, [] { Get().AfterForkInParent(); }, [] { Get().AfterForkInChild(); });
 }
 
 Hive& Registry::Opened() {
@@ -116,8 +116,14 @@ void Registry::BeforeFork() {
     m_memoryLock.lock();
 }
 
-void Registry::AfterFork() {
+void Registry::AfterForkInParent() {
     m_memoryLock.unlock();
+    m_connectionLock.unlock();
+}
+
+// The lock knows its holder by a thread's number, which is another one in the child: it is made anew.
+void Registry::AfterForkInChild() {
+    new (&m_memoryLock) std::shared_mutex;
     m_connectionLock.unlock();
 }
 

@@ -87,7 +87,8 @@ public:
     /// @name The fork of a process: neither side has an open connection during it.
     /// @{
     void BeforeFork();
-    void AfterFork();
+    void AfterForkInParent();
+    void AfterForkInChild();
     /// @}
 
     /// The process ends; the hive is left tidy if nobody is using it.

@@ -203,7 +203,8 @@ TEST_CASE("what a value's buffer may be") {
     CHECK(query(data, nullptr) == ERROR_INVALID_PARAMETER);
     CHECK(query(nullptr, nullptr) == 0);
     CHECK(RegQueryValueExA(root, "s", &size, nullptr, nullptr, nullptr) == ERROR_INVALID_PARAMETER);
-    SetBytes(root, "s", "open", REG_SZ); // without a terminator; there is room for one
+    // Without a terminator; there is room for one.
+    CHECK(RegSetValueExA(root, "s", 0, REG_SZ, reinterpret_cast<const BYTE*>("opening"), 4) == 0);
     data[4] = '#';
     size = 5;
     CHECK(query(data, &size) == 0);
@@ -325,7 +326,7 @@ TEST_CASE("threads share one key") {
     const auto work = [&](int number) {
         const std::string own = "own" + std::to_string(number);
         for (int round = 0; round < 60; ++round) {
-            const std::string text = std::to_string(round) + std::string(20, 'x');
+            const std::string text = std::to_string(100 + round) + std::string(20, 'x');
             const bool good = SetBytes(root, own.c_str(), text) == 0 && SetBytes(root, "all", text) == 0 &&
                               GetBytes(root, own.c_str()) == text && GetBytes(root, "all").size() >= 21 &&
                               ValueAt(root, 0) != "<259>" && Create(root, own.c_str()) == 0 &&
