@@ -1,10 +1,10 @@
 #include "Opened.h"
 
 #include "tests/support/Threads.h"
+#include "tests/support/Tokens.h"
 
 #include <atomic>
 #include <functional>
-#include <semaphore>
 #include <thread>
 #include <vector>
 
@@ -19,7 +19,7 @@ public:
         m_own = reinterpret_cast<HANDLE>(thread);
         REQUIRE(
             DuplicateHandle(GetCurrentProcess(), m_own, GetCurrentProcess(), &m_copy, 0, FALSE, DUPLICATE_SAME_ACCESS));
-        m_begin.release();
+        m_begin.Put();
     }
     Running(const Running&) = delete;
     Running& operator=(const Running&) = delete;
@@ -34,12 +34,12 @@ public:
 
 private:
     static void Run(void* self) {
-        static_cast<Running*>(self)->m_begin.acquire();
+        static_cast<Running*>(self)->m_begin.Take();
         static_cast<Running*>(self)->m_work();
     }
 
     std::function<void()> m_work;
-    std::binary_semaphore m_begin{0};
+    kel::test::Tokens m_begin;
     HANDLE m_own = nullptr;
     HANDLE m_copy = nullptr;
 };
@@ -117,17 +117,17 @@ TEST_CASE("waiters take what is released, each once, and outlive their handle") 
     constexpr int kWaiters = 6;
     const HANDLE tokens = CreateSemaphoreA(nullptr, 0, 100, nullptr);
     std::atomic<int> taken{0};
-    std::counting_semaphore<kWaiters> waiting(0);
+    kel::test::Tokens waiting;
     {
         std::vector<std::unique_ptr<Running>> waiters;
         for (int i = 0; i < kWaiters; ++i)
             waiters.push_back(std::make_unique<Running>([&] {
-                waiting.release();
+                waiting.Put();
                 while (WaitForSingleObject(tokens, INFINITE) == WAIT_OBJECT_0 && ++taken <= 1000 - kWaiters)
                     ;
             }));
         for (int i = 0; i < kWaiters; ++i)
-            waiting.acquire();
+            waiting.Take();
         for (int released = 0; released < 1000; ++released)
             while (!ReleaseSemaphore(tokens, 1, nullptr))
                 std::this_thread::yield();
@@ -136,10 +136,10 @@ TEST_CASE("waiters take what is released, each once, and outlive their handle") 
     CHECK(WaitForSingleObject(tokens, 0) == WAIT_TIMEOUT);
     {
         const Running waiter([&] {
-            waiting.release();
+            waiting.Put();
             CHECK(WaitForSingleObject(tokens, kOnLayer ? 30 : 0) == WAIT_TIMEOUT);
         });
-        waiting.acquire();
+        waiting.Take();
         if (kOnLayer)
             CloseHandle(tokens);
     }
@@ -150,17 +150,17 @@ TEST_CASE("a thread's copied handle tells its end, its own handle goes with it")
     errno = 0;
     CHECK(_beginthread(nullptr, 0, nullptr) == static_cast<std::uintptr_t>(-1));
     CHECK(errno == EINVAL);
-    std::binary_semaphore mayEnd(0);
+    kel::test::Tokens mayEnd;
     {
         const Running thread([&] {
             CHECK((!kOnLayer || HasStack(1 << 22)));
-            mayEnd.acquire();
+            mayEnd.Take();
         });
         CHECK(thread.Wait(0) == WAIT_TIMEOUT);
         CHECK(thread.Wait(5) == WAIT_TIMEOUT);
         CHECK(SetThreadPriority(thread.Own(), THREAD_PRIORITY_LOWEST));
         CHECK(GetThreadPriority(thread.Copy()) == THREAD_PRIORITY_LOWEST);
-        mayEnd.release();
+        mayEnd.Put();
         for (int i = 0; i < 2; ++i)
             CHECK(thread.Wait(INFINITE) == WAIT_OBJECT_0);
         while (SetThreadPriority(thread.Own(), THREAD_PRIORITY_LOWEST))
@@ -178,7 +178,6 @@ TEST_CASE("seven priorities can be set and asked for; new threads are normal") {
     Running([&] {
         const int normal = kel::test::NiceValueOr(0);
         for (const auto& row : levels) {
-            CAPTURE(row.level);
             CHECK(SetThreadPriority(GetCurrentThread(), row.level));
             CHECK(GetThreadPriority(GetCurrentThread()) == row.level);
             CHECK(kel::test::NiceValueOr(std::min(normal + row.nice, 19)) == std::min(normal + row.nice, 19));

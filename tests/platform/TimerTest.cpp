@@ -1,13 +1,13 @@
 #include "Workplace.h"
 
 #include "tests/support/Threads.h"
+#include "tests/support/Tokens.h"
 
 #include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <deque>
 #include <memory>
-#include <semaphore>
 #include <vector>
 
 namespace {
@@ -18,7 +18,7 @@ using Clock = std::chrono::steady_clock;
 struct Target {
     std::atomic<int> calls{0};
     std::atomic<bool> inside{false};
-    std::counting_semaphore<1000000> called{0};
+    kel::test::Tokens called;
     UINT timer = 0;
     UINT kills = 0; // a timer for the callback to kill; its own with kOwn
     std::vector<MMRESULT> results;
@@ -37,7 +37,7 @@ struct Target {
         if (target.calls++ == 0 && target.firstTakes.count() != 0)
             Sleep(static_cast<DWORD>(target.firstTakes.count()));
         target.inside = false;
-        target.called.release();
+        target.called.Put();
     }
 
     // The timer thread may still be on its way out of the callback that was waited for.
@@ -53,7 +53,7 @@ struct Target {
     }
     void Await(int count) {
         for (int i = 0; i < count; ++i)
-            called.acquire();
+            called.Take();
     }
 };
 

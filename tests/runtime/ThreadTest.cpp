@@ -1,12 +1,12 @@
 #include "tests/support/Faults.h"
 #include "tests/support/Threads.h"
+#include "tests/support/Tokens.h"
 
 #include <kelcore/runtime/threads.h>
 
 #include <atomic>
 #include <functional>
 #include <memory>
-#include <semaphore>
 #include <string_view>
 #include <thread>
 #include <vector>
@@ -27,13 +27,13 @@ private:
 } // namespace
 
 TEST_CASE("a worker runs one job at a time, and only with a priority there is") {
-    std::binary_semaphore mayEnd(0);
+    kel::test::Tokens mayEnd;
     int runs = 0;
     bool inJob = true;
     Worker worker([&] {
         ++runs;
         inJob = worker.start(Thread::Normal) || worker.waitForEnd(0) || worker.waitForEnd(5);
-        mayEnd.acquire();
+        mayEnd.Take();
     });
     CHECK(worker.waitForEnd(0));
     CHECK_FALSE(worker.start(static_cast<Thread::Priority>(7)));
@@ -43,7 +43,7 @@ TEST_CASE("a worker runs one job at a time, and only with a priority there is") 
         CHECK_FALSE(worker.start(Thread::Normal));
         CHECK_FALSE(worker.waitForEnd(0));
         CHECK_FALSE(worker.waitForEnd(10));
-        mayEnd.release();
+        mayEnd.Put();
         CHECK(worker.waitForEnd(0xFFFFFFFF));
         CHECK(worker.waitForEnd(0));
         CHECK(runs == run);
@@ -54,13 +54,13 @@ TEST_CASE("a worker runs one job at a time, and only with a priority there is") 
 TEST_CASE("a job runs at the priority it was started with") {
     const int levels[] = {1, -1, 2, -15, -2, 0, 15};
     for (int priority = Thread::AboveNormal; priority <= Thread::TimeCritical; ++priority) {
-        std::binary_semaphore started(0);
+        kel::test::Tokens started;
         Worker worker([&] {
-            started.acquire();
+            started.Take();
             CHECK(GetThreadPriority(GetCurrentThread()) == levels[priority]);
         });
         CHECK(worker.start(static_cast<Thread::Priority>(priority)));
-        started.release();
+        started.Put();
     }
 }
 
@@ -68,20 +68,20 @@ TEST_CASE("destroying a worker waits for its job and leaves the last error alone
     // No wait of its own: that of the base is meant.
     struct Slow final : Thread {
         std::atomic<bool>& ended;
-        std::binary_semaphore& running;
-        Slow(std::atomic<bool>& ended, std::binary_semaphore& running) : ended(ended), running(running) {}
+        kel::test::Tokens& running;
+        Slow(std::atomic<bool>& ended, kel::test::Tokens& running) : ended(ended), running(running) {}
         void run() override {
             std::atomic<bool>& flag = ended;
-            running.release();
+            running.Put();
             Sleep(20);
             flag = true;
         }
     };
     std::atomic<bool> ended{false};
-    std::binary_semaphore running(0);
+    kel::test::Tokens running;
     auto worker = std::make_unique<Slow>(ended, running);
     REQUIRE(worker->start(Thread::Normal));
-    running.acquire();
+    running.Take();
     SetLastError(777);
     worker.reset();
     CHECK(ended);
@@ -91,18 +91,18 @@ TEST_CASE("destroying a worker waits for its job and leaves the last error alone
 TEST_CASE("a worker takes each failing call for what it is") {
     const auto faulted = [](std::string_view call) { return kel::test::FaultedCall() == call; };
     kel::test::WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [&] {
-        std::binary_semaphore ran(0);
+        kel::test::Tokens ran;
         std::atomic<int> runs{0};
         Worker worker([&] {
             ++runs;
-            ran.release();
+            ran.Put();
         });
         const bool started = worker.start(Thread::Highest);
         const bool made = !faulted("CreateSemaphoreA");
         const bool notTried = faulted("WaitForSingleObject");
         CHECK(started == (made && !notTried && !faulted("_beginthread")));
         if (started)
-            ran.acquire();
+            ran.Take();
         const bool ended = worker.waitForEnd(INFINITE);
         CHECK(ended == (made && (notTried || !faulted("WaitForSingleObject"))));
         CHECK(runs == started);

@@ -1,10 +1,10 @@
 #include "tests/support/Faults.h"
 #include "tests/support/Threads.h"
+#include "tests/support/Tokens.h"
 
 #include <kelcore/runtime/timers.h>
 
 #include <atomic>
-#include <semaphore>
 #include <thread>
 #include <vector>
 
@@ -13,10 +13,10 @@ namespace {
 struct Target final : ITimerTarget {
     void OnTimer(unsigned int timer) override {
         id = timer;
-        called.release();
+        called.Put();
     }
     std::atomic<unsigned int> id{0};
-    std::counting_semaphore<1000000> called{0};
+    kel::test::Tokens called;
 };
 
 } // namespace
@@ -31,9 +31,9 @@ TEST_CASE("a timer calls its target once or again and again, by its delay") {
         const unsigned int timer = KelSetTimer(row.resolution, row.delay, &target, row.periodic);
         REQUIRE(timer != 0);
         for (int calls = 0; calls < (row.periodic ? 5 : 1); ++calls)
-            target.called.acquire();
+            target.called.Take();
         CHECK(target.id == timer);
-        CHECK(target.called.try_acquire_for(std::chrono::milliseconds(20)) == row.periodic);
+        CHECK(target.called.TakeWithin(std::chrono::milliseconds(20)) == row.periodic);
         KelKillTimer(timer);
         KelKillTimer(timer);
     }
