@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <memory>
 #include <mutex>
 #include <new>
@@ -34,6 +35,8 @@ constexpr UINT kMostLocks = GMEM_LOCKCOUNT;
 constexpr UINT kKeptFlags = GMEM_MOVEABLE | GMEM_DISCARDABLE;
 
 Memory Allocate(SIZE_T size, bool zeroed) {
+    if (size > static_cast<SIZE_T>(std::numeric_limits<std::ptrdiff_t>::max()))
+        throw std::bad_alloc();
     const SIZE_T bytes = std::max<SIZE_T>(size, 1); // a fixed block of no bytes is still a block
     Memory memory(zeroed ? std::calloc(bytes, 1) : std::malloc(bytes));
     if (!memory)
