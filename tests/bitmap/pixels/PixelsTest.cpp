@@ -4,9 +4,7 @@
 #include <doctest/doctest.h>
 
 #include <algorithm>
-#include <functional>
 #include <random>
-#include <string>
 #include <vector>
 
 namespace {
@@ -73,92 +71,94 @@ void FillWithRuns(Picture& mask) {
     }
 }
 
-Byte Tinted(unsigned tint, Byte value, unsigned opacity) {
-    return static_cast<Byte>((opacity * 256 / 255 * tint + value * (256 - opacity)) >> 8);
-}
-
 bool IsSet(const Byte* mask, std::size_t x) {
     return (mask[x / 8] >> (7 - x % 8) & 1) != 0;
 }
 
-bool Has(const Byte* pixel, std::uint32_t colour) {
-    return pixel[0] == (colour & 0xFF) && pixel[1] == (colour >> 8 & 0xFF) && pixel[2] == (colour >> 16 & 0xFF);
+// Pixels of any depth as numbers, the first byte lowest.
+std::uint32_t Get(const Byte* pixel, std::size_t bytes) {
+    std::uint32_t value = 0;
+    for (std::size_t i = 0; i < bytes; ++i)
+        value |= static_cast<std::uint32_t>(pixel[i]) << (8 * i);
+    return value;
 }
 
-void Put(Byte* pixel, std::uint32_t value) {
-    for (int i = 0; i < 4; ++i)
+void Put(Byte* pixel, std::size_t bytes, std::uint32_t value) {
+    for (std::size_t i = 0; i < bytes; ++i)
         pixel[i] = static_cast<Byte>(value >> (8 * i));
 }
 
-void TintPixel(Byte* pixel, std::uint32_t tint, unsigned opacity) {
-    for (int i = 0; i < 3; ++i)
-        pixel[i] = Tinted(tint >> (8 * i) & 0xFF, pixel[i], opacity);
+// The fourth byte stays.
+std::uint32_t Tinted(std::uint32_t pixel, std::uint32_t tint, unsigned opacity) {
+    std::uint32_t result = pixel & 0xFF000000;
+    for (int shift = 0; shift < 24; shift += 8)
+        result |=
+            ((opacity * 256 / 255 * (tint >> shift & 0xFF) + (pixel >> shift & 0xFF) * (256 - opacity)) >> 8 & 0xFF)
+            << shift;
+    return result;
 }
 
-void Grey(Byte* pixel) {
-    std::fill(pixel, pixel + 3, static_cast<Byte>((pixel[0] + pixel[1] + pixel[2]) / 9 + 128));
+std::uint32_t Grey(std::uint32_t pixel) {
+    const std::uint32_t sum = (pixel & 0xFF) + (pixel >> 8 & 0xFF) + (pixel >> 16 & 0xFF);
+    return (pixel & 0xFF000000) | (sum / 9 + 128) * 0x010101;
 }
 
 constexpr std::uint32_t kKey = 0x404140;
+constexpr std::uint32_t kSameKey = 0x7F000000 | kKey;
 constexpr std::uint32_t kTint = 0xFF8003;
+constexpr std::uint32_t kOverlay = 0x7F7F3F01;
 
-// A loop, and what it does to one pixel: `other` is the pixel of the second picture, or the row of its mask.
+bool HasKey(std::uint32_t pixel) {
+    return (pixel & 0xFFFFFF) == kKey;
+}
+
+// A loop, and what it makes of a pixel, given that of the second picture, or 1 or 0 as the mask has it.
 struct Loop {
     const char* name;
     std::size_t pixelBytes;
     bool masked;
-    std::function<void(Picture& target, const Picture& other)> run;
-    std::function<void(Byte* pixel, const Byte* other, std::size_t x)> define;
+    void (*run)(Picture& target, const Picture& other);
+    std::uint32_t (*define)(std::uint32_t pixel, std::uint32_t other);
 };
 
-const std::vector<Loop>& Loops() {
-    static const std::vector<Loop> loops = {
-        {"shade 40 %", 4, false, [](Picture& p, const Picture&) { ShadeRows(p, kTint, 102); },
-         [](Byte* pixel, const Byte*, std::size_t) { TintPixel(pixel, kTint, 102), pixel[3] = 0; }},
-        {"shade 80 %", 4, false, [](Picture& p, const Picture&) { ShadeRows(p, kTint, 204); },
-         [](Byte* pixel, const Byte*, std::size_t) { TintPixel(pixel, kTint, 204), pixel[3] = 0; }},
-        {"shade masked 128", 4, true, [](Picture& p, const Picture& m) { ShadeRowsMasked(p, m, 0, kTint, 128); },
-         [](Byte* pixel, const Byte* mask, std::size_t x) { IsSet(mask, x) ? TintPixel(pixel, kTint, 128) : void(); }},
-        {"shade masked 129", 4, true, [](Picture& p, const Picture& m) { ShadeRowsMasked(p, m, 7, kTint, 129); },
-         [](Byte* pixel, const Byte* mask, std::size_t x) { IsSet(mask, x) ? TintPixel(pixel, kTint, 129) : void(); }},
-        {"combine 24", 3, false, [](Picture& p, const Picture& other) { CombineKey24(p, other, kKey | 0x7F000000); },
-         [](Byte* pixel, const Byte* other, std::size_t) {
-             Has(pixel, kKey) ? void(std::copy_n(other, 3, pixel)) : void();
-         }},
-        {"combine 32", 4, false, [](Picture& p, const Picture& other) { CombineKey32(p, other, kKey | 0x7F000000); },
-         [](Byte* pixel, const Byte* other, std::size_t) {
-             Has(pixel, kKey) ? void(std::copy_n(other, 4, pixel)) : void();
-         }},
-        {"grey 24", 3, false, [](Picture& p, const Picture&) { GreyOut24(p, kKey); },
-         [](Byte* pixel, const Byte*, std::size_t) { Has(pixel, kKey) ? void() : Grey(pixel); }},
-        {"grey 32", 4, false, [](Picture& p, const Picture&) { GreyOut32(p, kKey); },
-         [](Byte* pixel, const Byte*, std::size_t) { Has(pixel, kKey) ? void() : Grey(pixel); }},
-        {"grey 24, none kept", 3, false, [](Picture& p, const Picture&) { GreyOut24(p, kKey | 0x01000000); },
-         [](Byte* pixel, const Byte*, std::size_t) { Grey(pixel); }},
-        {"grey 32, none kept", 4, false, [](Picture& p, const Picture&) { GreyOut32(p, kKey | 0x40000000); },
-         [](Byte* pixel, const Byte*, std::size_t) { Grey(pixel); }},
-        {"or bit plane", 1, true, [](Picture& p, const Picture& mask) { OrBitPlane(p, mask, 0x84, false); },
-         [](Byte* pixel, const Byte* mask, std::size_t x) { *pixel |= IsSet(mask, x) ? 0x84 : 0; }},
-        {"or bit plane, inverted", 1, true, [](Picture& p, const Picture& mask) { OrBitPlane(p, mask, 0x08, true); },
-         [](Byte* pixel, const Byte* mask, std::size_t x) { *pixel |= IsSet(mask, x) ? 0 : 0x08; }},
-        {"key to alpha", 4, false, [](Picture& p, const Picture&) { KeyToAlpha(p, kKey | 0x7F000000); },
-         [](Byte* pixel, const Byte*, std::size_t) { Has(pixel, kKey) ? Put(pixel, 0) : void(pixel[3] = 0xFF); }},
-        {"key to overlay", 4, false, [](Picture& p, const Picture&) { KeyToOverlay(p, kKey | 0x7F000000, 0x7F7F3F01); },
-         [](Byte* pixel, const Byte*, std::size_t) { Put(pixel, Has(pixel, kKey) ? 0x7F7F3F01 : 0); }},
-    };
-    return loops;
-}
+using P = Picture;
+using U = std::uint32_t;
+
+const Loop kLoops[] = {
+    {"shade", 4, false, [](P& p, const P&) { ShadeRows(p, kTint, 102); },
+     [](U p, U) -> U { return Tinted(p, kTint, 102) & 0xFFFFFF; }},
+    {"shade masked", 4, true, [](P& p, const P& mask) { ShadeRowsMasked(p, mask, 7, kTint, 129); },
+     [](U p, U set) { return set ? Tinted(p, kTint, 129) : p; }},
+    {"combine 24", 3, false, [](P& p, const P& other) { CombineKey24(p, other, kSameKey); },
+     [](U p, U other) { return HasKey(p) ? other : p; }},
+    {"combine 32", 4, false, [](P& p, const P& other) { CombineKey32(p, other, kSameKey); },
+     [](U p, U other) { return HasKey(p) ? other : p; }},
+    {"grey 24", 3, false, [](P& p, const P&) { GreyOut24(p, kKey); }, [](U p, U) { return HasKey(p) ? p : Grey(p); }},
+    {"grey 32", 4, false, [](P& p, const P&) { GreyOut32(p, kKey); }, [](U p, U) { return HasKey(p) ? p : Grey(p); }},
+    {"grey 24, none kept", 3, false, [](P& p, const P&) { GreyOut24(p, kSameKey); }, [](U p, U) { return Grey(p); }},
+    {"grey 32, none kept", 4, false, [](P& p, const P&) { GreyOut32(p, kSameKey); }, [](U p, U) { return Grey(p); }},
+    {"or", 1, true, [](P& p, const P& m) { OrBitPlane(p, m, 0x84, false); }, [](U p, U set) { return p | set * 0x84; }},
+    {"or inverted", 1, true, [](P& p, const P& m) { OrBitPlane(p, m, 8, true); },
+     [](U p, U set) { return p | (set ^ 1) * 8; }},
+    {"key to alpha", 4, false, [](P& p, const P&) { KeyToAlpha(p, kSameKey); },
+     [](U p, U) { return HasKey(p) ? 0 : p | 0xFF000000; }},
+    {"key to overlay", 4, false, [](P& p, const P&) { KeyToOverlay(p, kSameKey, kOverlay); },
+     [](U p, U) { return HasKey(p) ? kOverlay : 0; }},
+};
 
 void CheckLoop(const Loop& loop, const Shape& shape) {
-    Picture before(shape, shape.width * loop.pixelBytes, random_() % 5);
-    Picture other(shape, loop.masked ? (shape.width + 7) / 8 : shape.width * loop.pixelBytes, random_() % 5);
+    const std::size_t bytes = loop.pixelBytes;
+    Picture before(shape, shape.width * bytes, random_() % 5);
+    Picture other(shape, loop.masked ? (shape.width + 7) / 8 : shape.width * bytes, random_() % 5);
     FillWithFew(before);
     loop.masked ? FillWithRuns(other) : FillWithFew(other);
     Picture expected = before;
     for (std::size_t y = 0; y < shape.rows; ++y)
-        for (std::size_t x = 0; x < shape.width; ++x)
-            loop.define(expected.Row(y) + x * loop.pixelBytes, other.Row(y) + (loop.masked ? 0 : x * loop.pixelBytes),
-                        x);
+        for (std::size_t x = 0; x < shape.width; ++x) {
+            Byte* const pixel = expected.Row(y) + x * bytes;
+            const U second = loop.masked ? IsSet(other.Row(y), x) : Get(other.Row(y) + x * bytes, bytes);
+            Put(pixel, bytes, loop.define(Get(pixel, bytes), second));
+        }
     OnEachRoad([&] {
         Picture picture = before;
         loop.run(picture, other);
@@ -174,7 +174,7 @@ TEST_CASE("every road does to each pixel what is defined, and nothing to the byt
     std::vector<std::size_t> widths = {127, 128, 129, 193, 255, 300, 641};
     for (std::size_t width = 0; width < 100; ++width)
         widths.push_back(width);
-    for (const Loop& loop : Loops()) {
+    for (const Loop& loop : kLoops) {
         CAPTURE(loop.name);
         for (const std::size_t width : widths) {
             CAPTURE(width);
@@ -186,19 +186,20 @@ TEST_CASE("every road does to each pixel what is defined, and nothing to the byt
 
 TEST_CASE("every road tints every channel value by every tint at every opacity") {
     Picture before({256, 1, 0, false}, 1024, 0);
-    for (unsigned value = 0; value < 256; ++value)
-        Put(before.memory.data() + 4 * value, value * 0x01000100 | (value ^ 0x55) << 16 | (255 - value));
+    for (U value = 0; value < 256; ++value)
+        Put(before.Row(0) + 4 * value, 4, value * 0x01000100 | (value ^ 0x55) << 16 | (255 - value));
     Picture mask({256, 1, 0, false}, 32, 0);
     std::fill(mask.memory.begin(), mask.memory.end(), Byte{0xFF});
     for (unsigned opacity = 0; opacity < 256; ++opacity)
-        for (unsigned tint = 0; tint < 256; ++tint) {
-            const std::uint32_t colour = tint | (tint ^ 0xFF) << 8 | ((tint + 77) & 0xFF) << 16;
+        for (U tint = 0; tint < 256; ++tint) {
+            const U colour = tint | (tint ^ 0xFF) << 8 | ((tint + 77) & 0xFF) << 16;
             Picture kept = before;
-            for (std::size_t x = 0; x < 256; ++x)
-                TintPixel(kept.Row(0) + 4 * x, colour, opacity);
-            Picture cleared = kept;
-            for (std::size_t x = 0; x < 256; ++x)
-                cleared.memory[4 * x + 3] = 0;
+            Picture cleared = before;
+            for (std::size_t at = 0; at < 1024; at += 4) {
+                const U tinted = Tinted(Get(before.Row(0) + at, 4), colour, opacity);
+                Put(kept.Row(0) + at, 4, tinted);
+                Put(cleared.Row(0) + at, 4, tinted & 0xFFFFFF);
+            }
             OnEachRoad([&] {
                 Picture plain = before;
                 ShadeRows(plain, colour, static_cast<Byte>(opacity));
@@ -220,8 +221,8 @@ TEST_CASE("a masked tint begins at the clip's left edge rounded down to a whole 
             Picture expected = before;
             for (std::size_t y = 0; y < 3; ++y)
                 for (std::size_t x = left / 8 * 8; x < width; ++x)
-                    if (IsSet(mask.Row(y), x))
-                        TintPixel(expected.Row(y) + 4 * x, kTint, 77);
+                    if (Byte* const pixel = expected.Row(y) + 4 * x; IsSet(mask.Row(y), x))
+                        Put(pixel, 4, Tinted(Get(pixel, 4), kTint, 77));
             OnEachRoad([&] {
                 CAPTURE(left);
                 CAPTURE(width);
@@ -233,42 +234,36 @@ TEST_CASE("a masked tint begins at the clip's left edge rounded down to a whole 
 }
 
 TEST_CASE("greys of all sums of channels are truncated alike") {
-    for (const std::size_t pixelBytes : {3u, 4u}) {
-        Picture before({766, 1, 0, false}, 766 * pixelBytes, 0);
-        for (unsigned sum = 0; sum < 766; ++sum)
-            for (unsigned channel = 0, left = sum; channel < 3; left -= std::min(left, 255u), ++channel)
-                before.Row(0)[sum * pixelBytes + channel] = static_cast<Byte>(std::min(left, 255u));
+    for (const std::size_t bytes : {3u, 4u}) {
+        Picture before({766, 1, 0, false}, 766 * bytes, 0);
+        for (U sum = 0; sum < 766; ++sum)
+            Put(before.Row(0) + sum * bytes, bytes, sum / 3 | (sum + 1) / 3 << 8 | (sum + 2) / 3 << 16);
         OnEachRoad([&] {
             Picture picture = before;
-            (pixelBytes == 3 ? GreyOut24 : GreyOut32)(picture, kNoColour);
-            for (unsigned sum = 0; sum < 766; ++sum) {
+            (bytes == 3 ? GreyOut24 : GreyOut32)(picture, kNoColour);
+            for (U sum = 0; sum < 766; ++sum) {
                 CAPTURE(sum);
-                REQUIRE(Has(picture.Row(0) + sum * pixelBytes, (sum / 9 + 128) * 0x010101));
+                REQUIRE(Get(picture.Row(0) + sum * bytes, bytes) == (sum / 9 + 128) * 0x010101);
             }
         });
     }
 }
 
-TEST_CASE("a colour is found wherever a pixel has it, and nowhere else") {
-    constexpr std::uint32_t kColour = 0x414243;
-    for (const std::size_t pixelBytes : {3u, 4u})
-        for (std::size_t width = 0; width < 150; width += 1 + width / 16) {
-            const std::size_t rowBytes = width * pixelBytes;
-            Picture picture({width, 2, 5, width % 2 != 0}, rowBytes, 2);
-            // Behind each row, and across two pixels, the colour does not count.
-            for (std::size_t at = 0; at + 3 <= rowBytes + 5; ++at) {
+TEST_CASE("a colour is found wherever a pixel has it, and neither behind a row nor across two pixels") {
+    constexpr U kColour = 0x414243;
+    for (const std::size_t bytes : {3u, 4u})
+        for (std::size_t width = 0; width < 150; width += 1 + width / 16)
+            for (std::size_t at = 0; at < width * bytes + 3; ++at) {
+                Picture picture({width, 2, 5, width % 2 != 0}, width * bytes, 2);
                 std::fill(picture.memory.begin(), picture.memory.end(), Byte{0x42});
-                Byte* const lower = picture.memory.data() + 2;
-                for (int i = 0; i < 3; ++i)
-                    lower[at + static_cast<std::size_t>(i)] = static_cast<Byte>(kColour >> (8 * i));
-                const bool there = at % pixelBytes == 0 && at < rowBytes;
+                Put(picture.memory.data() + 2 + at, 3, kColour);
+                const bool there = at % bytes == 0 && at < width * bytes;
                 OnEachRoad([&] {
                     CAPTURE(width);
                     CAPTURE(at);
-                    REQUIRE((pixelBytes == 3 ? Contains24 : Contains32)(picture, kColour | 0xFF000000) == there);
+                    REQUIRE((bytes == 3 ? Contains24 : Contains32)(picture, kColour | 0xFF000000) == there);
                 });
             }
-        }
 }
 
 TEST_CASE("complementing and filling reach exactly the bytes asked for") {
