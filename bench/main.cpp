@@ -24,6 +24,9 @@ void AddAllJobs() {
     kel::bench::AddFormatJobs();
     kel::bench::AddPathJobs();
     kel::bench::AddDirJobs();
+    kel::bench::AddThreadJobs();
+    kel::bench::AddTimeJobs();
+    kel::bench::AddRegistryJobs();
     kel::bench::AddModuleJobs();
     kel::bench::AddPixelJobs();
 }

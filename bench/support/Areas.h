@@ -12,6 +12,9 @@ void AddTextJobs();
 void AddFormatJobs();
 void AddPathJobs();
 void AddDirJobs();
+void AddThreadJobs();
+void AddTimeJobs();
+void AddRegistryJobs();
 void AddModuleJobs();
 void AddPixelJobs();
 

@@ -14,6 +14,7 @@ struct Job {
     std::string who;
     std::string work;
     std::function<Call()> make;
+    Clock clock;
     std::optional<Call> call = {};
 };
 
@@ -84,8 +85,9 @@ void Run(benchmark::State& state, Job& job) {
 
 } // namespace
 
-void AddJob(const std::string& area, const std::string& who, const std::string& work, std::function<Call()> make) {
-    Jobs().push_back(std::make_shared<Job>(Job{area, who, work, std::move(make)}));
+void AddJob(const std::string& area, const std::string& who, const std::string& work, std::function<Call()> make,
+            Clock clock) {
+    Jobs().push_back(std::make_shared<Job>(Job{area, who, work, std::move(make), clock}));
 }
 
 void AddNote(const std::string& area, std::function<std::string()> state) {
@@ -97,6 +99,8 @@ void RegisterJobs(bool once) {
         const std::string name = job->area + '/' + job->who + '/' + job->work;
         const auto run = [job](benchmark::State& state) { Run(state, *job); };
         benchmark::internal::Benchmark* registered = benchmark::RegisterBenchmark(name.c_str(), run);
+        if (job->clock == Clock::Wall)
+            registered->UseRealTime();
         if (once)
             registered->Iterations(1);
     }

@@ -24,8 +24,13 @@ struct Call {
     std::function<void()> clear = {};
 };
 
+/// What a job is timed by: the processor time of the thread that works or, for work that other threads take part in,
+/// the clock on the wall.
+enum class Clock { Processor, Wall };
+
 /// Enters the job. @p make prepares it, input included, when it is first run.
-void AddJob(const std::string& area, const std::string& who, const std::string& work, std::function<Call()> make);
+void AddJob(const std::string& area, const std::string& who, const std::string& work, std::function<Call()> make,
+            Clock clock = Clock::Processor);
 
 /// Enters a statement about @p area that is made after the tables, when one of its jobs has run. A statement that turns
 /// out false throws, and the program fails.

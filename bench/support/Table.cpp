@@ -55,6 +55,13 @@ std::string Ratio(double seconds, double base) {
     return Printed(ratio < 9.95 ? "%.2f" : "%.1f", ratio);
 }
 
+// Of the clock that the job asked for, for one iteration.
+double Seconds(const benchmark::BenchmarkReporter::Run& run) {
+    const bool wall = run.run_name.time_type == "real_time";
+    const double time = wall ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime();
+    return time / benchmark::GetTimeUnitMultiplier(run.time_unit);
+}
+
 // The machine's own word for its processor, "" where it keeps that elsewhere.
 std::string Processor() {
     std::ifstream facts("/proc/cpuinfo");
@@ -108,7 +115,7 @@ void Table::ReportRuns(const std::vector<Run>& runs) {
         if (run.error_occurred)
             m_failures[run.run_name.function_name] = run.error_message;
         else
-            job.seconds.push_back(run.GetAdjustedCPUTime() / benchmark::GetTimeUnitMultiplier(run.time_unit));
+            job.seconds.push_back(Seconds(run));
     }
 }
 

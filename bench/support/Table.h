@@ -11,8 +11,9 @@ namespace kel::bench {
 /// Collects the repetitions of every job and prints, for each area, a table in Markdown: kelcore's median and its ratio
 /// to the best peer and to the quickest limit of the same work.
 ///
-/// The times are processor times of the one thread that works. No job waits for anything, so on an idle machine they
-/// are those of the clock; on a busy one they are disturbed less.
+/// The times are processor times of the one thread that works: as no such job waits for anything, on an idle machine
+/// they are those of the clock, and on a busy one they are disturbed less. Work of several threads is timed by the
+/// clock.
 class Table : public benchmark::BenchmarkReporter {
 public:
     bool ReportContext(const Context& context) override;
@@ -33,7 +34,7 @@ private:
         std::string area;
         std::string who;
         std::string work;
-        std::vector<double> seconds; // of processor time, of each repetition
+        std::vector<double> seconds; // of each repetition
     };
 
     using Row = std::vector<const Job*>;
