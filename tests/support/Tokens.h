@@ -6,8 +6,7 @@
 
 namespace kel::test {
 
-/// A counting semaphore apart from the platform under test. That of the standard library loses wake-ups where the
-/// compiler's library has no futex to build it on.
+/// A counting semaphore apart from the platform under test.
 class Tokens {
 public:
     void Put() {
