@@ -52,8 +52,9 @@ GDIBitmap::TransparentSrc::TransparentSrc(HBITMAP bitmap, unsigned long color) :
 
 namespace {
 
-// The 95 family leaks resources in its transparent blit. Here the background is cut out with a mask, the picture with
-// the inverted mask, and the two are laid over each other in a copy of the target, so that nothing flickers.
+// The 95 family's transparent blit is known to leak resources. Instead the background is cut out with a mask, the
+// picture with the inverted mask, and the two are laid over each other in a copy of the target, so that nothing
+// flickers.
 bool BlendByMasks(HDC dc, HBITMAP bitmap, const Rect& source, const Rect& target, unsigned long color) {
     GDIBitmap cut;
     const Rect from = AtOrigin(source);
@@ -103,7 +104,7 @@ bool Blend(HDC dc, HDC from, const Rect& source, const Rect& target, const BLEND
                       Width(source), Height(source), function) != FALSE;
 }
 
-// The 95 family writes one column and row too many.
+// On the 95 family the target's last column and row are left alone.
 bool BlendClipped(HDC dc, HDC from, const Rect& source, const Rect& target, const BLENDFUNCTION& function) {
     const int saved = SaveDC(dc);
     IntersectClipRect(dc, target.left, target.top, target.right - 1, target.bottom - 1);
@@ -112,7 +113,7 @@ bool BlendClipped(HDC dc, HDC from, const Rect& source, const Rect& target, cons
     return done;
 }
 
-// The 95 family blends from the origin only, unless it stretches.
+// On the 95 family a part that is not stretched is blended from a bitmap of its own.
 bool NeedsCut(const Rect& source, const Rect& target) {
     return (source.left != 0 || source.top != 0) && Width(source) == Width(target) && Height(source) == Height(target);
 }

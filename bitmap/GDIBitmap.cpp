@@ -8,6 +8,7 @@
 
 GDIBitmap::GDIBitmap() : m_pImage(new Image) {}
 
+// The copy has a count of its own, which starts at 1. NOLINTNEXTLINE(bugprone-copy-constructor-init)
 GDIBitmap::GDIBitmap(const GDIBitmap& other)
     : IUnknown(), IBitmapData(), KelUnknown(), BitmapBase(), m_pImage(other.m_pImage) {
     ++m_pImage->refCount;
@@ -56,7 +57,7 @@ void GDIBitmap::TakeEmpty() {
 }
 
 void GDIBitmap::CopyOf(HBITMAP bitmap, const Rect* part) {
-    BITMAP description;
+    BITMAP description = {};
     if (!kel::Describe(bitmap, description))
         return;
     Rect source(0, 0, description.bmWidth, description.bmHeight);
@@ -215,7 +216,7 @@ HBITMAP GDIBitmap::GetHandle(bool exclusive) {
 void GDIBitmap::AttachBitmap(HBITMAP bitmap) {
     SetEmpty();
     Detach();
-    BITMAP description;
+    BITMAP description = {};
     if (kel::Describe(bitmap, description) &&
         m_pImage->Describe(Size(description.bmWidth, description.bmHeight), description.bmBitsPixel))
         m_pImage->handle = bitmap;
@@ -235,7 +236,7 @@ bool GDIBitmap::ConvertSysBitmap2DIB() {
     if (IsEmpty() || m_pImage->bits)
         return true;
     // The recorded depth of the display's own format is 0; the bitmap knows.
-    BITMAP description;
+    BITMAP description = {};
     if (!kel::Describe(m_pImage->handle, description))
         return false;
     const int depth = m_pImage->screenCompatible ? description.bmBitsPixel : GetBitsPerPixel();

@@ -75,7 +75,7 @@ GDIBitmap GDIBitmap::CreateMaskBmp(unsigned long transparent) const {
 namespace {
 
 bool InvertOnDevice(HBITMAP bitmap) {
-    BITMAP description;
+    BITMAP description = {};
     kel::MemoryContext context;
     if (!kel::Describe(bitmap, description) || !context.Select(bitmap))
         return false;

@@ -1,4 +1,4 @@
-#include "tests/bitmap/MemoryPicture.h"
+#include "tests/bitmap/Pictures.h"
 
 #include <limits>
 #include <string>

@@ -1,5 +1,5 @@
 // A program of its own: the library asks for the system's family once per process.
-#include "tests/bitmap/MemoryPicture.h"
+#include "tests/bitmap/Pictures.h"
 
 #include <kelcore/platform/testing.h>
 #include <kelcore/runtime/system.h>

@@ -1,4 +1,4 @@
-#include "tests/bitmap/MemoryPicture.h"
+#include "tests/bitmap/Pictures.h"
 
 TEST_CASE("copies share a picture until one of them changes it") {
     for (const int bits : {1, 8, 24, 32}) {

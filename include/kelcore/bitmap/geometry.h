@@ -9,16 +9,24 @@
 /// It goes wherever a RECT goes.
 struct Rect : tagRECT {
     /// (0, 0, 0, 0).
-    constexpr Rect() : tagRECT{0, 0, 0, 0} {}
-    constexpr Rect(int l, int t, int r, int b) : tagRECT{l, t, r, b} {}
+    constexpr Rect() : tagRECT() {}
+    constexpr Rect(int l, int t, int r, int b) : tagRECT() {
+        left = l;
+        top = t;
+        right = r;
+        bottom = b;
+    }
     constexpr Rect(const tagRECT& rect) : tagRECT(rect) {}
 };
 
 /// Width `cx` and height `cy`, the fields of the system's SIZE.
 struct Size : tagSIZE {
     /// (0, 0).
-    constexpr Size() : tagSIZE{0, 0} {}
-    constexpr Size(int width, int height) : tagSIZE{width, height} {}
+    constexpr Size() : tagSIZE() {}
+    constexpr Size(int width, int height) : tagSIZE() {
+        cx = width;
+        cy = height;
+    }
     constexpr Size(const tagSIZE& size) : tagSIZE(size) {}
 };
 
