@@ -57,12 +57,12 @@ void Registry::Open(const std::string& path) {
         throw;
     }
     m_checked = true;
-    const std::unique_lock memory(m_memoryLock);
+    const std::unique_lock memory(m_memoryLocks.front());
     m_cache.Attach(&m_hive->Index());
 }
 
 void Registry::Close() {
-    const std::unique_lock memory(m_memoryLock);
+    const std::unique_lock memory(m_memoryLocks.front());
     m_cache.Attach(nullptr);
     m_hive.reset();
 }
@@ -113,17 +113,17 @@ void Registry::BeforeFork() {
         m_hive->KeepFilesOnClose(true);
         Close();
     }
-    m_memoryLock.lock();
+    m_memoryLocks.front().lock();
 }
 
 void Registry::AfterForkInParent() {
-    m_memoryLock.unlock();
+    m_memoryLocks.front().unlock();
     m_connectionLock.unlock();
 }
 
-// The lock knows its holder by a thread's number, which is another one in the child: it is made anew.
+// The lock knows its holder by a thread's number, which is another one in the child, where nobody could unlock it.
 void Registry::AfterForkInChild() {
-    new (&m_memoryLock) std::shared_mutex;
+    m_memoryLocks.emplace_front();
     m_connectionLock.unlock();
 }
 

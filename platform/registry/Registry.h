@@ -6,6 +6,7 @@
 
 #include <kelcore/platform/errors.h>
 
+#include <forward_list>
 #include <mutex>
 #include <new>
 #include <shared_mutex>
@@ -57,7 +58,7 @@ public:
     /// As Look, as far as what is remembered goes. @return nothing if that does not hold what is asked for.
     template <class Ask>
     std::optional<LONG> LookInMemory(std::int64_t key, const Ask& ask) {
-        const std::shared_lock guard(m_memoryLock);
+        const std::shared_lock guard(m_memoryLocks.front());
         if (!m_cache.IsCurrent())
             return std::nullopt;
         KeyNode* const node = m_cache.Find(key);
@@ -101,7 +102,7 @@ private:
     LONG LookInHive(std::int64_t key, const Ask& ask) {
         const std::lock_guard connection(m_connectionLock);
         Hive& hive = Opened();
-        const std::unique_lock memory(m_memoryLock);
+        const std::unique_lock memory(m_memoryLocks.front());
         LONG result = ERROR_SUCCESS;
         hive.Read([&] {
             m_cache.Refresh();
@@ -125,14 +126,14 @@ private:
         Hive& hive = Opened();
         hive.Write([&] {
             {
-                const std::unique_lock memory(m_memoryLock);
+                const std::unique_lock memory(m_memoryLocks.front());
                 m_cache.Refresh(); // nobody else commits from here to the end of the transaction
                 Session session(hive, m_cache);
                 change.Look(session);
             }
             change.Make(hive);
         });
-        const std::unique_lock memory(m_memoryLock);
+        const std::unique_lock memory(m_memoryLocks.front());
         if (m_cache.FollowOwnCommit())
             change.Record(m_cache);
         m_cache.Trim();
@@ -157,7 +158,8 @@ private:
     [[noreturn]] void Refuse(LONG code);
 
     std::mutex m_connectionLock;
-    std::shared_mutex m_memoryLock;
+    // The first one is in use. A child process goes on with a new one, see AfterForkInChild.
+    std::forward_list<std::shared_mutex> m_memoryLocks{1};
 
     // Guarded by the connection's lock.
     std::string m_path; // empty: not chosen yet
