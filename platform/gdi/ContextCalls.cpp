@@ -8,7 +8,10 @@ namespace kel::platform {
 namespace {
 
 HDC MakeContext(DeviceContext::Kind kind) {
-    return static_cast<HDC>(WithMemory(HGDIOBJ(), [&] { return AddObject(std::make_shared<DeviceContext>(kind)); }));
+    return static_cast<HDC>(WithMemory(HGDIOBJ(), [&] {
+        Screen(); // here a lack of memory can be told; every context may come to it later
+        return AddObject(std::make_shared<DeviceContext>(kind));
+    }));
 }
 
 int Millimetres(int pixels) {

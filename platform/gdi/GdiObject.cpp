@@ -58,10 +58,11 @@ public:
     bool Remove(GdiObject& object) {
         if (!Find(object.Handle()))
             return false;
-        object.m_doomed = true;
-        if (object.Selections() == 0)
-            Release(object);
-        return true;
+        const bool again = object.m_doomed.exchange(true);
+        if (object.Selections() != 0)
+            return true;
+        Release(object);
+        return !again;
     }
 
     void Deselected(const GdiObject& object) {

@@ -32,9 +32,8 @@ typedef DWORD COLORREF;
 #define GetGValue(colour) (static_cast<BYTE>((colour) >> 8))
 #define GetBValue(colour) (static_cast<BYTE>((colour) >> 16))
 
-/// The result of calls that failed, as a pointer or number.
+/// The result of calls that failed.
 #define GDI_ERROR 0xFFFFFFFFu
-#define HGDI_ERROR (reinterpret_cast<HGDIOBJ>(static_cast<std::intptr_t>(-1)))
 
 /// @name Kinds of objects, of GetObjectType and GetCurrentObject
 /// @{
@@ -100,8 +99,8 @@ extern "C" {
 ///
 /// A bitmap goes into a memory context only, into one at a time, and only with one plane and a depth of 1 or that of
 /// the screen unless it is a DIB section. A region is copied into the clip region, as by SelectClipRgn.
-/// @return the object selected before, never null; for a region NULLREGION, SIMPLEREGION or COMPLEXREGION. Null (for a
-///         region HGDI_ERROR) with ERROR_INVALID_HANDLE on failure.
+/// @return the object selected before, never null; for a region NULLREGION, SIMPLEREGION or COMPLEXREGION. Null with
+///         ERROR_INVALID_HANDLE on failure.
 KELPLATFORM_API HGDIOBJ WINAPI SelectObject(HDC dc, HGDIOBJ object);
 
 /// Deletes an object of any kind, a device context as DeleteDC. An object that is selected somewhere goes, and its
