@@ -3,12 +3,15 @@
 #include <algorithm>
 
 bool RegistryKey::NameMatch(const WideString& name, const WideString& pattern) {
-    const std::size_t common = std::min(name.size(), pattern.size());
-    for (std::size_t i = 0; i != common; ++i) {
-        if (pattern[i] == '*')
-            return true;
-        if (pattern[i] != '?' && pattern[i] != name[i])
-            return false;
+    const unsigned short* unit = name.data();
+    const unsigned short* wanted = pattern.data();
+    const unsigned short* const end = wanted + std::min(name.size(), pattern.size());
+    for (; wanted != end; ++unit, ++wanted) {
+        // Most units agree, so that this is the one question they are asked.
+        if (*wanted == *unit && *wanted != '*')
+            continue;
+        if (*wanted != '?')
+            return *wanted == '*';
     }
     return name.size() == pattern.size();
 }

@@ -4,9 +4,7 @@
 
 #include <kelcore/text.h>
 
-#include <algorithm>
-#include <iterator>
-#include <utility>
+#include <string_view>
 
 namespace {
 
@@ -35,10 +33,12 @@ public:
         m_size = static_cast<DWORD>(m_bytes.size());
         return &m_size;
     }
-    [[nodiscard]] NarrowString Taken() const { return m_bytes.substr(0, m_size); }
+    /// What was written, in a text that keeps its memory from call to call.
+    const NarrowString& Taken() { return m_taken.assign(m_bytes, 0, m_size); }
 
 private:
     NarrowString m_bytes;
+    NarrowString m_taken;
     DWORD m_size = 0;
 };
 
@@ -47,9 +47,30 @@ long EnumValueName(HKEY key, DWORD index, CallBuffer& name) {
                          /*data*/ nullptr, /*data size*/ nullptr);
 }
 
-NarrowString WithoutTrailingNul(NarrowString text) {
-    text.erase(text.find_last_not_of('\0') + 1);
-    return text;
+/// Hands the name and the data of every value of registry type @p type to @p take, both narrow.
+/// @return the code of the first call that fails.
+template <class Take>
+long VisitValues(HKEY key, DWORD type, Take take) {
+    ValueFacts facts;
+    long error = QueryValues(key, facts);
+    if (error != ERROR_SUCCESS)
+        return error;
+    CallBuffer name(std::size_t{facts.longestName} + 1);
+    CallBuffer data(std::size_t{facts.longestData} + 1);
+    for (DWORD index = 0; index != facts.count; ++index) {
+        DWORD found = 0;
+        error = RegEnumValueA(key, index, name.Data(), name.Offer(), /*reserved*/ nullptr, &found, data.Bytes(),
+                              data.Offer());
+        if (error != ERROR_SUCCESS)
+            return error;
+        if (found == type)
+            take(name.Taken(), data.Taken());
+    }
+    return ERROR_SUCCESS;
+}
+
+std::string_view WithoutTrailingNul(std::string_view text) {
+    return text.substr(0, text.find_last_not_of('\0') + 1);
 }
 
 } // namespace
@@ -74,38 +95,25 @@ long RegistryKey::GetSubkeyNames(std::vector<WideString>& names) const {
 }
 
 long RegistryKey::GetTypedValues(unsigned long type, std::vector<WideString>& names, std::vector<NarrowString>& datas) {
-    ValueFacts facts;
-    long error = QueryValues(Handle(), facts);
-    if (error != ERROR_SUCCESS)
-        return error;
-    CallBuffer name(std::size_t{facts.longestName} + 1);
-    CallBuffer data(std::size_t{facts.longestData} + 1);
-    for (DWORD index = 0; index != facts.count; ++index) {
-        DWORD found = 0;
-        error = RegEnumValueA(Handle(), index, name.Data(), name.Offer(), /*reserved*/ nullptr, &found, data.Bytes(),
-                              data.Offer());
-        if (error != ERROR_SUCCESS)
-            return error;
-        if (found != type)
-            continue;
-        datas.push_back(type == REG_SZ ? WithoutTrailingNul(data.Taken()) : data.Taken());
-        names.push_back(StdA2W(name.Taken()));
-    }
-    return ERROR_SUCCESS;
+    return VisitValues(Handle(), static_cast<DWORD>(type), [&](const NarrowString& name, const NarrowString& data) {
+        datas.emplace_back(type == REG_SZ ? WithoutTrailingNul(data) : std::string_view(data));
+        names.push_back(StdA2W(name));
+    });
 }
 
+// The readers below convert as they go, so that no second list of all data is made.
 long RegistryKey::GetAllStrings(std::vector<WideString>& names, std::vector<WideString>& values) {
-    std::vector<NarrowString> datas;
-    const long error = GetTypedValues(REG_SZ, names, datas);
-    std::transform(datas.begin(), datas.end(), std::back_inserter(values), StdA2W);
-    return error;
+    return VisitValues(Handle(), REG_SZ, [&](const NarrowString& name, const NarrowString& data) {
+        values.push_back(StdA2W(data));
+        names.push_back(StdA2W(name));
+    });
 }
 
 long RegistryKey::GetAllIntegers(std::vector<WideString>& names, std::vector<unsigned long>& values) {
-    std::vector<NarrowString> datas;
-    const long error = GetTypedValues(REG_DWORD, names, datas);
-    std::transform(datas.begin(), datas.end(), std::back_inserter(values), kel::FirstDword);
-    return error;
+    return VisitValues(Handle(), REG_DWORD, [&](const NarrowString& name, const NarrowString& data) {
+        values.push_back(kel::FirstDword(data));
+        names.push_back(StdA2W(name));
+    });
 }
 
 long RegistryKey::GetAllBinaries(std::vector<WideString>& names, std::vector<NarrowString>& datas) {
