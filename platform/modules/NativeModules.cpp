@@ -9,9 +9,25 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <mutex>
 
 namespace kel::platform {
 namespace {
+
+/// Holds off other threads that are here. The host's loader has a lock of its own, which it too holds while
+/// constructors run; this one lets what it hands out be read after it has let go of that.
+class LoaderLock {
+public:
+    LoaderLock() : m_guard(Mutex()) {}
+
+private:
+    static std::recursive_mutex& Mutex() {
+        static std::recursive_mutex& mutex = *new std::recursive_mutex; // outlives static objects that free modules
+        return mutex;
+    }
+
+    const std::lock_guard<std::recursive_mutex> m_guard;
+};
 
 // The loader's name of the program is what it was called by; the host knows its file.
 std::string ProgramPath() {
@@ -70,6 +86,7 @@ DWORD LoadError() {
 } // namespace
 
 bool NativeModuleAt(const void* address, NativeModule& module) {
+    const LoaderLock lock;
     Dl_info info;
     if (dladdr(address, &info) == 0)
         return false;
@@ -78,6 +95,7 @@ bool NativeModuleAt(const void* address, NativeModule& module) {
 }
 
 std::vector<NativeModule> NativeModules() {
+    const LoaderLock lock;
     std::vector<Listed> listed;
     dl_iterate_phdr(ListOne, &listed);
     std::vector<NativeModule> modules;
@@ -87,6 +105,7 @@ std::vector<NativeModule> NativeModules() {
 }
 
 void* LoadNative(const std::string& name) {
+    const LoaderLock lock;
     void* loaded = dlopen(name.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (loaded == nullptr)
         Fail(LoadError());
@@ -94,14 +113,17 @@ void* LoadNative(const std::string& name) {
 }
 
 void* HoldNative(const std::string& hostPath) {
+    const LoaderLock lock;
     return dlopen(hostPath.c_str(), RTLD_LAZY | RTLD_NOLOAD);
 }
 
 void FreeNative(void* loaded) {
+    const LoaderLock lock;
     dlclose(loaded);
 }
 
 NativeModule DescribeNative(void* loaded) {
+    const LoaderLock lock;
     link_map* map = nullptr;
     NativeModule module;
     if (dlinfo(loaded, RTLD_DI_LINKMAP, &map) == 0)
@@ -110,6 +132,7 @@ NativeModule DescribeNative(void* loaded) {
 }
 
 void* FindExport(const std::string& hostPath, const char* name) {
+    const LoaderLock lock;
     void* loaded = dlopen(hostPath.empty() ? nullptr : hostPath.c_str(), RTLD_LAZY | RTLD_NOLOAD);
     if (loaded == nullptr)
         return nullptr;
