@@ -113,15 +113,14 @@ void Registry::BeforeFork() {
         m_hive->KeepFilesOnClose(true);
         Close();
     }
-    m_memoryLocks.front().lock();
 }
 
 void Registry::AfterForkInParent() {
-    m_memoryLocks.front().unlock();
     m_connectionLock.unlock();
 }
 
-// The lock knows its holder by a thread's number, which is another one in the child, where nobody could unlock it.
+// What is remembered is whole, as it changes under the connection's lock alone; but a thread that the child does not
+// have may have been reading it, and would hold its lock for ever.
 void Registry::AfterForkInChild() {
     m_memoryLocks.emplace_front();
     m_connectionLock.unlock();
