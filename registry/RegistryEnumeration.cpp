@@ -4,7 +4,9 @@
 
 #include <kelcore/text.h>
 
+#include <algorithm>
 #include <string_view>
+#include <utility>
 
 namespace {
 
@@ -47,14 +49,24 @@ long EnumValueName(HKEY key, DWORD index, CallBuffer& name) {
                          /*data*/ nullptr, /*data size*/ nullptr);
 }
 
-/// Hands the name and the data of every value of registry type @p type to @p take, both narrow.
+/// Room for @p more entries. Lists that are appended to over and over still grow by doubling.
+template <class Entry>
+void MakeRoom(std::vector<Entry>& list, std::size_t more) {
+    if (list.capacity() - list.size() < more)
+        list.reserve(std::max(list.size() + more, 2 * list.capacity()));
+}
+
+/// Appends the name of every value of registry type @p type to @p names and what @p convert makes of its data to
+/// @p values, in step even when there is no memory for more.
 /// @return the code of the first call that fails.
-template <class Take>
-long VisitValues(HKEY key, DWORD type, Take take) {
+template <class Value, class Convert>
+long AppendValues(HKEY key, DWORD type, std::vector<WideString>& names, std::vector<Value>& values, Convert convert) {
     ValueFacts facts;
     long error = QueryValues(key, facts);
     if (error != ERROR_SUCCESS)
         return error;
+    MakeRoom(names, facts.count);
+    MakeRoom(values, facts.count);
     CallBuffer name(std::size_t{facts.longestName} + 1);
     CallBuffer data(std::size_t{facts.longestData} + 1);
     for (DWORD index = 0; index != facts.count; ++index) {
@@ -63,8 +75,11 @@ long VisitValues(HKEY key, DWORD type, Take take) {
                               data.Offer());
         if (error != ERROR_SUCCESS)
             return error;
-        if (found == type)
-            take(name.Taken(), data.Taken());
+        if (found != type)
+            continue;
+        Value value = convert(data.Taken());
+        names.push_back(StdA2W(name.Taken()));
+        values.push_back(std::move(value));
     }
     return ERROR_SUCCESS;
 }
@@ -95,25 +110,18 @@ long RegistryKey::GetSubkeyNames(std::vector<WideString>& names) const {
 }
 
 long RegistryKey::GetTypedValues(unsigned long type, std::vector<WideString>& names, std::vector<NarrowString>& datas) {
-    return VisitValues(Handle(), static_cast<DWORD>(type), [&](const NarrowString& name, const NarrowString& data) {
-        datas.emplace_back(type == REG_SZ ? WithoutTrailingNul(data) : std::string_view(data));
-        names.push_back(StdA2W(name));
+    return AppendValues(Handle(), static_cast<DWORD>(type), names, datas, [type](const NarrowString& data) {
+        return NarrowString(type == REG_SZ ? WithoutTrailingNul(data) : std::string_view(data));
     });
 }
 
 // The readers below convert as they go, so that no second list of all data is made.
 long RegistryKey::GetAllStrings(std::vector<WideString>& names, std::vector<WideString>& values) {
-    return VisitValues(Handle(), REG_SZ, [&](const NarrowString& name, const NarrowString& data) {
-        values.push_back(StdA2W(data));
-        names.push_back(StdA2W(name));
-    });
+    return AppendValues(Handle(), REG_SZ, names, values, StdA2W);
 }
 
 long RegistryKey::GetAllIntegers(std::vector<WideString>& names, std::vector<unsigned long>& values) {
-    return VisitValues(Handle(), REG_DWORD, [&](const NarrowString& name, const NarrowString& data) {
-        values.push_back(kel::FirstDword(data));
-        names.push_back(StdA2W(name));
-    });
+    return AppendValues(Handle(), REG_DWORD, names, values, kel::FirstDword);
 }
 
 long RegistryKey::GetAllBinaries(std::vector<WideString>& names, std::vector<NarrowString>& datas) {
