@@ -133,8 +133,8 @@ POINT DeviceContext::ToLogical(POINT point) const {
                 map.windowOrigin.y)};
 }
 
-COLORREF DeviceContext::BrushColour() const {
-    return Resolved(m_state.brush->Handle() == StockObject(DC_BRUSH) ? m_state.brushColour : m_state.brush->Colour());
+COLORREF DeviceContext::ColourOf(const BrushObject& brush) const {
+    return Resolved(brush.Handle() == StockObject(DC_BRUSH) ? m_state.brushColour : brush.Colour());
 }
 
 } // namespace kel::platform

@@ -86,8 +86,8 @@ public:
     /// From device to logical units.
     POINT ToLogical(POINT point) const;
 
-    /// The colour of the selected brush, if it has one.
-    COLORREF BrushColour() const;
+    /// The colour that @p brush, if it has one, draws with in this context.
+    COLORREF ColourOf(const BrushObject& brush) const;
 
 private:
     bool Holds(const BitmapObject& bitmap) const;

@@ -3,18 +3,27 @@ target_sources(kelplatform PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/BitmapBits.cpp
   ${CMAKE_CURRENT_LIST_DIR}/BitmapObject.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Bitmaps.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/Blending.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/Blits.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Brushes.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Clip.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ClipCalls.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/ColourMap.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Colours.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ContextCalls.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ContextState.cpp
   ${CMAKE_CURRENT_LIST_DIR}/DeviceContext.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/DibDrawing.cpp
   ${CMAKE_CURRENT_LIST_DIR}/DibFormat.cpp
   ${CMAKE_CURRENT_LIST_DIR}/DibRows.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/Fills.cpp
   ${CMAKE_CURRENT_LIST_DIR}/GdiObject.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/GenericKernel.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ObjectCalls.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PixelCopy.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Rectangles.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/Resolve.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/Run.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Screen.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/StockObjects.cpp)
+  ${CMAKE_CURRENT_LIST_DIR}/StockObjects.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/StretchMap.cpp)

@@ -93,4 +93,8 @@ KELPLATFORM_API int WINAPI FillRect(HDC dc, const RECT* rect, HBRUSH brush);
 /// Inverts the pixels of a rectangle. @return FALSE on failure.
 KELPLATFORM_API BOOL WINAPI InvertRect(HDC dc, const RECT* rect);
 
+/// Ends all drawing that is under way, so that the pixels of a DIB section can be looked at. Here every call has drawn
+/// when it returns. @return TRUE.
+KELPLATFORM_API BOOL WINAPI GdiFlush();
+
 } // extern "C"

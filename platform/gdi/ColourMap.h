@@ -1,0 +1,61 @@
+#pragma once
+
+/// @file
+/// What a pixel of one surface is in another.
+
+#include "platform/gdi/Surface.h"
+
+#include <array>
+
+namespace kel::platform {
+
+/// The colours that stand for the values of device-dependent monochrome surfaces: those of the target's context for
+/// its zeros and ones, and that of the source's context which becomes a one.
+struct MonoColours {
+    COLORREF text = RGB(0, 0, 0);
+    COLORREF back = RGB(255, 255, 255);
+    COLORREF sourceBack = RGB(255, 255, 255);
+};
+
+/// From stored pixels of a source to stored pixels of a target.
+class ColourMap {
+public:
+    /// Pixels stay as they are.
+    ColourMap() = default;
+
+    /// Both surfaces' tables are referred to.
+    ColourMap(const Surface& target, const Surface& source, const MonoColours& mono);
+
+    bool IsSame() const { return m_kind == Kind::Same; }
+
+    /// For an indexed source what each index becomes, otherwise null.
+    const std::uint32_t* Table() const { return m_kind == Kind::Table ? m_table.data() : nullptr; }
+
+    std::uint32_t operator()(std::uint32_t value) const {
+        switch (m_kind) {
+        case Kind::Same:
+            return value;
+        case Kind::Table:
+            return m_table[value];
+        default:
+            return Remembered(value);
+        }
+    }
+
+private:
+    enum class Kind : std::uint8_t { Same, Table, Convert };
+
+    std::uint32_t Converted(std::uint32_t value) const;
+    std::uint32_t Remembered(std::uint32_t value) const;
+
+    Kind m_kind = Kind::Same;
+    Surface m_target;
+    Surface m_source;
+    MonoColours m_mono;
+    std::array<std::uint32_t, 256> m_table{}; // of an indexed source, or results that may come again
+    mutable std::array<std::uint32_t, 256> m_remembered{};
+    mutable std::array<std::uint32_t, 256> m_results{};
+    mutable std::array<bool, 256> m_known{};
+};
+
+} // namespace kel::platform

@@ -1,0 +1,86 @@
+#include "platform/gdi/DibFormat.h"
+#include "platform/gdi/Resolve.h"
+#include "platform/kernel/Faults.h"
+
+namespace kel::platform {
+namespace {
+
+/// A rectangle of a DIB as callers give it: rows counted from its bottom if that comes first.
+struct DibBox {
+    int x;
+    int y;
+    int width;
+    int height;
+};
+
+// From the top, as everything else counts.
+int TopOf(const DibFormat& format, const DibBox& from) {
+    return format.topDown ? from.y : format.height - from.y - from.height;
+}
+
+int Stretch(DeviceContext& context, const LogicalBox& to, const DibFormat& format, const DibBox& from, const void* bits,
+            DWORD operation) {
+    RasterJob job = JobOn(context, to);
+    if (NeedsSource(operation >> 16 & 0xFF))
+        DrawFrom(job, context, format.At(bits), {from.x, TopOf(format, from), from.width, from.height});
+    if (Operate(job, context, operation))
+        Run(job);
+    return format.height;
+}
+
+/// The rows of a DIB that a caller holds, counted from the bottom.
+struct HeldRows {
+    UINT start;
+    UINT lines;
+};
+
+int DrawRows(DeviceContext& context, const LogicalBox& to, DibFormat format, int fromX, int fromY, const HeldRows& held,
+             const void* bits) {
+    const int top = static_cast<int>(held.start + held.lines) - fromY - to.height;
+    format.height = static_cast<int>(held.lines);
+    RasterJob job = JobOn(context, to);
+    DrawFrom(job, context, format.At(bits), {fromX, top, to.width, to.height});
+    Run(job);
+    return format.height;
+}
+
+} // namespace
+} // namespace kel::platform
+
+using namespace kel::platform;
+
+int WINAPI StretchDIBits(HDC target, int x, int y, int width, int height, int sourceX, int sourceY, int sourceWidth,
+                         int sourceHeight, const void* bits, const BITMAPINFO* info, UINT usage, DWORD operation) {
+    if (CallFails("StretchDIBits"))
+        return 0;
+    const auto context = FindContext(target);
+    if (!context)
+        return 0;
+    if (!bits || !info)
+        return Fail(ERROR_INVALID_PARAMETER);
+    return WithMemory(0, [&] {
+        DibFormat format;
+        return ReadDibFormat(*info, usage, context.get(), format)
+                   ? Stretch(*context, {x, y, width, height}, format, {sourceX, sourceY, sourceWidth, sourceHeight},
+                             bits, operation)
+                   : 0;
+    });
+}
+
+int WINAPI SetDIBitsToDevice(HDC target, int x, int y, DWORD width, DWORD height, int sourceX, int sourceY, UINT start,
+                             UINT lines, const void* bits, const BITMAPINFO* info, UINT usage) {
+    if (CallFails("SetDIBitsToDevice"))
+        return 0;
+    const auto context = FindContext(target);
+    if (!context)
+        return 0;
+    if (!bits || !info)
+        return Fail(ERROR_INVALID_PARAMETER);
+    return WithMemory(0, [&] {
+        DibFormat format;
+        return ReadDibFormat(*info, usage, context.get(), format)
+                   ? DrawRows(*context, {x, y, static_cast<int>(width), static_cast<int>(height)}, format, sourceX,
+                              sourceY, {start, lines}, bits)
+                   : 0;
+    });
+}

@@ -1,0 +1,107 @@
+#include "platform/gdi/Colours.h"
+#include "platform/gdi/PixelAccess.h"
+#include "platform/gdi/Resolve.h"
+#include "platform/kernel/Faults.h"
+
+namespace kel::platform {
+namespace {
+
+LogicalBox BoxOf(const RECT& rect) {
+    return {rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top};
+}
+
+void Fill(DeviceContext& context, const RECT& rect, Pattern pattern) {
+    RasterJob job = JobOn(context, BoxOf(rect));
+    job.rop = PATCOPY >> 16;
+    job.pattern = std::move(pattern);
+    Run(job);
+}
+
+// Text has no part in this; there are no fonts yet.
+bool DrawOpaque(DeviceContext& context, UINT options, const RECT* rect) {
+    if (!(options & ETO_OPAQUE) || !rect)
+        return true;
+    Pattern pattern;
+    pattern.solid = PixelFor(context.Target(), context.State().backColour);
+    Fill(context, *rect, std::move(pattern));
+    return true;
+}
+
+bool FillWith(DeviceContext& context, const RECT& rect, const BrushObject& brush) {
+    if (brush.Style() != BS_NULL)
+        Fill(context, rect, PatternOf(context, brush, context.Target()));
+    return true;
+}
+
+bool IsVisible(DeviceContext& context, POINT device) {
+    return pixman_region32_contains_point(const_cast<pixman_region32_t*>(context.Visible().Get()), device.x, device.y,
+                                          nullptr);
+}
+
+COLORREF PixelAt(const DeviceContext& context, POINT device) {
+    const Surface surface = context.Target();
+    return ColourOfPixel(surface, ReadPixel(surface, device.x, device.y));
+}
+
+COLORREF Set(DeviceContext& context, POINT device, COLORREF colour) {
+    if (!IsVisible(context, device))
+        return CLR_INVALID;
+    WritePixel(context.Target(), device.x, device.y, PixelFor(context.Target(), colour));
+    return PixelAt(context, device);
+}
+
+} // namespace
+} // namespace kel::platform
+
+using namespace kel::platform;
+
+BOOL WINAPI ExtTextOutA(HDC dc, int /*x*/, int /*y*/, UINT options, const RECT* rect, LPCSTR /*text*/, UINT /*count*/,
+                        const INT* /*advances*/) {
+    if (CallFails("ExtTextOutA"))
+        return FALSE;
+    const auto context = FindContext(dc);
+    return context && WithMemory(false, [&] { return DrawOpaque(*context, options, rect); });
+}
+
+int WINAPI FillRect(HDC dc, const RECT* rect, HBRUSH handle) {
+    if (CallFails("FillRect") || !rect)
+        return 0;
+    const auto context = FindContext(dc);
+    const auto brush = FindObject<BrushObject>(handle);
+    return context && brush && WithMemory(false, [&] { return FillWith(*context, *rect, *brush); });
+}
+
+BOOL WINAPI InvertRect(HDC dc, const RECT* rect) {
+    if (CallFails("InvertRect") || !rect)
+        return FALSE;
+    const auto context = FindContext(dc);
+    return context && WithMemory(false, [&] {
+               RasterJob job = JobOn(*context, BoxOf(*rect));
+               job.rop = DSTINVERT >> 16;
+               Run(job);
+               return true;
+           });
+}
+
+COLORREF WINAPI SetPixel(HDC dc, int x, int y, COLORREF colour) {
+    if (CallFails("SetPixel"))
+        return CLR_INVALID;
+    const auto context = FindContext(dc);
+    return context ? WithMemory(CLR_INVALID,
+                                [&] {
+                                    return Set(*context, context->ToDevice(POINT{x, y}), colour);
+                                })
+                   : CLR_INVALID;
+}
+
+COLORREF WINAPI GetPixel(HDC dc, int x, int y) {
+    if (CallFails("GetPixel"))
+        return CLR_INVALID;
+    const auto context = FindContext(dc);
+    if (!context)
+        return CLR_INVALID;
+    return WithMemory(CLR_INVALID, [&] {
+        const POINT device = context->ToDevice(POINT{x, y});
+        return IsVisible(*context, device) ? PixelAt(*context, device) : CLR_INVALID;
+    });
+}

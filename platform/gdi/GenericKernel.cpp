@@ -1,0 +1,129 @@
+#include "platform/gdi/Colours.h"
+#include "platform/gdi/PixelAccess.h"
+#include "platform/gdi/RasterJob.h"
+
+#include <algorithm>
+
+namespace kel::platform {
+namespace {
+
+int Wrapped(int value, int size) {
+    const int rest = value % size;
+    return rest < 0 ? rest + size : rest;
+}
+
+// The value of a channel's product with an opacity, rounded.
+std::uint32_t Scaled(std::uint32_t channel, std::uint32_t opacity) {
+    return (channel * opacity + 127) / 255;
+}
+
+std::uint32_t Channel(std::uint32_t pixel, int shift) {
+    return pixel >> shift & 0xFF;
+}
+
+// --- the source pixel that a target pixel meets
+
+/// The and, or the or, of all pixels that fall on a target pixel.
+std::uint32_t Gathered(const RasterJob& job, const SourceRange& columns, const SourceRange& rows) {
+    const bool isAnd = job.stretchMode == BLACKONWHITE;
+    std::uint32_t result = isAnd ? 0xFFFFFFFF : 0;
+    for (int y = std::min(rows.first, rows.last); y <= std::max(rows.first, rows.last); ++y)
+        for (int x = std::min(columns.first, columns.last); x <= std::max(columns.first, columns.last); ++x) {
+            const std::uint32_t pixel = ReadPixel(job.source, x, y);
+            result = isAnd ? result & pixel : result | pixel;
+        }
+    return result;
+}
+
+std::uint32_t SourcePixel(const RasterJob& job, const SourceRange& columns, const SourceRange& rows) {
+    if (job.stretchMode == BLACKONWHITE || job.stretchMode == WHITEONBLACK)
+        return Gathered(job, columns, rows);
+    return ReadPixel(job.source, columns.last, rows.last);
+}
+
+// --- operations
+
+/// A pixel as a 32-bit one.
+std::uint32_t Deep(const Surface& surface, std::uint32_t pixel) {
+    return surface.format == PixelFormat::Bgrx32 ? pixel : Swapped(ColourOfPixel(surface, pixel));
+}
+
+std::uint32_t Shallow(const Surface& surface, std::uint32_t pixel) {
+    return surface.format == PixelFormat::Bgrx32 ? pixel : PixelOfColour(surface, Swapped(pixel));
+}
+
+void DrawPixel(const RasterJob& job, int x, int y, std::uint32_t source) {
+    const Surface& to = job.target;
+    if (job.operation == RasterJob::Operation::Blend) {
+        const std::uint32_t result = Blended(job.blend, Deep(job.source, source), Deep(to, ReadPixel(to, x, y)));
+        return WritePixel(to, x, y, Shallow(to, result));
+    }
+    if (job.operation == RasterJob::Operation::Key) {
+        if (source != job.key)
+            WritePixel(to, x, y, job.colours(source));
+        return;
+    }
+    const std::uint32_t pattern = NeedsPattern(job.rop) ? job.pattern.At(x, y) : 0;
+    WritePixel(to, x, y, Combine(job.rop, pattern, job.hasSource ? job.colours(source) : 0, ReadPixel(to, x, y)));
+}
+
+void DrawBox(const RasterJob& job, const pixman_box32_t& box) {
+    for (int y = box.y1; y < box.y2; ++y) {
+        const SourceRange rows = job.hasSource ? job.y.At(y, job.source.height) : SourceRange{};
+        for (int x = box.x1; x < box.x2; ++x) {
+            const SourceRange columns = job.hasSource ? job.x.At(x, job.source.width) : SourceRange{};
+            if (!job.hasSource)
+                DrawPixel(job, x, y, 0);
+            else if (!rows.empty && !columns.empty)
+                DrawPixel(job, x, y, SourcePixel(job, columns, rows));
+        }
+    }
+}
+
+} // namespace
+
+std::uint32_t Pattern::At(int x, int y) const {
+    if (width == 0)
+        return solid;
+    const int row = Wrapped(y - origin.y, height);
+    return pixels[static_cast<std::size_t>(row * width + Wrapped(x - origin.x, width))];
+}
+
+std::uint32_t Combine(unsigned rop, std::uint32_t pattern, std::uint32_t source, std::uint32_t target) {
+    std::uint32_t result = 0;
+    for (unsigned index = 0; index < 8; ++index)
+        if (rop >> index & 1)
+            result |=
+                (index & 4 ? pattern : ~pattern) & (index & 2 ? source : ~source) & (index & 1 ? target : ~target);
+    return result;
+}
+
+std::uint32_t Blended(const BLENDFUNCTION& function, std::uint32_t source, std::uint32_t target) {
+    const bool perPixel = function.AlphaFormat == AC_SRC_ALPHA;
+    const std::uint32_t constant = function.SourceConstantAlpha;
+    const std::uint32_t left = 255 - (perPixel ? Scaled(source >> 24, constant) : constant);
+    std::uint32_t result = 0;
+    for (int shift = 0; shift < 32; shift += 8) {
+        const std::uint32_t from = Channel(source, shift);
+        const std::uint32_t to = Channel(target, shift);
+        const std::uint32_t sum =
+            perPixel ? Scaled(from, constant) + Scaled(to, left) : (from * constant + to * left + 127) / 255;
+        result |= std::min<std::uint32_t>(sum, 255) << shift;
+    }
+    return result;
+}
+
+void RunGeneric(const RasterJob& job) {
+    int count = 0;
+    const pixman_box32_t* boxes = pixman_region32_rectangles(const_cast<pixman_region32_t*>(job.clip), &count);
+    for (int i = 0; i < count; ++i) {
+        const auto limit = [](std::int64_t low, std::int64_t value, std::int64_t high) {
+            return static_cast<int>(std::clamp(value, low, high));
+        };
+        const pixman_box32_t& box = boxes[i];
+        DrawBox(job, {limit(box.x1, job.x.to, box.x2), limit(box.y1, job.y.to, box.y2),
+                      limit(box.x1, job.x.to + job.x.toSize, box.x2), limit(box.y1, job.y.to + job.y.toSize, box.y2)});
+    }
+}
+
+} // namespace kel::platform
