@@ -106,12 +106,14 @@ private:
         LONG result = ERROR_SUCCESS;
         hive.Read([&] {
             m_cache.Refresh();
-            Session session(hive, m_cache);
-            session.Key(key);
-            ask.Load(session, key);
-            KeyNode& node = session.Key(key);
-            result = ask.Use(node);
-            ask.Release(node);
+            WholeOrNothing(m_cache, [&] {
+                Session session(hive, m_cache);
+                session.Key(key);
+                ask.Load(session, key);
+                KeyNode& node = session.Key(key);
+                result = ask.Use(node);
+                ask.Release(node);
+            });
         });
         // What came in meanwhile may be in part of what was read, so that only this call's own state is whole.
         if (!m_cache.IsCurrent())
@@ -128,15 +130,36 @@ private:
             {
                 const std::unique_lock memory(m_memoryLocks.front());
                 m_cache.Refresh(); // nobody else commits from here to the end of the transaction
-                Session session(hive, m_cache);
-                change.Look(session);
+                WholeOrNothing(m_cache, [&] {
+                    Session session(hive, m_cache);
+                    change.Look(session);
+                });
             }
             change.Make(hive);
         });
         const std::unique_lock memory(m_memoryLocks.front());
         if (m_cache.FollowOwnCommit())
-            change.Record(m_cache);
+            Record(change);
         m_cache.Trim();
+    }
+
+    // The change is made: that there is no memory to remember it by is no failure of the call.
+    template <class Change>
+    void Record(Change& change) try {
+        change.Record(m_cache);
+    } catch (const std::bad_alloc&) {
+        m_cache.Clear();
+    }
+
+    // A load that ends early may leave a key half known. A refusal is no such end: it comes of what is known.
+    template <class Body>
+    static void WholeOrNothing(RegistryCache& cache, Body body) try {
+        body();
+    } catch (const RegistryFailure&) {
+        throw;
+    } catch (...) {
+        cache.Clear();
+        throw;
     }
 
     // Every way to fail becomes the result of the call.
