@@ -3,7 +3,7 @@
 
 consumer_by_cmake() {
   cmake -S "$ROOT/tests/consumer" -B "$ROOT/build/consumer" -G Ninja -DCMAKE_PREFIX_PATH="$STAGE" &&
-    cmake --build "$ROOT/build/consumer" && "$ROOT/build/consumer/consumer"
+    cmake --build "$ROOT/build/consumer" && "$ROOT/build/consumer/consumer" && "$ROOT/build/consumer/resources"
 }
 
 # The stage is no place the loader searches, so the program is told where the library is.
