@@ -15,43 +15,35 @@ std::string SystemText(DWORD error) {
 
 } // namespace
 
-TEST_CASE("a file sink empties an existing file and stores what is written") {
+TEST_CASE("a file sink empties an existing file and stores what is written, which a source reads until it ends") {
     const TempFolder folder;
     const WideString path = folder.Write("file", "longer than what comes");
     {
         FileOutputStream sink(path);
-        sink << 258 << "abc";
-        sink.Write("x", 0);
-        sink.Write("x", -1);
+        sink << 258;
+        for (const int size : {0, -1, 3})
+            sink.Write("abc", size);
         sink.Flush();
         CHECK(Failure([&] { FileOutputStream second(path); }) == SystemText(ERROR_SHARING_VIOLATION));
         CHECK(Failure([&] { FileInputStream second(path); }) == SystemText(ERROR_SHARING_VIOLATION));
     }
-    CHECK(Hex(folder.Read("file")) == "02 01 00 00 03 00 00 00 61 62 63");
+    CHECK(Hex(folder.Read("file")) == "02 01 00 00 61 62 63");
     FileInputStream source(path);
     int number = 0;
-    NarrowString text;
-    source >> number >> text;
-    CHECK((number == 258 && text == "abc"));
-}
-
-TEST_CASE("a file source that ends too early has delivered what there was") {
-    const TempFolder folder;
-    FileInputStream source(folder.Write("file", "abc"));
+    source >> number;
+    CHECK(number == 258);
     char bytes[] = "xxxxx";
     source.Read(bytes, 0);
     source.Read(bytes, -1);
-    CHECK(std::string(bytes) == "xxxxx");
-    CHECK(Failure([&] { source.Read(bytes, 4); }) == "4: Read beyond end of file");
+    for (const int size : {4, 1})
+        CHECK(Failure([&] { source.Read(bytes, size); }) == "4: Read beyond end of file");
     CHECK(std::string(bytes) == "abcxx");
-    CHECK(Failure([&] { source.Read(bytes, 1); }) == "4: Read beyond end of file");
 }
 
 TEST_CASE("a file that cannot be opened throws the system's text") {
     const TempFolder folder;
     CHECK(Failure([&] { FileInputStream source(folder.Path("missing")); }) == SystemText(ERROR_FILE_NOT_FOUND));
     CHECK(Failure([&] { FileOutputStream sink(folder.Path("missing\\file")); }) == SystemText(ERROR_PATH_NOT_FOUND));
-    CHECK(Failure([&] { FileOutputStream sink(folder.Path()); }) == SystemText(ERROR_ACCESS_DENIED));
 }
 
 TEST_CASE("copies share one file, which the last of them closes without touching the last error") {
@@ -61,11 +53,10 @@ TEST_CASE("copies share one file, which the last of them closes without touching
         FileOutputStream other(folder.Path("other"));
         {
             FileOutputStream sink(path);
-            FileOutputStream copy(sink);
+            const FileOutputStream copy(sink);
             sink << 'a';
             other = copy;
-            const FileOutputStream& same = other;
-            other = same;
+            other = *&other;
         }
         CHECK(Failure([&] { FileOutputStream second(path); }) == SystemText(ERROR_SHARING_VIOLATION));
         other << 'b';
@@ -74,10 +65,8 @@ TEST_CASE("copies share one file, which the last of them closes without touching
     CHECK(GetLastError() == 77);
     CHECK(folder.Read("file") == "ab");
     CHECK(folder.Read("other").empty());
-    FileInputStream source(path);
-    FileInputStream copy(source);
-    char first = 0;
-    char second = 0;
+    FileInputStream source(path), copy(source);
+    char first = 0, second = 0;
     source >> first;
     copy >> second;
     CHECK((first == 'a' && second == 'b'));

@@ -4,9 +4,12 @@
 
 #include <kelcore/stream.h>
 
-#include <initializer_list>
+#include <random>
 #include <string>
 #include <vector>
+
+/// What a source says that has too little.
+inline const char* const kTooShort = "4: Memory block too short";
 
 /// "00 41 FF" for the bytes of a text.
 inline std::string Hex(const std::string& bytes) {
@@ -17,6 +20,20 @@ inline std::string Hex(const std::string& bytes) {
         hex += "0123456789ABCDEF"[byte & 15];
     }
     return hex;
+}
+
+/// The four bytes of a number.
+inline std::string Word(std::uint32_t value) {
+    return std::string(reinterpret_cast<const char*>(&value), sizeof value);
+}
+
+/// The same bytes every time, without a pattern.
+inline std::string RandomBytes(std::size_t count) {
+    std::mt19937 random(20);
+    std::string bytes(count, '\0');
+    for (char& byte : bytes)
+        byte = static_cast<char>(random());
+    return bytes;
 }
 
 /// What a call throws: "code: message", or "" when it returns.

@@ -1,7 +1,5 @@
 #include "tests/stream/Probes.h"
 
-#include <functional>
-#include <limits>
 #include <type_traits>
 
 namespace {
@@ -29,92 +27,67 @@ void Exchange(const Value& value, const std::vector<std::string>& calls) {
     CHECK(source.sizes == sizes);
 }
 
-template <class Text>
-std::string ReadFrom(const std::string& stored, Text& text) {
-    MemoryInputStream source(stored);
-    return Failure([&] { source >> text; });
-}
-
 template <class Value, class = void>
 struct CanInsert : std::false_type {};
 template <class Value>
 struct CanInsert<Value, decltype(void(std::declval<OutputStream&>() << std::declval<Value>()))> : std::true_type {};
 
+static_assert(!CanInsert<unsigned __int64>::value && !CanInsert<const unsigned short*>::value);
+static_assert(!CanInsert<const wchar_t*>::value && !CanInsert<void*>::value && CanInsert<char*>::value);
+
 } // namespace
 
 TEST_CASE("every type is written and read by its stated calls and bytes") {
     Exchange(true, {"01"});
-    Exchange(false, {"00"});
     Exchange('\xE9', {"E9"});
     Exchange(static_cast<unsigned char>(200), {"C8"});
     Exchange(static_cast<short>(-2), {"FE FF"});
     Exchange(static_cast<unsigned short>(0x1234), {"34 12"});
-    Exchange(258, {"02 01 00 00"});
-    Exchange(-1, {"FF FF FF FF"});
+    Exchange(-258, {"FE FE FF FF"});
     Exchange(0xFEDCBA98u, {"98 BA DC FE"});
     Exchange(-258L, {"FE FE FF FF"});
     Exchange(0xFEDCBA98ul, {"98 BA DC FE"});
     Exchange(1.0, {"00 00 00 00 00 00 F0 3F"});
     Exchange(-0.5f, {"00 00 00 BF"});
     Exchange(static_cast<__int64>(-2), {"FE FF FF FF FF FF FF FF"});
-    Exchange(NarrowString(), {"00 00 00 00", ""});
     Exchange(NarrowString("a\0b", 3), {"03 00 00 00", "61 00 62"});
-    Exchange(WideString(), {"00 00 00 00", ""});
-    Exchange(Wide({0x41, 0x42}), {"04 00 00 00", "41 00 42 00"});
-    Exchange(Wide({0xD800}), {"02 00 00 00", "00 D8"});
-}
-
-TEST_CASE("a zero-terminated text is written up to its terminator") {
+    Exchange(Wide({0x41, 0xD800}), {"04 00 00 00", "41 00 00 D8"});
     RecordingSink sink;
-    sink << "abc"
+    sink << "a\0b"
          << "";
-    CHECK(sink.calls == std::vector<std::string>{std::string("\3\0\0\0", 4), "abc", std::string(4, '\0'), ""});
-}
-
-TEST_CASE("what no operator is meant for does not compile") {
-    CHECK_FALSE(CanInsert<unsigned __int64>::value);
-    CHECK_FALSE(CanInsert<const unsigned short*>::value);
-    CHECK_FALSE(CanInsert<const wchar_t*>::value);
-    CHECK_FALSE(CanInsert<void*>::value);
-    CHECK(CanInsert<char*>::value);
+    CHECK(sink.calls == std::vector<std::string>{Word(1), "a", Word(0), ""});
 }
 
 TEST_CASE("any byte but zero reads as true, and a stored true is 1") {
     MemoryInputStream source("\x80\0", 2);
-    bool first = false;
-    bool second = true;
+    bool first = false, second = true;
     source >> first >> second;
     unsigned char stored = 0;
     std::memcpy(&stored, &first, 1);
-    CHECK(stored == 1);
-    CHECK_FALSE(second);
+    CHECK((stored == 1 && !second));
 }
 
 TEST_CASE("a wide text ends at its first zero unit, drops an odd byte and takes all of its bytes") {
-    const struct {
-        std::string stored;
-        WideString text;
-    } rows[] = {
-        {std::string("\6\0\0\0A\0\0\0B\0", 10), Wide({0x41})},
-        {std::string("\3\0\0\0A\0B", 7), Wide({0x41})},
-        {std::string("\1\0\0\0A", 5), WideString()},
-        {std::string("\4\0\0\0\0\0A\0", 8), WideString()},
-        {std::string("\5\0\0\0A\0B\0\0", 9), Wide({0x41, 0x42})},
+    const std::pair<std::string, WideString> rows[] = {
+        {std::string("A\0\0\0B\0", 6), Wide({0x41})},
+        {std::string("A\0B", 3), Wide({0x41})},
+        {std::string("A", 1), WideString()},
+        {std::string("\0\0A\0", 4), WideString()},
     };
-    for (const auto& row : rows) {
-        CAPTURE(Hex(row.stored));
-        const std::string stored = row.stored + "!";
+    for (const auto& [bytes, expected] : rows) {
+        CAPTURE(Hex(bytes));
+        const std::string stored = Word(static_cast<std::uint32_t>(bytes.size())) + bytes + "!";
         MemoryInputStream source(stored);
         WideString text = Wide({1, 2, 3});
         char next = 0;
         source >> text >> next;
-        CHECK(text == row.text);
+        CHECK(text == expected);
         CHECK(next == '!');
     }
 }
 
 TEST_CASE("texts of every size around the steps of reading come back, in two reads up to 64 KiB") {
-    for (const std::size_t size : {0, 1, 2, 3, 4, 7, 8, 15, 16, 17, 127, 128, 129, 4095, 65535, 65536, 65537, 200000}) {
+    for (const std::size_t size : {0, 1, 2, 3, 15, 16, 17, 127, 128, 129, 4095, 65535, 65536, 65537, 200000}) {
         CAPTURE(size);
         MemoryOutputStream memory;
         const NarrowString narrow(size, 'n');
@@ -133,19 +106,17 @@ TEST_CASE("texts of every size around the steps of reading come back, in two rea
 }
 
 TEST_CASE("a value that is cut short leaves number and text unchanged") {
-    int number = 7;
-    MemoryInputStream three("abc", 3);
-    CHECK(Failure([&] { three >> number; }) == "4: Memory block too short");
-    CHECK(number == 7);
-    for (const std::size_t size : {1, 128, 129, 65536, 65537, 0x7FFFFFFF}) {
+    const auto cutShort = [](const std::string& stored, auto kept) {
+        MemoryInputStream source(stored);
+        auto value = kept;
+        CHECK(Failure([&] { source >> value; }) == kTooShort);
+        CHECK(value == kept);
+    };
+    cutShort("abc", 7);
+    for (const std::uint32_t size : {1u, 128u, 129u, 65536u, 65537u, 0x7FFFFFFFu}) {
         CAPTURE(size);
-        MemoryOutputStream length;
-        length << static_cast<unsigned int>(size);
-        const std::string stored = length.GetContent() + std::string(std::min<std::size_t>(size, 65537) - 1, 'x');
-        NarrowString narrow = "kept";
-        WideString wide = Wide({1});
-        CHECK(ReadFrom(stored, narrow) == "4: Memory block too short");
-        CHECK(ReadFrom(stored, wide) == "4: Memory block too short");
-        CHECK((narrow == "kept" && wide == Wide({1})));
+        const std::string stored = Word(size) + std::string(std::min(size, 65537u) - 1, 'x');
+        cutShort(stored, NarrowString("kept"));
+        cutShort(stored, Wide({1}));
     }
 }
