@@ -53,16 +53,13 @@ String Message(const char* format, Arguments... arguments) {
 TEST_CASE("Format prints wide text, integers and doubles") {
     const String name(u"na\u00EFve \u4E2D"_w);
     CHECK(Formatted(u""_w) == String());
-    CHECK(Formatted(u"%lf"_w, 1.5) == u"1.500000"_w);
-    CHECK(Formatted(u"%i.%i.%i.%i\r\n"_w, 5, 1, 0, 2) == u"5.1.0.2\r\n"_w);
-    CHECK(Formatted(u"res://%s/%i/%i"_w, name.c_str(), -7, 300) == u"res://na\u00EFve \u4E2D/-7/300"_w);
-    CHECK(Formatted(u"%s %S %c %x %5.1lf|"_w, name.c_str(), "narrow", 'A', 255, 2.0) ==
-          u"na\u00EFve \u4E2D narrow A ff   2.0|"_w);
+    CHECK(Formatted(u"%i %s %S %c %x %5.1lf %lf|"_w, -7, name.c_str(), "narrow", 'A', 255, 2.0, 1.5) ==
+          u"-7 na\u00EFve \u4E2D narrow A ff   2.0 1.500000|"_w);
     CHECK(Formatted(u"%c|%s"_w, 0, name.Left(2).c_str()) == u"\0|na"_w);
 }
 
 TEST_CASE("a formatted text of any length is whole") {
-    for (const unsigned length : {1u, 1023u, 1024u, 1025u, 4095u, 4096u, 4097u, 5000u, 16384u, 16385u, 300000u}) {
+    for (const unsigned length : {1u, 1023u, 1024u, 1025u, 4095u, 4096u, 4097u, 16384u, 16385u, 300000u}) {
         CAPTURE(length);
         const WideString units(length, 'x');
         CHECK(Formatted(u"%s"_w, units.c_str()) == units);
@@ -74,7 +71,6 @@ TEST_CASE("a formatted text of any length is whole") {
 }
 
 TEST_CASE("FormatMessageA expands numbered inserts and keeps the text when it cannot") {
-    CHECK(Message("%1 and %2", "a", "b") == u"a and b"_w);
     CHECK(Message("%2!5d!|%1%n", "a", 42) == u"   42|a\r\n"_w);
     for (const char* format : {"", "%1!d", "100%"}) {
         CAPTURE(std::string(format));
@@ -83,19 +79,15 @@ TEST_CASE("FormatMessageA expands numbered inserts and keeps the text when it ca
     const String accented(u"\u00E9"_w);
     CHECK(Message("%1", static_cast<NarrowString>(accented).c_str()) == accented);
     Worker worker;
-    CHECK(worker.Expand("%1!03d!", 7) == 3);
-    CHECK(worker.Expand("%1!", 7) == 0);
-    CHECK(worker == u"007"_w);
+    CHECK((worker.Expand("%1!03d!", 7) == 3 && worker.Expand("%1!", 7) == 0 && worker == u"007"_w));
     char buffer[4] = "";
-    CHECK(Worker::Raw(buffer, sizeof buffer) == 3);
-    CHECK(std::string(buffer) == "<7>");
+    CHECK((Worker::Raw(buffer, sizeof buffer) == 3 && buffer == std::string("<7>")));
     CHECK(Worker::Raw(buffer, 3) == 0);
 }
 
 TEST_CASE("error messages are the system's, empty for a code without one") {
     const String message = String::CreateErrorMessage(ERROR_ACCESS_DENIED);
-    CHECK(message.Right(2) == u"\r\n"_w);
-    CHECK(message.size() > 5);
+    CHECK((message.Right(2) == u"\r\n"_w && message.size() > 5));
     CHECK(String::CreateErrorMessage(0x80070005UL) == message);
     CHECK(String::CreateErrorMessage(999999) == String());
     SetLastError(ERROR_ACCESS_DENIED);
