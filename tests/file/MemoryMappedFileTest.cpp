@@ -25,20 +25,16 @@ TEST_CASE("a file is mapped whole and closed to others meanwhile") {
     const String path = folder.Write("ten", "0123456789");
     {
         MemoryMappedFile file(path, false);
-        REQUIRE(View(file) != nullptr);
-        CHECK(static_cast<char*>(file) == View(file));
+        REQUIRE((View(file) != nullptr && static_cast<char*>(file) == View(file)));
         CHECK(std::string(View(file), file.getSize()) == "0123456789");
         MemoryMappedFile locked(path, false);
-        CHECK(IsEmpty(locked));
-        CHECK(GetLastError() == ERROR_SHARING_VIOLATION);
-
+        CHECK((IsEmpty(locked) && GetLastError() == ERROR_SHARING_VIOLATION));
         // The members stand in their documented order.
         const char* view = nullptr;
         unsigned __int32 size = 0;
         std::memcpy(&view, reinterpret_cast<const char*>(&file) + 2 * sizeof(void*), sizeof view);
         std::memcpy(&size, reinterpret_cast<const char*>(&file) + 3 * sizeof(void*), sizeof size);
-        CHECK(view == View(file));
-        CHECK(size == 10);
+        CHECK((view == View(file) && size == 10));
         SetLastError(4711);
     }
     CHECK(GetLastError() == 4711);
@@ -60,8 +56,7 @@ TEST_CASE("what cannot be mapped gives the empty object and the system's reason"
         CAPTURE(path);
         for (const bool writable : {false, true}) {
             MemoryMappedFile file(path, writable);
-            CHECK(GetLastError() == error);
-            CHECK(IsEmpty(file));
+            CHECK((IsEmpty(file) && GetLastError() == error));
         }
     }
     File huge(folder.Path("huge"), GENERIC_WRITE, 0, false, CREATE_NEW);
