@@ -34,6 +34,13 @@ inline DWORD ErrorOfOpening(const char* name, DWORD access, DWORD share = 0, DWO
     return file.Good() ? 0 : GetLastError();
 }
 
+/// Another handle of the same object with the same rights unless told otherwise; null for none.
+inline HANDLE Duplicate(HANDLE source, DWORD access = 0, DWORD options = DUPLICATE_SAME_ACCESS) {
+    HANDLE copy = nullptr;
+    const BOOL good = DuplicateHandle(GetCurrentProcess(), source, GetCurrentProcess(), &copy, access, FALSE, options);
+    return good ? copy : nullptr;
+}
+
 /// Reads from the position on. The number of bytes that came, -1 for a failure.
 inline int Read(HANDLE file, char* buffer, DWORD count, OVERLAPPED* overlapped = nullptr) {
     DWORD read = 0;

@@ -1,32 +1,17 @@
 #pragma once
 
-#include <doctest/doctest.h>
-#include <kelcore/platform.h>
-
-#include <string>
+#include "tests/support/TempFolder.h"
 
 /// A new empty folder that is the current directory for one test, and goes with all that is in it.
 class Workplace {
 public:
-    Workplace() {
-        char text[MAX_PATH];
-        REQUIRE(GetCurrentDirectoryA(sizeof text, text) != 0);
-        m_before = text;
-        char folder[MAX_PATH];
-        REQUIRE(GetTempPathA(sizeof folder, folder) != 0);
-        REQUIRE(GetTempFileNameA(folder, "kel", 0, text) != 0);
-        REQUIRE(DeleteFileA(text));
-        REQUIRE(CreateDirectoryA(text, nullptr));
-        REQUIRE(SetCurrentDirectoryA(text));
-        REQUIRE(GetCurrentDirectoryA(sizeof text, text) != 0);
-        m_path = text;
+    Workplace() : m_before(Current()) {
+        REQUIRE(SetCurrentDirectoryA(StdW2A(m_folder.Path()).c_str()));
+        m_path = Current();
     }
     Workplace(const Workplace&) = delete;
     Workplace& operator=(const Workplace&) = delete;
-    ~Workplace() {
-        SetCurrentDirectoryA(m_before.c_str());
-        Remove(m_path);
-    }
+    ~Workplace() { SetCurrentDirectoryA(m_before.c_str()); }
 
     /// The folder, as the current directory is named.
     const std::string& Path() const { return m_path; }
@@ -52,22 +37,13 @@ public:
     }
 
 private:
-    static void Remove(const std::string& folder) {
-        WIN32_FIND_DATAA entry;
-        const HANDLE search = FindFirstFileA((folder + "\\*").c_str(), &entry);
-        for (BOOL found = search != INVALID_HANDLE_VALUE; found; found = FindNextFileA(search, &entry)) {
-            const std::string name = entry.cFileName;
-            const std::string path = folder + "\\" + name;
-            SetFileAttributesA(path.c_str(), entry.dwFileAttributes & ~FILE_ATTRIBUTE_READONLY);
-            if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
-                DeleteFileA(path.c_str());
-            else if (name != "." && name != "..")
-                Remove(path);
-        }
-        FindClose(search);
-        RemoveDirectoryA(folder.c_str());
+    static std::string Current() {
+        char folder[MAX_PATH];
+        REQUIRE(GetCurrentDirectoryA(sizeof folder, folder) != 0);
+        return folder;
     }
 
+    TempFolder m_folder;
     std::string m_before;
     std::string m_path;
 };
@@ -75,6 +51,11 @@ private:
 /// The last error of a call that has to fail; 0 if it did not.
 inline DWORD ErrorOf(BOOL succeeded) {
     return succeeded ? 0 : GetLastError();
+}
+
+/// Whether a file or a folder is there.
+inline bool Exists(const char* name) {
+    return GetFileAttributesA(name) != INVALID_FILE_ATTRIBUTES;
 }
 
 /// Whether the platform is the layer, whose wide character is not the compiler's: some rows hold there alone, where the
