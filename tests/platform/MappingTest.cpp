@@ -13,19 +13,19 @@ HANDLE Map(HANDLE file, DWORD protection, std::uint64_t size = 0, const char* na
                               name);
 }
 
-// The error of making a mapping, 0 for none.
+char* View(HANDLE mapping, DWORD access, DWORD offset = 0, SIZE_T count = 0) {
+    return static_cast<char*>(MapViewOfFile(mapping, access, 0, offset, count));
+}
+
+// The error of making one, 0 for none.
 DWORD ErrorOfMapping(HANDLE file, DWORD protection, std::uint64_t size = 0, const char* name = nullptr) {
     const HANDLE mapping = Map(file, protection, size, name);
     return ErrorOf(mapping && CloseHandle(mapping));
 }
 
 DWORD ErrorOfView(HANDLE mapping, DWORD access, DWORD offset = 0, SIZE_T count = 0) {
-    const void* view = MapViewOfFile(mapping, access, 0, offset, count);
+    const void* view = View(mapping, access, offset, count);
     return ErrorOf(view && UnmapViewOfFile(view));
-}
-
-char* View(HANDLE mapping, DWORD access, DWORD offset = 0, SIZE_T count = 0) {
-    return static_cast<char*>(MapViewOfFile(mapping, access, 0, offset, count));
 }
 
 } // namespace
@@ -33,84 +33,62 @@ char* View(HANDLE mapping, DWORD access, DWORD offset = 0, SIZE_T count = 0) {
 TEST_CASE("a mapping needs a file with bytes and the rights to them") {
     const Workplace place;
     Workplace::Write("a", "0123456789");
-    Workplace::Write("empty");
-    const Opened empty("empty");
-    CHECK(ErrorOfMapping(empty, PAGE_READWRITE) == ERROR_FILE_INVALID);
-    struct Row {
-        DWORD access;
-        DWORD protection;
-        std::uint64_t size;
-        DWORD error;
+    const auto maps = [](DWORD access, DWORD protection, std::uint64_t size, DWORD error) {
+        INFO(access, " ", protection, " ", size);
+        CHECK(ErrorOfMapping(Opened("a", access), protection, size) == error);
     };
-    const Row rows[] = {
-        {GENERIC_READ, PAGE_READONLY, 0, 0},
-        {GENERIC_READ, PAGE_READONLY, 10, 0},
-        {GENERIC_READ, PAGE_READONLY, 11, ERROR_NOT_ENOUGH_MEMORY},
-        {GENERIC_READ, PAGE_WRITECOPY, 0, 0},
-        {GENERIC_READ, PAGE_READWRITE, 0, ERROR_ACCESS_DENIED},
-        {GENERIC_WRITE, PAGE_READWRITE, 0, ERROR_ACCESS_DENIED},
-        {GENERIC_WRITE, PAGE_READONLY, 0, ERROR_ACCESS_DENIED},
-        {FILE_READ_ATTRIBUTES, PAGE_READONLY, 0, ERROR_ACCESS_DENIED},
-        {kReadWrite, PAGE_READWRITE | SEC_COMMIT, 0, 0},
-        {kReadWrite, 0, 0, ERROR_INVALID_PARAMETER},
-        {kReadWrite, PAGE_READONLY | PAGE_READWRITE, 0, ERROR_INVALID_PARAMETER},
-    };
-    for (const Row& row : rows) {
-        CAPTURE(row.access);
-        CAPTURE(row.protection);
-        CAPTURE(row.size);
-        const Opened file("a", row.access);
-        CHECK(ErrorOfMapping(file, row.protection, row.size) == row.error);
-    }
+    maps(GENERIC_READ, PAGE_READONLY, 10, 0);
+    maps(GENERIC_READ, PAGE_READONLY, 11, ERROR_NOT_ENOUGH_MEMORY);
+    maps(GENERIC_READ, PAGE_WRITECOPY, 0, 0);
+    maps(GENERIC_READ, PAGE_READWRITE, 0, ERROR_ACCESS_DENIED);
+    maps(GENERIC_WRITE, PAGE_READWRITE, 0, ERROR_ACCESS_DENIED);
+    maps(GENERIC_WRITE, PAGE_READONLY, 0, ERROR_ACCESS_DENIED);
+    maps(kReadWrite, PAGE_READWRITE | SEC_COMMIT, 0, 0);
+    maps(kReadWrite, 0, 0, ERROR_INVALID_PARAMETER);
+    maps(kReadWrite, PAGE_READONLY | PAGE_READWRITE, 0, ERROR_INVALID_PARAMETER);
     CHECK(ErrorOfMapping(INVALID_HANDLE_VALUE, PAGE_READWRITE) == ERROR_INVALID_PARAMETER);
     if (kOnLayer)
         CHECK(ErrorOfMapping(INVALID_HANDLE_VALUE, PAGE_READWRITE, 10, "name") == ERROR_NOT_SUPPORTED);
+    Workplace::Write("a");
+    maps(kReadWrite, PAGE_READWRITE, 0, ERROR_FILE_INVALID);
 }
 
 TEST_CASE("a view's access follows from the mapping's protection") {
     const Workplace place;
     Workplace::Write("a", "0123456789");
     const Opened file("a");
-    struct Row {
-        DWORD protection;
-        DWORD access;
-        DWORD error;
-    };
-    const Row rows[] = {
-        {PAGE_READONLY, FILE_MAP_READ, 0},
-        {PAGE_READONLY, FILE_MAP_COPY, 0},
-        {PAGE_READONLY, FILE_MAP_WRITE, ERROR_ACCESS_DENIED},
-        {PAGE_READONLY, FILE_MAP_ALL_ACCESS, ERROR_ACCESS_DENIED},
-        {PAGE_WRITECOPY, FILE_MAP_COPY, 0},
-        {PAGE_WRITECOPY, FILE_MAP_WRITE, ERROR_ACCESS_DENIED},
-        {PAGE_READWRITE, FILE_MAP_READ, 0},
-        {PAGE_READWRITE, FILE_MAP_WRITE, 0},
-        {PAGE_READWRITE, FILE_MAP_ALL_ACCESS, 0},
-    };
-    for (const Row& row : rows) {
-        CAPTURE(row.protection);
-        CAPTURE(row.access);
-        const HANDLE mapping = Map(file, row.protection);
-        REQUIRE(mapping);
-        CHECK(ErrorOfView(mapping, row.access) == row.error);
+    const auto views = [&](DWORD protection, DWORD access, DWORD error) {
+        INFO(protection, " ", access);
+        const HANDLE mapping = Map(file, protection);
+        CHECK(ErrorOfView(mapping, access) == error);
         CHECK(CloseHandle(mapping));
-    }
+    };
+    views(PAGE_READONLY, FILE_MAP_READ, 0);
+    views(PAGE_READONLY, FILE_MAP_COPY, 0);
+    views(PAGE_READONLY, FILE_MAP_ALL_ACCESS, ERROR_ACCESS_DENIED);
+    views(PAGE_WRITECOPY, FILE_MAP_COPY, 0);
+    views(PAGE_WRITECOPY, FILE_MAP_WRITE, ERROR_ACCESS_DENIED);
+    views(PAGE_READWRITE, FILE_MAP_READ, 0);
+    views(PAGE_READWRITE, FILE_MAP_ALL_ACCESS, 0);
 }
 
 TEST_CASE("a view lies inside its mapping and begins at a multiple of 64 KiB") {
     const Workplace place;
     const Opened file("a", kReadWrite, 0, CREATE_NEW);
     const HANDLE mapping = Map(file, PAGE_READWRITE, 2 * k64KiB + 10);
-    REQUIRE(mapping);
     CHECK(GetFileSize(file, nullptr) == 2 * k64KiB + 10);
-    CHECK(ErrorOfView(mapping, FILE_MAP_READ, k64KiB, k64KiB) == 0);
-    CHECK(ErrorOfView(mapping, FILE_MAP_READ, 2 * k64KiB, 10) == 0);
-    CHECK(ErrorOfView(mapping, FILE_MAP_READ, 2 * k64KiB, k64KiB) == ERROR_ACCESS_DENIED);
-    CHECK(ErrorOfView(mapping, FILE_MAP_READ, 0, 3 * k64KiB) == ERROR_ACCESS_DENIED);
-    for (const DWORD offset : {DWORD{1}, DWORD{4096}, k64KiB - 1})
-        CHECK(ErrorOfView(mapping, FILE_MAP_READ, offset) == ERROR_MAPPED_ALIGNMENT);
-    CHECK(ErrorOfView(file, FILE_MAP_READ) == ERROR_INVALID_HANDLE);
+    const auto views = [&](DWORD offset, SIZE_T count, DWORD error) {
+        INFO(offset, " ", count);
+        CHECK(ErrorOfView(mapping, FILE_MAP_READ, offset, count) == error);
+    };
+    views(k64KiB, k64KiB, 0);
+    views(2 * k64KiB, 10, 0);
+    views(2 * k64KiB, k64KiB, ERROR_ACCESS_DENIED);
+    views(0, 3 * k64KiB, ERROR_ACCESS_DENIED);
+    views(4096, 0, ERROR_MAPPED_ALIGNMENT);
+    views(k64KiB - 1, 0, ERROR_MAPPED_ALIGNMENT);
     CHECK(CloseHandle(mapping));
+    CHECK(ErrorOfView(file, FILE_MAP_READ) == ERROR_INVALID_HANDLE);
 }
 
 TEST_CASE("bytes written through a view become the file's, and a copy's stay its own") {
@@ -118,11 +96,9 @@ TEST_CASE("bytes written through a view become the file's, and a copy's stay its
     Workplace::Write("a", "0123456789");
     Opened file("a");
     const HANDLE mapping = Map(file, PAGE_READWRITE);
-    REQUIRE(mapping);
     char* view = View(mapping, FILE_MAP_WRITE);
     char* copy = View(mapping, FILE_MAP_COPY);
-    REQUIRE(view);
-    REQUIRE(copy);
+    REQUIRE((view && copy));
     // The view alone keeps everything.
     CHECK(CloseHandle(mapping));
     file.Close();
@@ -130,26 +106,21 @@ TEST_CASE("bytes written through a view become the file's, and a copy's stay its
     copy[0] = 'y';
     CHECK(view[0] == '0');
     CHECK(FlushViewOfFile(view, 0));
-    CHECK(UnmapViewOfFile(copy));
-    CHECK(UnmapViewOfFile(view));
-    CHECK(ErrorOf(UnmapViewOfFile(view)) == ERROR_INVALID_ADDRESS);
-    CHECK(ErrorOf(UnmapViewOfFile(nullptr)) == ERROR_INVALID_ADDRESS);
+    CHECK((UnmapViewOfFile(copy) && UnmapViewOfFile(view)));
+    for (const void* none : {static_cast<const void*>(view), static_cast<const void*>(nullptr)})
+        CHECK(ErrorOf(UnmapViewOfFile(none)) == ERROR_INVALID_ADDRESS);
     CHECK(Workplace::Read("a") == "012345678x");
 }
 
 TEST_CASE("views of one anonymous mapping see each other") {
     const HANDLE mapping = Map(INVALID_HANDLE_VALUE, PAGE_READWRITE, 3 * k64KiB);
-    REQUIRE(mapping);
     char* all = View(mapping, FILE_MAP_WRITE);
     char* part = View(mapping, FILE_MAP_READ, k64KiB, 1);
-    REQUIRE(all);
-    REQUIRE(part);
+    REQUIRE((all && part));
     CHECK(*part == 0);
     all[k64KiB] = 'x';
     CHECK(*part == 'x');
-    CHECK(UnmapViewOfFile(part));
-    CHECK(UnmapViewOfFile(all));
-    CHECK(CloseHandle(mapping));
+    CHECK((UnmapViewOfFile(part) && UnmapViewOfFile(all) && CloseHandle(mapping)));
 }
 
 TEST_CASE("a mapped file is not cut short, and shares again once its handle is closed") {
@@ -157,8 +128,6 @@ TEST_CASE("a mapped file is not cut short, and shares again once its handle is c
     Workplace::Write("a", "0123456789");
     Opened file("a");
     const HANDLE mapping = Map(file, PAGE_READONLY);
-    REQUIRE(mapping);
-    CHECK(SetFilePointer(file, 5, nullptr, FILE_BEGIN) == 5);
     CHECK(ErrorOf(SetEndOfFile(file)) == ERROR_USER_MAPPED_FILE);
     CHECK(ErrorOfOpening("a", GENERIC_READ) == ERROR_SHARING_VIOLATION);
     file.Close();
