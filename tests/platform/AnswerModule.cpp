@@ -1,11 +1,17 @@
-// A native module of the tests: what runs in it, and how it finds itself.
+// A native module of the tests, which finds itself at any time.
 
 #include <kelcore/export.h>
 #include <kelcore/platform.h>
 
-namespace {
+extern "C" KELCORE_API HMODULE OwnHandle() {
+    static int data = 0;
+    HMODULE own = nullptr;
+    GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       reinterpret_cast<LPCSTR>(&data), &own);
+    return own;
+}
 
-int g_data = 0;
+namespace {
 
 /// Asks for its module while that is loaded and unloaded.
 struct Curious {
@@ -14,23 +20,9 @@ struct Curious {
 
     static void Ask() {
         char path[MAX_PATH];
-        HMODULE own = nullptr;
-        if (!GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                                reinterpret_cast<LPCSTR>(&g_data), &own) ||
-            GetModuleFileNameA(own, path, sizeof path) == 0)
+        if (GetModuleFileNameA(OwnHandle(), path, sizeof path) == 0 || !OwnHandle())
             __builtin_trap();
     }
 } g_curious;
 
 } // namespace
-
-extern "C" KELCORE_API int Answer() {
-    return 42;
-}
-
-extern "C" KELCORE_API HMODULE OwnHandle() {
-    HMODULE own = nullptr;
-    GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       reinterpret_cast<LPCSTR>(&g_data), &own);
-    return own;
-}
