@@ -5,56 +5,42 @@
 using kel::test::MessageBoxes;
 
 TEST_CASE("a style decides about the buttons, the icon and the default answer") {
-    struct Row {
-        UINT style;
-        std::vector<int> buttons; // the numbers of the answers, sorted
-        int answer;
-        bool hasIcon;
-    };
-    const Row rows[] = {
-        {MB_OK, {IDOK}, IDOK, false},
-        {MB_OK | MB_ICONEXCLAMATION, {IDOK}, IDOK, true},
-        {MB_OKCANCEL | MB_ICONQUESTION, {IDOK, IDCANCEL}, IDOK, true},
-        {MB_OKCANCEL | MB_DEFBUTTON2, {IDOK, IDCANCEL}, IDCANCEL, false},
-        {MB_OKCANCEL | MB_DEFBUTTON4, {IDOK, IDCANCEL}, IDOK, false},
-        {MB_ABORTRETRYIGNORE | MB_DEFBUTTON3, {IDABORT, IDRETRY, IDIGNORE}, IDIGNORE, false},
-        {MB_YESNOCANCEL | MB_DEFBUTTON2, {IDCANCEL, IDYES, IDNO}, IDNO, false},
-        {MB_YESNO | MB_ICONERROR, {IDYES, IDNO}, IDYES, true},
-        {MB_RETRYCANCEL | MB_DEFBUTTON2, {IDCANCEL, IDRETRY}, IDCANCEL, false},
-        {MB_CANCELTRYCONTINUE | MB_DEFBUTTON3, {IDCANCEL, IDTRYAGAIN, IDCONTINUE}, IDCONTINUE, false},
-        {MB_YESNO | MB_HELP, {IDYES, IDNO, IDHELP}, IDYES, false},
-    };
-    for (const Row& row : rows) {
-        CAPTURE(row.style);
+    // The buttons by the numbers of their answers, sorted.
+    const auto shows = [](UINT style, const std::vector<int>& buttons, int answer, bool hasIcon = false) {
+        CAPTURE(style);
         const MessageBoxes boxes;
-        CHECK(MessageBoxA(nullptr, "two\nlines", "caption", row.style) == row.answer);
+        CHECK(MessageBoxA(nullptr, "two\nlines", "caption", style) == answer);
         REQUIRE(boxes.Seen().size() == 1);
-        CHECK(boxes.Seen()[0].text == "two\nlines");
-        CHECK(boxes.Seen()[0].caption == "caption");
-        CHECK(boxes.Seen()[0].buttons == row.buttons);
-        CHECK(boxes.Seen()[0].defaultButton == row.answer);
-        CHECK(boxes.Seen()[0].hasIcon == row.hasIcon);
-    }
+        const kel::test::SeenBox& box = boxes.Seen()[0];
+        CHECK((box.text == "two\nlines" && box.caption == "caption"));
+        CHECK(box.buttons == buttons);
+        CHECK(box.defaultButton == answer);
+        CHECK(box.hasIcon == hasIcon);
+    };
+    shows(MB_OK | MB_ICONEXCLAMATION, {IDOK}, IDOK, true);
+    shows(MB_OKCANCEL | MB_ICONQUESTION, {IDOK, IDCANCEL}, IDOK, true);
+    shows(MB_OKCANCEL | MB_DEFBUTTON4, {IDOK, IDCANCEL}, IDOK);
+    shows(MB_ABORTRETRYIGNORE | MB_DEFBUTTON3, {IDABORT, IDRETRY, IDIGNORE}, IDIGNORE);
+    shows(MB_YESNOCANCEL | MB_DEFBUTTON2, {IDCANCEL, IDYES, IDNO}, IDNO);
+    shows(MB_YESNO | MB_ICONERROR, {IDYES, IDNO}, IDYES, true);
+    shows(MB_RETRYCANCEL | MB_DEFBUTTON2, {IDCANCEL, IDRETRY}, IDCANCEL);
+    shows(MB_CANCELTRYCONTINUE | MB_DEFBUTTON3, {IDCANCEL, IDTRYAGAIN, IDCONTINUE}, IDCONTINUE);
+    shows(MB_YESNO | MB_HELP, {IDYES, IDNO, IDHELP}, IDYES);
 }
 
 TEST_CASE("the texts of a box may be strings of a module, and the answer another than the default") {
     const HMODULE module = LoadLibraryA(KELCORE_TEST_MODULES "/texts.dll");
-    REQUIRE(module != nullptr);
-    const MessageBoxes boxes(IDNO);
-    MSGBOXPARAMSA box = {};
-    box.cbSize = sizeof box;
-    box.hInstance = module;
-    box.dwStyle = MB_YESNO;
-    for (const WORD id : {17, 5}) { // there is no string 5
-        box.lpszText = MAKEINTRESOURCEA(id);
-        box.lpszCaption = id == 5 ? nullptr : MAKEINTRESOURCEA(1);
+    const auto shows = [&](WORD text, LPCSTR caption, const char* shownText, const char* shownCaption) {
+        const MessageBoxes boxes(IDNO);
+        const MSGBOXPARAMSA box = {sizeof box, nullptr, module, MAKEINTRESOURCEA(text), caption, MB_YESNO, {},
+                                   {},         {},      {}};
         CHECK(MessageBoxIndirectA(&box) == IDNO);
-    }
-    REQUIRE(boxes.Seen().size() == 2);
-    CHECK(boxes.Seen()[0].text == "seventeen");
-    CHECK(boxes.Seen()[0].caption == "one");
-    CHECK(boxes.Seen()[1].text.empty());
-    CHECK(boxes.Seen()[1].caption == "Error");
+        REQUIRE(boxes.Seen().size() == 1);
+        CHECK(boxes.Seen()[0].text == shownText);
+        CHECK(boxes.Seen()[0].caption == shownCaption);
+    };
+    shows(17, MAKEINTRESOURCEA(1), "seventeen", "one");
+    shows(/*none*/ 5, nullptr, "", "Error");
     CHECK(FreeLibrary(module));
 }
 
