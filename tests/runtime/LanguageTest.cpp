@@ -40,42 +40,32 @@ LanguageRule Answering(Log& log, const char* who, const char* file, bool answer)
 } // namespace
 
 TEST_CASE("the provider is asked first, then the module, with the path as the provider left it") {
-    const struct {
-        const char* given;
-        bool gives;
-        const char* own;
-        bool owns;
-        const char* asked;
-        const char* text;
-    } rows[] = {
-        {"german.dll", true, nullptr, false, "provider 1031 module.dll; ", "sechzehn"},
-        {nullptr, false, "german.dll", true, "provider 1031 module.dll; own 1031 module.dll; ", "sechzehn"},
-        {"german.dll", false, nullptr, true, "provider 1031 module.dll; own 1031 german.dll; ", "sechzehn"},
-        {"german.dll", false, nullptr, false, "provider 1031 module.dll; own 1031 german.dll; ", "sixteen"},
-        {"missing.dll", true, nullptr, true, "provider 1031 module.dll; ", "sixteen"},
-    };
-    for (const auto& row : rows) {
-        CAPTURE(row.asked);
+    const auto asks = [](const char* given, bool gives, const char* own, bool owns, Log expected, const char* text) {
+        CAPTURE(expected);
         Log asked;
-        Provider provider(Answering(asked, "provider", row.given, row.gives));
+        Provider provider(Answering(asked, "provider", given, gives));
         ModuleBase::SetLanguage(0x0407, &provider);
-        const SampleModule module(Answering(asked, "own", row.own, row.owns));
-        CHECK(asked == row.asked);
-        CHECK(module.Text(16) == row.text);
-        CHECK((module.m_hResource == module.m_hInstance) == (row.text == std::string("sixteen")));
+        const SampleModule module(Answering(asked, "own", own, owns));
+        CHECK(asked == expected);
+        CHECK(module.Text(16) == text);
+        CHECK((module.m_hResource == module.m_hInstance) == (text == std::string("sixteen")));
         asked.clear();
         ModuleBase::SetLanguage(0x0407, &provider);
-        CHECK(asked == row.asked);
-        CHECK(module.Text(16) == row.text);
-    }
+        CHECK(asked == expected);
+        CHECK(module.Text(16) == text);
+    };
+    asks("german.dll", true, nullptr, false, "provider 1031 module.dll; ", "sechzehn");
+    asks(nullptr, false, "german.dll", true, "provider 1031 module.dll; own 1031 module.dll; ", "sechzehn");
+    asks("german.dll", false, nullptr, true, "provider 1031 module.dll; own 1031 german.dll; ", "sechzehn");
+    asks("german.dll", false, nullptr, false, "provider 1031 module.dll; own 1031 german.dll; ", "sixteen");
+    asks("missing.dll", true, nullptr, true, "provider 1031 module.dll; ", "sixteen");
 }
 
 TEST_CASE("a new language reloads all modules, then tells the targets in their order") {
-    Provider provider;
     Log log;
+    Provider provider, silent([](unsigned short, String&) { return false; });
     SampleModule first([&](unsigned short, String&) { return log += "first; ", false; });
     SampleModule second([&](unsigned short, String&) { return log += "second; ", false; });
-    Provider silent([](unsigned short, String&) { return false; });
     const Target a(log, "a", [&] { log += first.Text(16) + " " + second.Text(16) + "; "; });
     const Target b(log, "b");
     log.clear();
@@ -95,15 +85,12 @@ TEST_CASE("a language file of another version is refused with one warning a load
     Provider provider;
     ModuleBase::SetLanguage(0x040C, &provider);
     const SampleModule module;
-    CHECK(module.Text(16) == "sixteen");
-    CHECK((module.m_hResource == module.m_hInstance));
     CHECK(boxes.Seen().size() == 1);
     ModuleBase::SetLanguage(0x040C, &provider);
     REQUIRE(boxes.Seen().size() == 2);
+    CHECK(module.Text(16) == "sixteen");
     const kel::test::SeenBox& box = boxes.Seen().back();
-    String file = module.GetPath();
-    SampleLanguages(0x040C, file);
-    CHECK(box.text == "The version of the language file '" + StdW2A(file) +
+    CHECK(box.text == "The version of the language file '" + StdW2A(Beside(module.GetPath(), "outdated.dll")) +
                           "' (1.2.0.0) is not the same as the application version (1.2.0.1).\nThe application will use "
                           "the default language.");
     CHECK(box.caption == "Warning");

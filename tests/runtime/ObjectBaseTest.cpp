@@ -5,19 +5,15 @@
 
 namespace {
 
-struct Tracked : virtual KelUnknown {
+// Tells when it ends.
+template <class Base>
+struct Tracked : Base {
     explicit Tracked(bool& destroyed) : m_destroyed(destroyed) {}
     ~Tracked() override { m_destroyed = true; }
     bool& m_destroyed;
 };
 
-struct Data : DataObject {
-    explicit Data(bool& destroyed) : m_destroyed(destroyed) {}
-    ~Data() override { m_destroyed = true; }
-    bool& m_destroyed;
-};
-
-const IID kUnknownInterface = {0x12345678, 1, 2, {3, 4, 5, 6, 7, 8, 9, 10}};
+struct Counted : virtual KelUnknown {};
 
 // A call on a null pointer is outside the language, yet part of the member's contract.
 #if defined(__clang__) || defined(__GNUC__)
@@ -31,7 +27,7 @@ void DestroyThrough(KelUnknown* object) {
 
 TEST_CASE("a counted object lives until its last reference is released") {
     bool destroyed = false;
-    auto* object = new Tracked(destroyed);
+    auto* object = new Tracked<Counted>(destroyed);
     CHECK(object->AddRef() == 2);
     void* out = object;
     CHECK(object->QueryInterface(IID_IUnknown, &out) == E_NOINTERFACE);
@@ -44,7 +40,7 @@ TEST_CASE("a counted object lives until its last reference is released") {
 
 TEST_CASE("Destroy ends an object whatever its count, and does nothing on null") {
     bool destroyed = false;
-    auto* object = new Tracked(destroyed);
+    auto* object = new Tracked<Counted>(destroyed);
     object->AddRef();
     DestroyThrough(object);
     CHECK(destroyed);
@@ -54,21 +50,20 @@ TEST_CASE("Destroy ends an object whatever its count, and does nothing on null")
 
 TEST_CASE("a data object answers for its three identifiers and counts each answer") {
     bool destroyed = false;
-    auto* object = new Data(destroyed);
-    void* out = nullptr;
-    CHECK(object->QueryInterface(IID_IDataObject, &out) == S_OK);
-    CHECK(out == static_cast<IDataObject*>(object));
-    CHECK(object->QueryInterface(IID_IUnknown, &out) == S_OK);
-    CHECK(out == static_cast<IDataObject*>(object));
-    CHECK(object->QueryInterface(IID_KelDataObject, &out) == S_OK);
-    CHECK(out == static_cast<DataObject*>(object));
-    CHECK(object->QueryInterface(kUnknownInterface, &out) == E_NOINTERFACE);
-    CHECK(out == nullptr);
-    CHECK(object->Release() == 3);
-    object->Release();
-    object->Release();
-    CHECK_FALSE(destroyed);
-    CHECK(object->Release() == 0);
+    auto* object = new Tracked<DataObject>(destroyed);
+    const auto answers = [&](const IID& identifier, const void* expected) {
+        void* out = &destroyed;
+        CHECK(object->QueryInterface(identifier, &out) == (expected ? S_OK : E_NOINTERFACE));
+        CHECK(out == expected);
+    };
+    answers(IID_IDataObject, static_cast<IDataObject*>(object));
+    answers(IID_IUnknown, static_cast<IDataObject*>(object));
+    answers(IID_KelDataObject, static_cast<DataObject*>(object));
+    answers(IID{0x12345678, 1, 2, {3, 4, 5, 6, 7, 8, 9, 10}}, nullptr);
+    for (unsigned long left = 4; left-- > 0;) {
+        CHECK_FALSE(destroyed);
+        CHECK(object->Release() == left);
+    }
     CHECK(destroyed);
 
     const unsigned char bytes[] = {0x7D, 0xFC, 0xAD, 0x7C, 0xF1, 0xB1, 0x10, 0x40,
