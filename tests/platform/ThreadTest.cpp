@@ -75,7 +75,7 @@ TEST_CASE("a semaphore counts from its start to its maximum") {
     releases(3, ERROR_TOO_MANY_POSTS, -7);
     releases(0x7FFFFFFF, ERROR_TOO_MANY_POSTS, -7);
     releases(2, 0, 1);
-    for (const DWORD milliseconds : {INFINITE, DWORD{0}, DWORD{1}})
+    for (const DWORD milliseconds : {DWORD{INFINITE}, DWORD{0}, DWORD{1}})
         CHECK(WaitForSingleObject(semaphore, milliseconds) == WAIT_OBJECT_0);
     for (const DWORD milliseconds : {0, 1, 20}) {
         const ULONGLONG begin = GetTickCount64();
