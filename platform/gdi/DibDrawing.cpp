@@ -2,6 +2,8 @@
 #include "platform/gdi/Resolve.h"
 #include "platform/kernel/Faults.h"
 
+#include <algorithm>
+
 namespace kel::platform {
 namespace {
 
@@ -18,14 +20,25 @@ int TopOf(const DibFormat& format, const DibBox& from) {
     return format.topDown ? from.y : format.height - from.y - from.height;
 }
 
+bool IsInside(const DibFormat& format, const DibBox& from) {
+    const Axis x = MakeAxis(0, 0, from.x, from.width);
+    const Axis y = MakeAxis(0, 0, TopOf(format, from), from.height);
+    return x.from < format.width && x.from + x.fromSize > std::max<std::int64_t>(x.from, 0) && y.from < format.height &&
+           y.from + y.fromSize > std::max<std::int64_t>(y.from, 0);
+}
+
+// Wine counts all rows of the DIB, those of a top-down one below 0 unless it is copied; the documentation has negative
+// numbers for mirrored content.
 int Stretch(DeviceContext& context, const LogicalBox& to, const DibFormat& format, const DibBox& from, const void* bits,
             DWORD operation) {
+    if (!IsInside(format, from))
+        return 0;
     RasterJob job = JobOn(context, to);
     if (NeedsSource(operation >> 16 & 0xFF))
         DrawFrom(job, context, format.At(bits), {from.x, TopOf(format, from), from.width, from.height});
     if (Operate(job, context, operation))
         Run(job);
-    return format.height;
+    return format.topDown && operation != SRCCOPY ? -format.height : format.height;
 }
 
 /// The rows of a DIB that a caller holds, counted from the bottom.
@@ -41,7 +54,7 @@ int DrawRows(DeviceContext& context, const LogicalBox& to, DibFormat format, int
     RasterJob job = JobOn(context, to);
     DrawFrom(job, context, format.At(bits), {fromX, top, to.width, to.height});
     Run(job);
-    return format.height;
+    return format.topDown ? format.height : std::min(format.height, fromY + to.height);
 }
 
 } // namespace

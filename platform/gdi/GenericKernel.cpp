@@ -1,6 +1,6 @@
 #include "platform/gdi/Colours.h"
 #include "platform/gdi/PixelAccess.h"
-#include "platform/gdi/RasterJob.h"
+#include "platform/gdi/RowKernel.h"
 
 #include <algorithm>
 
@@ -35,10 +35,30 @@ std::uint32_t Gathered(const RasterJob& job, const SourceRange& columns, const S
     return result;
 }
 
+/// The average of the colours of all pixels that fall on a target pixel, rounded.
+std::uint32_t Averaged(const RasterJob& job, const SourceRange& columns, const SourceRange& rows) {
+    std::uint64_t sums[3] = {};
+    std::uint64_t count = 0;
+    for (int y = std::min(rows.first, rows.last); y <= std::max(rows.first, rows.last); ++y)
+        for (int x = std::min(columns.first, columns.last); x <= std::max(columns.first, columns.last); ++x, ++count) {
+            const COLORREF colour = ColourOfPixel(job.source, ReadPixel(job.source, x, y));
+            for (int i = 0; i < 3; ++i)
+                sums[i] += Channel(colour, 8 * i);
+        }
+    const auto mean = [&](std::uint64_t sum) { return (sum + count / 2) / count; };
+    return PixelOfColour(job.source, RGB(mean(sums[0]), mean(sums[1]), mean(sums[2])));
+}
+
+bool IsSingle(const SourceRange& range) {
+    return range.first == range.last;
+}
+
 std::uint32_t SourcePixel(const RasterJob& job, const SourceRange& columns, const SourceRange& rows) {
+    if (job.stretchMode == COLORONCOLOR || (IsSingle(columns) && IsSingle(rows)))
+        return ReadPixel(job.source, columns.last, rows.first);
     if (job.stretchMode == BLACKONWHITE || job.stretchMode == WHITEONBLACK)
         return Gathered(job, columns, rows);
-    return ReadPixel(job.source, columns.last, rows.last);
+    return Averaged(job, columns, rows);
 }
 
 // --- operations
@@ -52,6 +72,11 @@ std::uint32_t Shallow(const Surface& surface, std::uint32_t pixel) {
     return surface.format == PixelFormat::Bgrx32 ? pixel : PixelOfColour(surface, Swapped(pixel));
 }
 
+// The fourth byte is no part of a colour.
+bool IsKey(const RasterJob& job, std::uint32_t source) {
+    return ((source ^ job.key) & (job.source.format == PixelFormat::Bgrx32 ? 0xFFFFFF : 0xFFFFFFFF)) == 0;
+}
+
 void DrawPixel(const RasterJob& job, int x, int y, std::uint32_t source) {
     const Surface& to = job.target;
     if (job.operation == RasterJob::Operation::Blend) {
@@ -59,7 +84,7 @@ void DrawPixel(const RasterJob& job, int x, int y, std::uint32_t source) {
         return WritePixel(to, x, y, Shallow(to, result));
     }
     if (job.operation == RasterJob::Operation::Key) {
-        if (source != job.key)
+        if (!IsKey(job, source))
             WritePixel(to, x, y, job.colours(source));
         return;
     }
@@ -114,16 +139,7 @@ std::uint32_t Blended(const BLENDFUNCTION& function, std::uint32_t source, std::
 }
 
 void RunGeneric(const RasterJob& job) {
-    int count = 0;
-    const pixman_box32_t* boxes = pixman_region32_rectangles(const_cast<pixman_region32_t*>(job.clip), &count);
-    for (int i = 0; i < count; ++i) {
-        const auto limit = [](std::int64_t low, std::int64_t value, std::int64_t high) {
-            return static_cast<int>(std::clamp(value, low, high));
-        };
-        const pixman_box32_t& box = boxes[i];
-        DrawBox(job, {limit(box.x1, job.x.to, box.x2), limit(box.y1, job.y.to, box.y2),
-                      limit(box.x1, job.x.to + job.x.toSize, box.x2), limit(box.y1, job.y.to + job.y.toSize, box.y2)});
-    }
+    ForEachBox(job, [&](const pixman_box32_t& box) { DrawBox(job, box); });
 }
 
 } // namespace kel::platform

@@ -80,7 +80,7 @@ void DrawFrom(RasterJob& job, const DeviceContext& target, const Surface& source
     job.source = source;
     PlaceSource(job, from);
     job.colours = ColourMap(job.target, source,
-                            {Resolved(state.textColour), Resolved(state.backColour), Resolved(state.backColour)});
+                            {Resolved(state.textColour), Resolved(state.backColour), RGB(255, 255, 255)});
 }
 
 bool Operate(RasterJob& job, const DeviceContext& target, DWORD operation) {

@@ -19,8 +19,8 @@ struct SourceRange {
 /// A source of s pixels is laid on a target of d by these rules, measured on Wine for all sizes to 30 and held by a
 /// test; mirroring counts the pixels from the other end.
 /// - Not smaller (d >= s): target pixel i shows source pixel (i * s + (s - 1) / 2) / d.
-/// - Smaller: source pixel j falls on target pixel (j * d + (d - 1) / 2) / s; a target pixel shows the last that falls
-///   on it, or all of them combined. On a single pixel that is not mirrored the last source pixel does not fall.
+/// - Smaller: source pixel j falls on target pixel (j * d + (d - 1) / 2) / s; a target pixel shows the last column
+///   and the first row that falls on it, or all pixels combined. On a single pixel that is not mirrored the last source pixel does not fall.
 /// - What lies outside the source shows nothing, and what is cut away of the target changes nothing for the rest.
 struct Axis {
     std::int64_t to = 0; ///< the lowest target pixel

@@ -23,7 +23,9 @@ target_sources(kelplatform PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/PixelCopy.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Rectangles.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Resolve.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/RowKernel.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Run.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Screen.cpp
   ${CMAKE_CURRENT_LIST_DIR}/StockObjects.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/StretchMap.cpp)
+  ${CMAKE_CURRENT_LIST_DIR}/StretchMap.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/kernels/Rows.cpp)

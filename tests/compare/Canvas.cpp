@@ -35,6 +35,16 @@ BITMAPINFOHEADER Header(int width, int height, int depth) {
     return header;
 }
 
+HBRUSH RandomPattern(Random& random) {
+    std::array<unsigned char, 16> rows;
+    for (unsigned char& byte : rows)
+        byte = static_cast<unsigned char>(random.Next());
+    const HBITMAP pattern = CreateBitmap(8, 8, 1, 1, rows.data());
+    const HBRUSH brush = CreatePatternBrush(pattern);
+    DeleteObject(pattern);
+    return brush;
+}
+
 } // namespace
 
 Random::Random(std::uint32_t seed) : m_state(seed * 0x9E3779B97F4A7C15ull + 0x1234567) {
@@ -146,25 +156,28 @@ void Canvas::Premultiply() {
             pixels[i + channel] = static_cast<unsigned char>(pixels[i + channel] * pixels[i + 3] / 255);
 }
 
-void Canvas::ChooseBrush(Random& random) {
-    const auto kind = random.Below(4);
+std::string Canvas::ChooseBrush(Random& random) {
+    // Wine dithers colours on monochrome bitmaps, so these get patterns alone.
+    const std::uint32_t chosen = random.Below(4);
+    const std::uint32_t kind = m_depth == 1 ? 3 : chosen;
+    std::string name = " solid";
+    m_repeats = kind >= 2;
     if (kind == 0)
-        return;
+        return " white";
     if (kind == 1) {
         m_brush = CreateSolidBrush(random.Colour());
     } else if (kind == 2) {
-        m_brush = CreateHatchBrush(random.Between(0, 5), random.Colour());
+        const int hatch = random.Between(HS_HORIZONTAL, HS_DIAGCROSS);
+        m_brush = CreateHatchBrush(hatch, random.Colour());
+        name = " hatch" + std::to_string(hatch);
     } else {
-        std::array<unsigned char, 16> rows;
-        for (unsigned char& byte : rows)
-            byte = static_cast<unsigned char>(random.Next());
-        const HBITMAP pattern = CreateBitmap(8, 8, 1, 1, rows.data());
-        m_brush = CreatePatternBrush(pattern);
-        DeleteObject(pattern);
+        m_brush = RandomPattern(random);
+        name = " pattern";
     }
     const int originX = random.Between(-9, 9);
     SetBrushOrgEx(m_dc, originX, random.Between(-9, 9), nullptr);
     SelectObject(m_dc, m_brush);
+    return name;
 }
 
 void Canvas::Release() {
@@ -200,6 +213,7 @@ DWORD Canvas::ChecksumAs(int depth, UINT start, UINT lines) const {
 }
 
 void Canvas::Dump() const {
+    SelectClipRgn(m_dc, nullptr);
     for (int y = 0; y < m_height; ++y) {
         for (int x = 0; x < m_width; ++x)
             std::printf("%06X ", static_cast<unsigned>(GetPixel(m_dc, x, y)));

@@ -45,6 +45,7 @@ public:
     int Width() const { return m_width; }
     int Height() const { return m_height; }
     int Depth() const { return m_depth; }
+    bool IsTopDown() const { return m_topDown; }
     const void* Bits() const { return m_dib.data(); }
     const BITMAPINFO* Info() const { return reinterpret_cast<const BITMAPINFO*>(m_info.data()); }
     /// Such as "24", "8v" (rows top-down) or "1d" (device-dependent).
@@ -56,7 +57,11 @@ public:
     /// Makes the colours of a 32-bit DIB section no larger than its alpha.
     void Premultiply();
 
-    void ChooseBrush(Random& random);
+    /// Selects a brush of any style. @return what it is, such as " hatch3".
+    std::string ChooseBrush(Random& random);
+
+    /// Whether the brush is a hatch or a pattern.
+    bool BrushRepeats() const { return m_repeats; }
 
     /// Takes the bitmap out of its context for a while.
     void Release();
@@ -84,6 +89,7 @@ private:
     int m_depth;
     bool m_deviceDependent;
     bool m_topDown;
+    bool m_repeats = false;
     void* m_pixels = nullptr;          // of a DIB section
     std::vector<unsigned char> m_dib;  // the pixels at the start
     std::vector<unsigned char> m_info; // header and colour table of m_dib
