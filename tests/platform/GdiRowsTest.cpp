@@ -53,9 +53,7 @@ TEST_CASE("rows are fetched by their number from the bottom") {
         {4, 10, -10, 6, "06 05 04 03 02 01 ee"}, {0, 6, 0, 0, "ee ee ee ee ee ee ee"},
     };
     for (const auto& row : rows) {
-        CAPTURE(row.start);
-        CAPTURE(row.lines);
-        CAPTURE(row.height);
+        CAPTURE(&row - rows);
         BYTE got[12 * kRowBytes];
         std::memset(got, 0xEE, sizeof got);
         CHECK(GetDIBits(memory, section.handle, row.start, row.lines, got, DibInfo(4, row.height, 24),
@@ -81,9 +79,7 @@ TEST_CASE("rows are stored by their number from the bottom") {
         {2, 6, 10, 6, "03 04 05 06 ee ee"}, {0, 10, 10, 10, "05 06 07 08 09 0a"}, {2, 10, -10, 10, "08 07 06 05 04 03"},
     };
     for (const auto& row : rows) {
-        CAPTURE(row.start);
-        CAPTURE(row.lines);
-        CAPTURE(row.height);
+        CAPTURE(&row - rows);
         const Section section(4, kHeight, 24);
         std::memset(section.bytes, 0xEE, kHeight * kRowBytes);
         CHECK(SetDIBits(memory, section.handle, row.start, row.lines, given, DibInfo(4, row.height, 24),
@@ -143,11 +139,10 @@ TEST_CASE("device-dependent monochrome bitmaps are black and white, whatever the
     SetTextColor(memory, RGB(255, 0, 0));
     SetBkColor(memory, RGB(0, 255, 0));
     const HBITMAP bitmap = CreateBitmap(4, 1, 1, 1, nullptr);
-    CHECK(SetDIBits(memory, bitmap, 0, 1, "\0\0\0\xff\xff\xff\0\0\xff\xff\xff\0", DibInfo(4, 1, 24), DIB_RGB_COLORS) ==
-          1);
+    const char given[] = "\0\0\0\xff\xff\xff\0\0\xff\xff\xff\0";
+    CHECK(SetDIBits(memory, bitmap, 0, 1, given, DibInfo(4, 1, 24), DIB_RGB_COLORS) == 1);
     BYTE got[12];
-    CHECK(GetBitmapBits(bitmap, 2, got) == 2);
-    CHECK(got[0] == 0x50);
+    CHECK((GetBitmapBits(bitmap, 2, got) == 2 && got[0] == 0x50));
     CHECK(GetDIBits(memory, bitmap, 0, 1, got, DibInfo(4, 1, 24), DIB_RGB_COLORS) == 1);
     CHECK(Hex(got, 12) == "000000ffffff000000ffffff");
     DeleteObject(bitmap);
@@ -162,10 +157,8 @@ TEST_CASE("a query tells the header, another one the colour table") {
         std::memset(&info.header.biWidth, 0xCC, sizeof info - sizeof info.header.biSize);
         info.header.biBitCount = 0;
         CHECK(GetDIBits(memory, bitmap, 0, 0, nullptr, info, DIB_RGB_COLORS) == 3);
-        CHECK(info.header.biWidth == 5);
-        CHECK(info.header.biHeight == 3);
-        CHECK(info.header.biPlanes == 1);
-        CHECK(info.header.biBitCount == bits);
+        CHECK((info.header.biWidth == 5 && info.header.biHeight == 3));
+        CHECK((info.header.biPlanes == 1 && info.header.biBitCount == bits));
         CHECK(info.header.biCompression == (bits == 16 || bits == 32 ? BI_BITFIELDS : BI_RGB));
         CHECK(info.header.biSizeImage == static_cast<DWORD>((5 * bits + 31) / 32 * 4 * 3));
         CHECK(info.table[0].rgbRed == 0xCC);
@@ -216,13 +209,11 @@ TEST_CASE("transfers refuse what is no DIB") {
     planes.header.biPlanes = 0;
     DibInfo longer(2, 2, 24);
     longer.header.biSize = 41;
-    CHECK(get(memory, section.handle, DibInfo(2, 2, 24)) == 2);
-    CHECK(get(memory, section.handle, longer) == 2);
+    CHECK((get(memory, section.handle, DibInfo(2, 2, 24)) == 2 && get(memory, section.handle, longer) == 2));
     CHECK(get(memory, section.handle, DibInfo(2, 2, 24), /*usage*/ 2) == 0);
     for (const DibInfo& wrong : {planes, DibInfo(2, 2, 7), DibInfo(2, 2, 24, BI_RLE8), DibInfo(2, 2, 24, BI_BITFIELDS)})
         CHECK(get(memory, section.handle, DibInfo(wrong)) == 0);
-    CHECK(get(nullptr, section.handle, DibInfo(2, 2, 24)) == 0);
-    CHECK(get(memory, nullptr, DibInfo(2, 2, 24)) == 0);
+    CHECK((get(nullptr, section.handle, DibInfo(2, 2, 24)) == 0 && get(memory, nullptr, DibInfo(2, 2, 24)) == 0));
     CHECK(get(memory, section.handle, nullptr) == 0);
 }
 
