@@ -61,13 +61,19 @@ void SetTimeOfDay(SYSTEMTIME& time, std::uint32_t milliseconds) {
     time.wMilliseconds = static_cast<WORD>(milliseconds % 1000);
 }
 
+constexpr bool IsLeapYear(std::uint32_t year) {
+    return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
+}
+
+// Odd months have 31 days up to July, even ones from August on.
+constexpr std::uint32_t DaysOfMonth(std::uint32_t month, std::uint32_t year) {
+    return month == 2 ? 28 + IsLeapYear(year) : 30 + ((month ^ month >> 3) & 1);
+}
+
 // Each of year, month and day may be anything.
-bool IsDate(const Date& date) {
-    if (date.year < kFirstYear || date.year > kLastYear || date.month - 1 >= 12 || date.day - 1 >= 31)
-        return false;
-    const std::uint32_t next =
-        date.month == 12 ? DaysOf({date.year + 1, 1, 1}) : DaysOf({date.year, date.month + 1, 1});
-    return DaysOf(date) < next;
+constexpr bool IsDate(const Date& date) {
+    return date.year >= kFirstYear && date.year <= kLastYear && date.month - 1 < 12 &&
+           date.day - 1 < DaysOfMonth(date.month, date.year);
 }
 
 bool IsTimeOfDay(const SYSTEMTIME& time) {
