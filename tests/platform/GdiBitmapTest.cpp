@@ -39,6 +39,7 @@ TEST_CASE("device-dependent bitmaps have the next depth and rows of whole words"
         {5, 3, 0, 1, ERROR_INVALID_PARAMETER, "none"},
         {5, 3, 4, 1, ERROR_INVALID_PARAMETER, "none"},
         {70000, 70000, 1, 32, ERROR_INVALID_PARAMETER, "none"},
+        {0x7FFFFFFF, 1, 1, 1, ERROR_INVALID_PARAMETER, "none"},
         {1, 0x7FFFFFFF, 1, 32, ERROR_INVALID_PARAMETER, "none"},
         {30000, 30000, 1, 32, kEither, "none"},
     };
@@ -72,6 +73,7 @@ TEST_CASE("sections take the formats there are") {
         {{5, 0, 24}, "none"},
         {{-5, 3, 24}, "none"},
         {{5, static_cast<int>(0x80000000), 24}, "none"},
+        {{0x7FFFFFFF, 1, 32}, "none"},
         {{0x7FFFFFFF, 0x7FFFFFFF, 1}, "none"},
     };
     for (const auto& [info, shape] : rows) {
