@@ -193,8 +193,7 @@ TEST_CASE("malformed records end in their exceptions") {
     const std::string tooHigh = "5: Object version too high";
     const std::string emptyA = kHeadOfA + Reference(0) + Reference(0);
     const struct {
-        const char* what;
-        std::string stored, create, read /* into an object of class B */, readRef;
+        std::string what, stored, create, read /* into an object of class B */, readRef;
     } rows[] = {
         {"unknown class", Word(0x43) + "xxxx", unexpected, unexpected, noReference},
         {"version too high", ObjectB(1, 4), tooHigh, tooHigh, noReference},
