@@ -8,6 +8,7 @@ namespace {
 enum After { Unchanged, Empty, Anything };
 
 constexpr Rect kPart(0, 0, 2, 2);
+const XSize<double> kAsItIs(1, 1);
 
 bool CloneAsBlock(const GDIBitmap& picture) {
     void* const block = picture.GetDibClone();
@@ -17,46 +18,22 @@ bool CloneAsBlock(const GDIBitmap& picture) {
 
 const struct {
     const char* name;
-    bool (*run)(GDIBitmap& picture, HDC dc);
+    bool (*run)(GDIBitmap& p, HDC dc);
     After afterFailure;
 } kOperations[] = {
-    {"CreateBitmap",
-     [](GDIBitmap& picture, HDC) {
-         return picture.CreateBitmap({3, 3}, 8);
-     },
-     Empty},
-    {"CreateBitmap, screen",
-     [](GDIBitmap& picture, HDC) {
-         return picture.CreateBitmap({3, 3}, 0);
-     },
-     Empty},
-    {"CreateSysBitmap",
-     [](GDIBitmap& picture, HDC) {
-         return picture.CreateSysBitmap({3, 3}, 1);
-     },
-     Empty},
-    {"LockPaletteModify", [](GDIBitmap& picture, HDC) { return picture.LockPaletteModify() != nullptr; }, Empty},
-    {"Convert", [](GDIBitmap& picture, HDC) { return picture.ConvertSysBitmap2DIB(); }, Unchanged},
-    {"Assign",
-     [](GDIBitmap& picture, HDC) {
-         return picture.AssignBitmap(MemoryPicture({3, 3}, 24));
-     },
-     Unchanged},
-    {"Resize",
-     [](GDIBitmap& picture, HDC) {
-         return picture.Resize({9, 9});
-     },
-     Unchanged},
-    {"Prescale",
-     [](GDIBitmap& p, HDC) {
-         return p.Prescale(kPart, IBitmap::BM_Fit, {1, 1}, 9);
-     },
-     Unchanged},
-    {"Crop", [](GDIBitmap& picture, HDC) { return picture.Crop(kPart); }, Anything},
-    {"ExtClearSurface", [](GDIBitmap& picture, HDC) { return picture.ExtClearSurface(0xFF); }, Anything},
-    {"Invert", [](GDIBitmap& picture, HDC) { return picture.Invert(); }, Anything},
-    {"CreateMaskBmp", [](GDIBitmap& picture, HDC) { return !picture.CreateMaskBmp(0xFF).IsEmpty(); }, Unchanged},
-    {"GetDibClone", [](GDIBitmap& picture, HDC) { return CloneAsBlock(picture); }, Unchanged},
+    {"CreateBitmap", [](GDIBitmap& p, HDC) { return p.CreateBitmap(Size(3, 3), 8); }, Empty},
+    {"CreateBitmap, screen", [](GDIBitmap& p, HDC) { return p.CreateBitmap(Size(3, 3), 0); }, Empty},
+    {"CreateSysBitmap", [](GDIBitmap& p, HDC) { return p.CreateSysBitmap(Size(3, 3), 1); }, Empty},
+    {"LockPaletteModify", [](GDIBitmap& p, HDC) { return p.LockPaletteModify() != nullptr; }, Empty},
+    {"Convert", [](GDIBitmap& p, HDC) { return p.ConvertSysBitmap2DIB(); }, Unchanged},
+    {"Assign", [](GDIBitmap& p, HDC) { return p.AssignBitmap(MemoryPicture(Size(3, 3), 24)); }, Unchanged},
+    {"Resize", [](GDIBitmap& p, HDC) { return p.Resize(Size(9, 9)); }, Unchanged},
+    {"Prescale", [](GDIBitmap& p, HDC) { return p.Prescale(kPart, IBitmap::BM_Fit, kAsItIs, 9); }, Unchanged},
+    {"Crop", [](GDIBitmap& p, HDC) { return p.Crop(kPart); }, Anything},
+    {"ExtClearSurface", [](GDIBitmap& p, HDC) { return p.ExtClearSurface(0xFF); }, Anything},
+    {"Invert", [](GDIBitmap& p, HDC) { return p.Invert(); }, Anything},
+    {"CreateMaskBmp", [](GDIBitmap& p, HDC) { return !p.CreateMaskBmp(0xFF).IsEmpty(); }, Unchanged},
+    {"GetDibClone", [](GDIBitmap& p, HDC) { return CloneAsBlock(p); }, Unchanged},
     {"copy", [](GDIBitmap& p, HDC) { return !GDIBitmap(p.GetHandle(), kPart).IsEmpty(); }, Unchanged},
     {"Draw", [](GDIBitmap& p, HDC dc) { return p.Draw(dc, kPart, kPart, SRCCOPY); }, Unchanged},
     {"TransparentDraw", [](GDIBitmap& p, HDC dc) { return p.TransparentDraw(dc, kPart, kPart, 0xFF); }, Unchanged},
