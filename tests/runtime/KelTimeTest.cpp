@@ -26,11 +26,12 @@ bool Holds(const KelTime& time, const SYSTEMTIME& fields) {
 
 TEST_CASE("a time is made from fields and file times, gives them back and copies them") {
     const KelTime fromFields(kTime), fromTicks(Ticks(kTicks + 9'999));
-    KelTime assignedFields, assignedTicks;
+    KelTime assignedFields, assignedTicks, copied;
     CHECK(Holds(assignedFields, SYSTEMTIME{}));
     assignedFields = kTime;
     assignedTicks = Ticks(kTicks);
-    for (KelTime time : {fromFields, fromTicks, assignedFields, assignedTicks}) {
+    copied = fromTicks;
+    for (KelTime time : {fromFields, fromTicks, assignedFields, assignedTicks, copied}) {
         CHECK(Holds(time, kTime));
         CHECK(Count(*static_cast<const FILETIME*>(time)) == kTicks);
         FILETIME ticks = {};
