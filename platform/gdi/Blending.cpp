@@ -1,3 +1,4 @@
+#include "platform/gdi/Colours.h"
 #include "platform/gdi/Resolve.h"
 #include "platform/kernel/Faults.h"
 
@@ -24,6 +25,7 @@ bool Blend(DeviceContext& target, const LogicalBox& to, const DeviceContext& sou
         return Fail(ERROR_INVALID_PARAMETER);
     job.operation = RasterJob::Operation::Blend;
     job.blend = function;
+    job.x.singleTakesAll = job.y.singleTakesAll = true;
     job.stretchMode = COLORONCOLOR;
     Run(job);
     return true;
@@ -34,7 +36,10 @@ bool DrawKeyed(DeviceContext& target, const LogicalBox& to, const DeviceContext&
     RasterJob job = JobOn(target, to);
     DrawFrom(job, target, source, from);
     job.operation = RasterJob::Operation::Key;
-    job.key = PixelFor(job.source, transparent);
+    job.key = Resolved(transparent);
+    // The zeros and ones of a monochrome source are black and white here, whatever the target's colours are.
+    if (job.source.format == PixelFormat::Mono && !job.source.table)
+        job.colours = ColourMap(job.target, job.source, {});
     Run(job);
     return true;
 }

@@ -15,6 +15,7 @@ struct MonoColours {
     COLORREF text = RGB(0, 0, 0);
     COLORREF back = RGB(255, 255, 255);
     COLORREF sourceBack = RGB(255, 255, 255);
+    bool nearest = false; ///< what is nearer to white becomes a one instead
 };
 
 /// From stored pixels of a source to stored pixels of a target.

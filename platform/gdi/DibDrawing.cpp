@@ -34,8 +34,9 @@ int Stretch(DeviceContext& context, const LogicalBox& to, const DibFormat& forma
     if (!IsInside(format, from))
         return 0;
     RasterJob job = JobOn(context, to);
-    if (NeedsSource(operation >> 16 & 0xFF))
-        DrawFrom(job, context, format.At(bits), {from.x, TopOf(format, from), from.width, from.height});
+    // What the DIB does not reach stays as it is, whatever the operation.
+    DrawFrom(job, context, format.At(bits), {from.x, TopOf(format, from), from.width, from.height});
+    job.x.singleTakesAll = job.y.singleTakesAll = operation == SRCCOPY;
     if (Operate(job, context, operation))
         Run(job);
     return format.topDown && operation != SRCCOPY ? -format.height : format.height;

@@ -23,13 +23,13 @@ std::uint32_t Channel(std::uint32_t pixel, int shift) {
 
 // --- the source pixel that a target pixel meets
 
-/// The and, or the or, of all pixels that fall on a target pixel.
+/// The and, or the or, of all pixels that fall on a target pixel, each as it is stored there.
 std::uint32_t Gathered(const RasterJob& job, const SourceRange& columns, const SourceRange& rows) {
     const bool isAnd = job.stretchMode == BLACKONWHITE;
     std::uint32_t result = isAnd ? 0xFFFFFFFF : 0;
     for (int y = std::min(rows.first, rows.last); y <= std::max(rows.first, rows.last); ++y)
         for (int x = std::min(columns.first, columns.last); x <= std::max(columns.first, columns.last); ++x) {
-            const std::uint32_t pixel = ReadPixel(job.source, x, y);
+            const std::uint32_t pixel = job.colours(ReadPixel(job.source, x, y));
             result = isAnd ? result & pixel : result | pixel;
         }
     return result;
@@ -46,19 +46,24 @@ std::uint32_t Averaged(const RasterJob& job, const SourceRange& columns, const S
                 sums[i] += Channel(colour, 8 * i);
         }
     const auto mean = [&](std::uint64_t sum) { return (sum + count / 2) / count; };
-    return PixelOfColour(job.source, RGB(mean(sums[0]), mean(sums[1]), mean(sums[2])));
+    return PixelOfColour(job.target, RGB(mean(sums[0]), mean(sums[1]), mean(sums[2])));
 }
 
 bool IsSingle(const SourceRange& range) {
     return range.first == range.last;
 }
 
-std::uint32_t SourcePixel(const RasterJob& job, const SourceRange& columns, const SourceRange& rows) {
-    if (job.stretchMode == COLORONCOLOR || (IsSingle(columns) && IsSingle(rows)))
-        return ReadPixel(job.source, columns.last, rows.first);
-    if (job.stretchMode == BLACKONWHITE || job.stretchMode == WHITEONBLACK)
-        return Gathered(job, columns, rows);
-    return Averaged(job, columns, rows);
+bool GathersPixels(const RasterJob& job) {
+    return job.operation == RasterJob::Operation::Raster && job.stretchMode != COLORONCOLOR;
+}
+
+/// As the target stores it.
+std::uint32_t GatheredPixel(const RasterJob& job, const SourceRange& columns, const SourceRange& rows) {
+    if (IsSingle(columns) && IsSingle(rows))
+        return job.colours(ReadPixel(job.source, columns.last, rows.first));
+    if (job.stretchMode == HALFTONE)
+        return Averaged(job, columns, rows);
+    return Gathered(job, columns, rows);
 }
 
 // --- operations
@@ -72,9 +77,14 @@ std::uint32_t Shallow(const Surface& surface, std::uint32_t pixel) {
     return surface.format == PixelFormat::Bgrx32 ? pixel : PixelOfColour(surface, Swapped(pixel));
 }
 
-// The fourth byte is no part of a colour.
+// Bits that are no part of the colour do not count.
 bool IsKey(const RasterJob& job, std::uint32_t source) {
-    return ((source ^ job.key) & (job.source.format == PixelFormat::Bgrx32 ? 0xFFFFFF : 0xFFFFFFFF)) == 0;
+    return ColourOfPixel(job.source, source) == job.key;
+}
+
+void CombinePixel(const RasterJob& job, int x, int y, std::uint32_t source) {
+    const std::uint32_t pattern = NeedsPattern(job.rop) ? job.pattern.At(x, y) : 0;
+    WritePixel(job.target, x, y, Combine(job.rop, pattern, source, ReadPixel(job.target, x, y)));
 }
 
 void DrawPixel(const RasterJob& job, int x, int y, std::uint32_t source) {
@@ -88,8 +98,7 @@ void DrawPixel(const RasterJob& job, int x, int y, std::uint32_t source) {
             WritePixel(to, x, y, job.colours(source));
         return;
     }
-    const std::uint32_t pattern = NeedsPattern(job.rop) ? job.pattern.At(x, y) : 0;
-    WritePixel(to, x, y, Combine(job.rop, pattern, job.hasSource ? job.colours(source) : 0, ReadPixel(to, x, y)));
+    CombinePixel(job, x, y, job.hasSource ? job.colours(source) : 0);
 }
 
 void DrawBox(const RasterJob& job, const pixman_box32_t& box) {
@@ -99,8 +108,12 @@ void DrawBox(const RasterJob& job, const pixman_box32_t& box) {
             const SourceRange columns = job.hasSource ? job.x.At(x, job.source.width) : SourceRange{};
             if (!job.hasSource)
                 DrawPixel(job, x, y, 0);
-            else if (!rows.empty && !columns.empty)
-                DrawPixel(job, x, y, SourcePixel(job, columns, rows));
+            else if (rows.empty || columns.empty)
+                continue;
+            else if (GathersPixels(job))
+                CombinePixel(job, x, y, GatheredPixel(job, columns, rows));
+            else
+                DrawPixel(job, x, y, ReadPixel(job.source, columns.last, rows.first));
         }
     }
 }

@@ -8,6 +8,7 @@ namespace kel::platform {
 Surface RowsOf(const Surface& surface, int y, int count);
 
 /// Copies the top left pixels that both surfaces have, each as its colour in the other's format.
+/// @throws std::bad_alloc
 void CopyPixels(const Surface& to, const Surface& from);
 
 } // namespace kel::platform

@@ -32,7 +32,7 @@ struct Pattern {
 struct RasterJob {
     enum class Operation : std::uint8_t {
         Raster, ///< the ternary operation on stored pixels
-        Key,    ///< the source, but for the pixels that are stored as `key`
+        Key,    ///< the source, but for the pixels of the colour `key`
         Blend,  ///< the source over the target by `blend`
     };
 
@@ -45,7 +45,7 @@ struct RasterJob {
     Operation operation = Operation::Raster;
     std::uint8_t rop = 0xCC; ///< bits 16 to 23 of the caller's code: a result for each of pattern, source, target
     int stretchMode = COLORONCOLOR;
-    std::uint32_t key = 0;
+    COLORREF key = 0;
     BLENDFUNCTION blend{};
     Pattern pattern;
     ColourMap colours;

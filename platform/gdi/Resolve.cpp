@@ -25,8 +25,8 @@ void PlaceSource(RasterJob& job, const LogicalBox& from) {
     const Axis x = MakeAxis(0, 0, from.x, from.width);
     const Axis y = MakeAxis(0, 0, from.y, from.height);
     job.hasSource = true;
-    job.x = {job.x.to, job.x.toSize, x.from, x.fromSize, job.x.toMirrored, x.fromMirrored};
-    job.y = {job.y.to, job.y.toSize, y.from, y.fromSize, job.y.toMirrored, y.fromMirrored};
+    job.x = {job.x.to, job.x.toSize, x.from, x.fromSize, job.x.toMirrored, x.fromMirrored, false};
+    job.y = {job.y.to, job.y.toSize, y.from, y.fromSize, job.y.toMirrored, y.fromMirrored, false};
 }
 
 Pattern HatchPattern(const DeviceContext& target, const BrushObject& brush, const Surface& surface) {
@@ -43,7 +43,7 @@ Pattern HatchPattern(const DeviceContext& target, const BrushObject& brush, cons
 Pattern BitmapPattern(const DeviceContext& target, const BitmapObject& bitmap, const Surface& surface) {
     const ContextState& state = target.State();
     const Surface source = bitmap.Pixels();
-    const ColourMap colours(surface, source, {state.textColour, state.backColour, state.backColour});
+    const ColourMap colours(surface, source, {state.textColour, state.backColour, state.backColour, false});
     Pattern pattern;
     pattern.width = source.width;
     pattern.height = source.height;
@@ -72,7 +72,7 @@ void DrawFrom(RasterJob& job, const DeviceContext& target, const DeviceContext& 
     PlaceSource(job, ToDevice(source, from));
     job.colours =
         ColourMap(job.target, job.source,
-                  {Resolved(state.textColour), Resolved(state.backColour), Resolved(source.State().backColour)});
+                  {Resolved(state.textColour), Resolved(state.backColour), Resolved(source.State().backColour), false});
 }
 
 void DrawFrom(RasterJob& job, const DeviceContext& target, const Surface& source, const LogicalBox& from) {
@@ -80,7 +80,7 @@ void DrawFrom(RasterJob& job, const DeviceContext& target, const Surface& source
     job.source = source;
     PlaceSource(job, from);
     job.colours = ColourMap(job.target, source,
-                            {Resolved(state.textColour), Resolved(state.backColour), RGB(255, 255, 255)});
+                            {Resolved(state.textColour), Resolved(state.backColour), RGB(255, 255, 255), false});
 }
 
 bool Operate(RasterJob& job, const DeviceContext& target, DWORD operation) {

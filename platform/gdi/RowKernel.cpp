@@ -1,4 +1,5 @@
 #include "platform/gdi/RowKernel.h"
+#include "platform/gdi/Colours.h"
 #include "platform/gdi/PixelAccess.h"
 #include "platform/gdi/kernels/Rows.h"
 
@@ -130,7 +131,7 @@ private:
 
     void Apply(std::uint8_t* to, const std::uint8_t* source, int y) {
         if (m_job.operation == Operation::Key)
-            return CopyUnlessKey(to, source, Count(), static_cast<int>(m_bytes), m_job.key);
+            return CopyUnlessKey(to, source, Count(), static_cast<int>(m_bytes), Swapped(m_job.key));
         if (m_job.operation == Operation::Blend)
             return BlendPixels(to, source, Count(), m_job.blend);
         const std::uint8_t* pattern = NeedsPattern(m_job.rop) ? PatternRow(y) : nullptr;

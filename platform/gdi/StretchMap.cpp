@@ -28,7 +28,7 @@ SourceRange Axis::Grown(std::int64_t index, int bound) const {
 
 SourceRange Axis::Shrunk(std::int64_t index, int bound) const {
     const std::int64_t half = (toSize - 1) / 2;
-    const bool single = toSize == 1 && !toMirrored && !fromMirrored;
+    const bool single = toSize == 1 && !toMirrored && !fromMirrored && !singleTakesAll;
     std::int64_t first = std::max<std::int64_t>(CeilingOf(index * fromSize - half, toSize), 0);
     std::int64_t last = std::min(CeilingOf((index + 1) * fromSize - half, toSize), fromSize - (single ? 1 : 0)) - 1;
     if (fromMirrored) {
@@ -47,6 +47,8 @@ SourceRange Axis::Shrunk(std::int64_t index, int bound) const {
 }
 
 SourceRange Axis::At(int position, int bound) const {
+    if (fromSize == 0)
+        return {};
     const std::int64_t offset = position - to;
     const std::int64_t index = toMirrored ? toSize - 1 - offset : offset;
     return toSize >= fromSize ? Grown(index, bound) : Shrunk(index, bound);

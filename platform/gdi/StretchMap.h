@@ -20,7 +20,8 @@ struct SourceRange {
 /// test; mirroring counts the pixels from the other end.
 /// - Not smaller (d >= s): target pixel i shows source pixel (i * s + (s - 1) / 2) / d.
 /// - Smaller: source pixel j falls on target pixel (j * d + (d - 1) / 2) / s; a target pixel shows the last column
-///   and the first row that falls on it, or all pixels combined. On a single pixel that is not mirrored the last source pixel does not fall.
+///   and the first row that falls on it, or all pixels combined. On a single pixel that is not mirrored the last source
+///   pixel does not fall, but for blends and copies of DIBs.
 /// - What lies outside the source shows nothing, and what is cut away of the target changes nothing for the rest.
 struct Axis {
     std::int64_t to = 0; ///< the lowest target pixel
@@ -29,6 +30,7 @@ struct Axis {
     std::int64_t fromSize = 0;
     bool toMirrored = false;
     bool fromMirrored = false;
+    bool singleTakesAll = false; ///< of blends and copies of DIBs
 
     bool Mirrored() const { return toMirrored != fromMirrored; }
     bool IsOneToOne() const { return toSize == fromSize && !Mirrored(); }

@@ -191,12 +191,16 @@ void Canvas::Select() {
         SelectObject(m_dc, m_brush);
 }
 
-DWORD Canvas::Checksum() const {
+DWORD Canvas::Checksum(bool coloursAlone) const {
     if (m_deviceDependent)
         return ChecksumAs(24, 0, static_cast<UINT>(m_height));
     GdiFlush();
     const auto* const pixels = static_cast<const unsigned char*>(m_pixels);
-    return Crc32({pixels, pixels + m_dib.size()});
+    std::vector<unsigned char> bytes(pixels, pixels + m_dib.size());
+    const std::size_t step = m_depth == 16 ? 2 : 4;
+    for (std::size_t i = step - 1; coloursAlone && (m_depth == 16 || m_depth == 32) && i < bytes.size(); i += step)
+        bytes[i] &= m_depth == 16 ? 0x7F : 0;
+    return Crc32(bytes);
 }
 
 DWORD Canvas::ChecksumAs(int depth, UINT start, UINT lines) const {

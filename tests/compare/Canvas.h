@@ -45,6 +45,7 @@ public:
     int Width() const { return m_width; }
     int Height() const { return m_height; }
     int Depth() const { return m_depth; }
+    bool IsDeviceDependent() const { return m_deviceDependent; }
     bool IsTopDown() const { return m_topDown; }
     const void* Bits() const { return m_dib.data(); }
     const BITMAPINFO* Info() const { return reinterpret_cast<const BITMAPINFO*>(m_info.data()); }
@@ -68,7 +69,8 @@ public:
     void Select();
 
     /// CRC-32 of the pixels as they are stored; of device-dependent bitmaps as 24-bit rows.
-    DWORD Checksum() const;
+    /// @param coloursAlone of pixels of 16 and 32 bits without those bits that are no part of the colour.
+    DWORD Checksum(bool coloursAlone) const;
     /// CRC-32 of rows as GetDIBits gives them in another depth, with its result.
     DWORD ChecksumAs(int depth, UINT start, UINT lines) const;
     /// Prints the pixels as colours.
