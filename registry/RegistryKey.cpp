@@ -37,7 +37,7 @@ RegistryKey::RegistryKey() : RegistryKey(nullptr) {}
 RegistryKey::RegistryKey(HKEY key) {
     OwnedKey owned(key);
     m_pShared = new SharedKey{key, 1};
-    owned.release();
+    static_cast<void>(owned.release()); // the record's from here on
 }
 
 RegistryKey::RegistryKey(const RegistryKey& other) : m_pShared(other.m_pShared) {

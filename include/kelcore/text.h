@@ -180,18 +180,23 @@ KELCORE_API String operator+(const String& left, unsigned short right);
 /// @p right with one unit in front of it.
 KELCORE_API String operator+(unsigned short left, const String& right);
 
-/// @p left followed by @p right, where one of the two is a plain WideString: settles what would otherwise be a tie
-/// between the functions above and those of the standard string.
-template <class Wide, std::enable_if_t<std::is_same_v<std::decay_t<Wide>, WideString>, int> = 0>
-String operator+(Wide&& left, const String& right) {
+/// @p left followed by @p right, where one of the two is a String and the other a plain WideString: settles what would
+/// otherwise be a tie between the functions above and those of the standard string.
+template <class Wide, class Text,
+          std::enable_if_t<
+              std::is_same_v<std::decay_t<Wide>, WideString> && std::is_base_of_v<String, std::decay_t<Text>>, int> = 0>
+String operator+(Wide&& left, Text&& right) {
     String result;
     result.reserve(left.size() + right.size());
     result.append(left).append(right);
     return result;
 }
-/// @copydoc operator+(Wide&&, const String&)
-template <class Wide, std::enable_if_t<std::is_same_v<std::decay_t<Wide>, WideString>, int> = 0>
-String operator+(const String& left, Wide&& right) {
+/// @copydoc operator+(Wide&&, Text&&)
+template <
+    class Text, class Wide,
+    std::enable_if_t<std::is_base_of_v<String, std::decay_t<Text>> && std::is_same_v<std::decay_t<Wide>, WideString>,
+                     char> = 0>
+String operator+(Text&& left, Wide&& right) {
     String result;
     result.reserve(left.size() + right.size());
     result.append(left).append(right);

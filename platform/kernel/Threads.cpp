@@ -145,8 +145,10 @@ int WINAPI GetThreadPriority(HANDLE thread) {
 
 void WINAPI Sleep(DWORD milliseconds) {
     if (milliseconds == 0)
-        std::this_thread::yield();
-    do
+        return std::this_thread::yield();
+    for (;;) {
         std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
-    while (milliseconds == INFINITE);
+        if (milliseconds != INFINITE)
+            return;
+    }
 }

@@ -99,6 +99,7 @@ std::vector<NativeModule> NativeModules() {
     std::vector<Listed> listed;
     dl_iterate_phdr(ListOne, &listed);
     std::vector<NativeModule> modules;
+    modules.reserve(listed.size());
     for (const Listed& module : listed)
         modules.push_back({module.base, PathOf(module.base, module.name.c_str())});
     return modules;

@@ -58,6 +58,9 @@ TEST_CASE("concatenation takes whole texts and pointers up to their NUL") {
     CHECK(unit + left == u"ua\0b"_w);
     CHECK(left + WideString(u"w\0"_w) == u"a\0bw\0"_w);
     CHECK(WideString(u"w\0"_w) + left == u"w\0a\0b"_w);
+    WideString plain = u"p"_w; // two of these are none of our business
+    CHECK(plain + plain == u"pp"_w);
+    CHECK(WideString() + plain == u"p"_w);
 }
 
 TEST_CASE("cutting clamps its counts; a cut tail ends at its first NUL") {
