@@ -3,6 +3,7 @@
 /// @file
 /// Everything the library offers.
 
+#include <kelcore/bitmap.h>
 #include <kelcore/file.h>
 #include <kelcore/registry.h>
 #include <kelcore/runtime.h>
