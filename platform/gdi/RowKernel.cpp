@@ -99,6 +99,8 @@ private:
     }
 
     const std::uint8_t* Convert(const std::uint8_t* picked) {
+        if (m_job.operation == Operation::Blend)
+            return Deep(picked);
         if (m_job.source.format == m_job.target.format)
             return picked;
         (m_bytes == 4 ? Widen : Narrow)(m_converted.data(), picked, Count());
@@ -129,11 +131,27 @@ private:
         return m_pattern.data();
     }
 
+    const std::uint8_t* Deep(const std::uint8_t* picked) {
+        if (m_job.source.format == PixelFormat::Bgrx32)
+            return picked;
+        Widen(m_converted.data(), picked, Count());
+        return m_converted.data();
+    }
+
+    void Blend(std::uint8_t* to, const std::uint8_t* source) {
+        if (m_bytes == 4)
+            return BlendPixels(to, source, Count(), m_job.blend);
+        m_pattern.resize(Count() * 4);
+        Widen(m_pattern.data(), to, Count());
+        BlendPixels(m_pattern.data(), source, Count(), m_job.blend);
+        Narrow(to, m_pattern.data(), Count());
+    }
+
     void Apply(std::uint8_t* to, const std::uint8_t* source, int y) {
         if (m_job.operation == Operation::Key)
             return CopyUnlessKey(to, source, Count(), static_cast<int>(m_bytes), Swapped(m_job.key));
         if (m_job.operation == Operation::Blend)
-            return BlendPixels(to, source, Count(), m_job.blend);
+            return Blend(to, source);
         const std::uint8_t* pattern = NeedsPattern(m_job.rop) ? PatternRow(y) : nullptr;
         if (m_job.rop == SRCCOPY >> 16)
             std::memmove(to, source, Count() * m_bytes);
@@ -162,7 +180,7 @@ bool SuitsKey(const RasterJob& job) {
 }
 
 bool SuitsBlend(const RasterJob& job) {
-    return job.target.format == PixelFormat::Bgrx32 && job.source.format == PixelFormat::Bgrx32;
+    return IsDeep(job.target.format) && IsDeep(job.source.format);
 }
 
 } // namespace

@@ -6,6 +6,12 @@
 
 // Bodies of loops that the compiler turns into vectors: for the processor at hand, and once more for AVX2.
 #define KEL_LOOP __attribute__((always_inline)) inline
+// Rows may be the same, but never overlap otherwise.
+#ifdef __clang__
+#define KEL_SAME_OR_APART _Pragma("clang loop vectorize(assume_safety)")
+#else
+#define KEL_SAME_OR_APART _Pragma("GCC ivdep")
+#endif
 
 namespace kel::platform {
 namespace {
@@ -49,6 +55,7 @@ void Pick24(std::uint8_t* to, const std::uint8_t* from, const int* columns, std:
 
 KEL_LOOP void Combine(std::uint8_t* to, const std::uint8_t* source, const std::uint8_t* pattern, std::size_t count,
                       unsigned rop) {
+    KEL_SAME_OR_APART
     for (std::size_t i = 0; i < count; ++i) {
         const unsigned s = source[i];
         const unsigned p = pattern[i];
@@ -60,21 +67,28 @@ KEL_LOOP void Combine(std::uint8_t* to, const std::uint8_t* source, const std::u
     }
 }
 
+template <class Change>
+KEL_LOOP void ForBytes(std::uint8_t* to, const std::uint8_t* from, std::size_t count, Change change) {
+    KEL_SAME_OR_APART
+    for (std::size_t i = 0; i < count; ++i)
+        to[i] = static_cast<std::uint8_t>(change(to[i], from[i]));
+}
+
 KEL_LOOP void CombineKnown(std::uint8_t* to, const std::uint8_t* source, const std::uint8_t* pattern, std::size_t count,
                            unsigned rop) {
     switch (rop) {
     case DSTINVERT >> 16:
-        return Combine(to, source, pattern, count, DSTINVERT >> 16);
+        return ForBytes(to, to, count, [](unsigned t, unsigned) { return ~t; });
     case SRCAND >> 16:
-        return Combine(to, source, pattern, count, SRCAND >> 16);
+        return ForBytes(to, source, count, [](unsigned t, unsigned s) { return t & s; });
     case SRCPAINT >> 16:
-        return Combine(to, source, pattern, count, SRCPAINT >> 16);
+        return ForBytes(to, source, count, [](unsigned t, unsigned s) { return t | s; });
     case SRCINVERT >> 16:
-        return Combine(to, source, pattern, count, SRCINVERT >> 16);
+        return ForBytes(to, source, count, [](unsigned t, unsigned s) { return t ^ s; });
     case NOTSRCCOPY >> 16:
-        return Combine(to, source, pattern, count, NOTSRCCOPY >> 16);
+        return ForBytes(to, source, count, [](unsigned, unsigned s) { return ~s; });
     case PATINVERT >> 16:
-        return Combine(to, source, pattern, count, PATINVERT >> 16);
+        return ForBytes(to, pattern, count, [](unsigned t, unsigned p) { return t ^ p; });
     default:
         return Combine(to, source, pattern, count, rop);
     }
@@ -86,6 +100,7 @@ KEL_AVX2 void CombineAvx2(std::uint8_t* to, const std::uint8_t* source, const st
 }
 
 KEL_LOOP void KeyLoop32(std::uint32_t* to, const std::uint32_t* from, std::size_t count, std::uint32_t key) {
+    KEL_SAME_OR_APART
     for (std::size_t i = 0; i < count; ++i)
         to[i] = ((from[i] ^ key) & 0xFFFFFF) == 0 ? to[i] : from[i];
 }
