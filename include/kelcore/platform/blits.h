@@ -56,8 +56,10 @@ KELPLATFORM_API BOOL WINAPI StretchBlt(HDC target, int x, int y, int width, int 
 /// Combines the brush of @p target with a rectangle of it.
 KELPLATFORM_API BOOL WINAPI PatBlt(HDC target, int x, int y, int width, int height, DWORD operation);
 
-/// Draws a rectangle of a DIB; @p sourceY counts its rows from the bottom for a bottom-up DIB.
-/// @return the number of the DIB's rows that were used; 0 or GDI_ERROR on failure.
+/// Draws a rectangle of a DIB; @p sourceY counts its rows from the bottom for a bottom-up DIB, from the top for a
+/// top-down one.
+/// @return the number of the DIB's rows, negative for a top-down DIB with another operation than SRCCOPY; 0 when the
+///         rectangle lies outside the DIB; 0 or GDI_ERROR on failure.
 KELPLATFORM_API int WINAPI StretchDIBits(HDC target, int x, int y, int width, int height, int sourceX, int sourceY,
                                          int sourceWidth, int sourceHeight, const void* bits, const BITMAPINFO* info,
                                          UINT usage, DWORD operation);
