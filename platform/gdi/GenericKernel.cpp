@@ -123,8 +123,8 @@ void DrawBox(const RasterJob& job, const pixman_box32_t& box) {
 std::uint32_t Pattern::At(int x, int y) const {
     if (width == 0)
         return solid;
-    const int row = Wrapped(y - origin.y, height);
-    return pixels[static_cast<std::size_t>(row * width + Wrapped(x - origin.x, width))];
+    const auto row = static_cast<std::size_t>(Wrapped(y - origin.y, height));
+    return pixels[row * static_cast<std::size_t>(width) + static_cast<std::size_t>(Wrapped(x - origin.x, width))];
 }
 
 std::uint32_t Combine(unsigned rop, std::uint32_t pattern, std::uint32_t source, std::uint32_t target) {
