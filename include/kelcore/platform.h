@@ -46,12 +46,14 @@
 #include <kelcore/platform/globalmemory.h>
 #include <kelcore/platform/handles.h>
 #include <kelcore/platform/languages.h>
+#include <kelcore/platform/mappingmodes.h>
 #include <kelcore/platform/mappings.h>
 #include <kelcore/platform/messageboxes.h>
 #include <kelcore/platform/messages.h>
 #include <kelcore/platform/modules.h>
 #include <kelcore/platform/paths.h>
 #include <kelcore/platform/rectangles.h>
+#include <kelcore/platform/regions.h>
 #include <kelcore/platform/registry.h>
 #include <kelcore/platform/resources.h>
 #include <kelcore/platform/stdio.h>

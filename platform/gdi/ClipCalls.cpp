@@ -1,6 +1,8 @@
 #include "platform/gdi/DeviceContext.h"
 #include "platform/kernel/Faults.h"
 
+#include <kelcore/platform/regions.h>
+
 namespace kel::platform {
 namespace {
 

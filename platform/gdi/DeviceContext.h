@@ -6,6 +6,8 @@
 #include "platform/gdi/Brushes.h"
 #include "platform/gdi/Clip.h"
 
+#include <kelcore/platform/mappingmodes.h>
+
 #include <optional>
 #include <vector>
 

@@ -88,11 +88,6 @@ typedef struct HWND__* HWND;
 #define RGN_ERROR ERROR
 /// @}
 
-/// @name Mapping modes
-/// @{
-#define MM_TEXT 1
-/// @}
-
 extern "C" {
 
 /// A context that draws on the screen, to be given back with ReleaseDC.
@@ -138,17 +133,6 @@ KELPLATFORM_API int WINAPI SetStretchBltMode(HDC dc, int mode);
 KELPLATFORM_API int WINAPI GetStretchBltMode(HDC dc);
 /// @}
 
-/// @name Origins
-/// @param previous receives the value that was; may be null.
-/// @{
-KELPLATFORM_API BOOL WINAPI SetBrushOrgEx(HDC dc, int x, int y, LPPOINT previous);
-KELPLATFORM_API BOOL WINAPI GetBrushOrgEx(HDC dc, LPPOINT origin);
-KELPLATFORM_API BOOL WINAPI SetViewportOrgEx(HDC dc, int x, int y, LPPOINT previous);
-KELPLATFORM_API BOOL WINAPI GetViewportOrgEx(HDC dc, LPPOINT origin);
-KELPLATFORM_API BOOL WINAPI SetWindowOrgEx(HDC dc, int x, int y, LPPOINT previous);
-KELPLATFORM_API BOOL WINAPI GetWindowOrgEx(HDC dc, LPPOINT origin);
-/// @}
-
 /// @name Clipping
 /// Rectangles are in logical units. All return the kind of the resulting region: NULLREGION, SIMPLEREGION,
 /// COMPLEXREGION; ERROR on failure.
@@ -162,13 +146,6 @@ KELPLATFORM_API int WINAPI ExcludeClipRect(HDC dc, int left, int top, int right,
 
 /// Stores the smallest rectangle around what drawing can reach: the surface within the clip region.
 KELPLATFORM_API int WINAPI GetClipBox(HDC dc, LPRECT box);
-
-/// A region of the pixels of a rectangle, whose edges may be in either order. The caller deletes it.
-/// @return null with ERROR_NOT_ENOUGH_MEMORY.
-KELPLATFORM_API HRGN WINAPI CreateRectRgn(int left, int top, int right, int bottom);
-
-/// Makes a copy of @p region, in device units, the clip region; null removes the clip region.
-KELPLATFORM_API int WINAPI SelectClipRgn(HDC dc, HRGN region);
 /// @}
 
 } // extern "C"
