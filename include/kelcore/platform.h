@@ -20,6 +20,7 @@
 #endif
 #include <windows.h>
 // The order below matters: these headers build on windows.h.
+#include <commctrl.h>
 #include <mbstring.h>
 #include <mmsystem.h>
 #include <objidl.h>
@@ -45,6 +46,7 @@
 #include <kelcore/platform/gdiobjects.h>
 #include <kelcore/platform/globalmemory.h>
 #include <kelcore/platform/handles.h>
+#include <kelcore/platform/imagelists.h>
 #include <kelcore/platform/languages.h>
 #include <kelcore/platform/mappingmodes.h>
 #include <kelcore/platform/mappings.h>
@@ -58,9 +60,11 @@
 #include <kelcore/platform/resources.h>
 #include <kelcore/platform/stdio.h>
 #include <kelcore/platform/system.h>
+#include <kelcore/platform/systemcolours.h>
 #include <kelcore/platform/threads.h>
 #include <kelcore/platform/timers.h>
 #include <kelcore/platform/times.h>
 #include <kelcore/platform/versions.h>
+#include <kelcore/platform/windowsurfaces.h>
 
 #endif

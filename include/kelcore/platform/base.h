@@ -29,6 +29,8 @@ typedef std::uint64_t DWORD64;
 typedef std::uintptr_t ULONG_PTR;
 typedef std::uintptr_t DWORD_PTR;
 typedef std::size_t SIZE_T;
+typedef std::uintptr_t WPARAM;
+typedef std::intptr_t LPARAM;
 typedef char CHAR;
 typedef unsigned short WCHAR;
 typedef void* LPVOID;
