@@ -43,6 +43,7 @@
 #include <kelcore/platform/directories.h>
 #include <kelcore/platform/errors.h>
 #include <kelcore/platform/files.h>
+#include <kelcore/platform/fonts.h>
 #include <kelcore/platform/gdiobjects.h>
 #include <kelcore/platform/globalmemory.h>
 #include <kelcore/platform/handles.h>
@@ -61,6 +62,7 @@
 #include <kelcore/platform/stdio.h>
 #include <kelcore/platform/system.h>
 #include <kelcore/platform/systemcolours.h>
+#include <kelcore/platform/textdrawing.h>
 #include <kelcore/platform/threads.h>
 #include <kelcore/platform/timers.h>
 #include <kelcore/platform/times.h>

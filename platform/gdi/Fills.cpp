@@ -3,6 +3,10 @@
 #include "platform/gdi/Resolve.h"
 #include "platform/kernel/Faults.h"
 
+#include <kelcore/platform/textdrawing.h>
+
+#include <kelcore/platform/shapes.h>
+
 namespace kel::platform {
 namespace {
 

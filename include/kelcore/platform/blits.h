@@ -26,12 +26,10 @@
 #define WHITENESS 0x00FF0062
 /// @}
 
-/// @name Blending and options of text
+/// @name Blending
 /// @{
 #define AC_SRC_OVER 0x00
 #define AC_SRC_ALPHA 0x01
-#define ETO_OPAQUE 0x0002
-#define ETO_CLIPPED 0x0004
 /// @}
 
 typedef struct _BLENDFUNCTION {
@@ -78,22 +76,11 @@ KELPLATFORM_API BOOL WINAPI TransparentBlt(HDC target, int x, int y, int width, 
 KELPLATFORM_API BOOL WINAPI AlphaBlend(HDC target, int x, int y, int width, int height, HDC source, int sourceX,
                                        int sourceY, int sourceWidth, int sourceHeight, BLENDFUNCTION function);
 
-/// With ETO_OPAQUE fills @p rect with the background colour.
-/// @param count 0: there is no text to draw.
-KELPLATFORM_API BOOL WINAPI ExtTextOutA(HDC dc, int x, int y, UINT options, const RECT* rect, LPCSTR text, UINT count,
-                                        const INT* advances);
-
 /// Sets one pixel. @return the colour it has then, CLR_INVALID if it is not visible.
 KELPLATFORM_API COLORREF WINAPI SetPixel(HDC dc, int x, int y, COLORREF colour);
 
 /// @return the colour of one pixel, CLR_INVALID if it is not visible.
 KELPLATFORM_API COLORREF WINAPI GetPixel(HDC dc, int x, int y);
-
-/// Fills a rectangle with a brush. @return 0 on failure.
-KELPLATFORM_API int WINAPI FillRect(HDC dc, const RECT* rect, HBRUSH brush);
-
-/// Inverts the pixels of a rectangle. @return FALSE on failure.
-KELPLATFORM_API BOOL WINAPI InvertRect(HDC dc, const RECT* rect);
 
 /// Ends all drawing that is under way, so that the pixels of a DIB section can be looked at. Here every call has drawn
 /// when it returns. @return TRUE.
