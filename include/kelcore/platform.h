@@ -36,11 +36,13 @@
 #include <kelcore/platform/base.h>
 #include <kelcore/platform/bitmaps.h>
 #include <kelcore/platform/blits.h>
+#include <kelcore/platform/brushes.h>
 #include <kelcore/platform/codepages.h>
 #include <kelcore/platform/com.h>
 #include <kelcore/platform/crt.h>
 #include <kelcore/platform/devicecontexts.h>
 #include <kelcore/platform/directories.h>
+#include <kelcore/platform/drawingpaths.h>
 #include <kelcore/platform/errors.h>
 #include <kelcore/platform/files.h>
 #include <kelcore/platform/fonts.h>
@@ -55,10 +57,12 @@
 #include <kelcore/platform/messages.h>
 #include <kelcore/platform/modules.h>
 #include <kelcore/platform/paths.h>
+#include <kelcore/platform/pens.h>
 #include <kelcore/platform/rectangles.h>
 #include <kelcore/platform/regions.h>
 #include <kelcore/platform/registry.h>
 #include <kelcore/platform/resources.h>
+#include <kelcore/platform/shapes.h>
 #include <kelcore/platform/stdio.h>
 #include <kelcore/platform/system.h>
 #include <kelcore/platform/systemcolours.h>

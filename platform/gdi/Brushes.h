@@ -5,6 +5,8 @@
 
 #include "platform/gdi/BitmapObject.h"
 
+#include <kelcore/platform/pens.h>
+
 namespace kel::platform {
 
 class BrushObject final : public GdiObject {

@@ -45,6 +45,7 @@ typedef DWORD COLORREF;
 #define OBJ_BITMAP 7
 #define OBJ_REGION 8
 #define OBJ_MEMDC 10
+#define OBJ_EXTPEN 11
 /// @}
 
 /// @name Stock objects
@@ -61,37 +62,8 @@ typedef DWORD COLORREF;
 #define NULL_PEN 8
 #define DEFAULT_PALETTE 15
 #define DC_BRUSH 18
+#define DC_PEN 19
 /// @}
-
-/// @name Styles of brushes and pens
-/// @{
-#define BS_SOLID 0
-#define BS_NULL 1
-#define BS_HOLLOW BS_NULL
-#define BS_HATCHED 2
-#define BS_PATTERN 3
-#define BS_DIBPATTERNPT 6
-#define HS_HORIZONTAL 0
-#define HS_VERTICAL 1
-#define HS_FDIAGONAL 2
-#define HS_BDIAGONAL 3
-#define HS_CROSS 4
-#define HS_DIAGCROSS 5
-#define PS_SOLID 0
-#define PS_NULL 5
-/// @}
-
-typedef struct tagLOGBRUSH {
-    UINT lbStyle;
-    COLORREF lbColor;
-    ULONG_PTR lbHatch; ///< BS_HATCHED: an HS_ value; BS_PATTERN: an HBITMAP; BS_DIBPATTERNPT: a packed DIB
-} LOGBRUSH, *PLOGBRUSH, *LPLOGBRUSH;
-
-typedef struct tagLOGPEN {
-    UINT lopnStyle;
-    POINT lopnWidth;
-    COLORREF lopnColor;
-} LOGPEN, *PLOGPEN, *LPLOGPEN;
 
 extern "C" {
 
@@ -118,29 +90,11 @@ KELPLATFORM_API HGDIOBJ WINAPI GetCurrentObject(HDC dc, UINT type);
 KELPLATFORM_API DWORD WINAPI GetObjectType(HGDIOBJ object);
 
 /// Describes an object: a bitmap by a BITMAP, a DIB section also by a DIBSECTION (whoever has room for one gets one), a
-/// brush by a LOGBRUSH, a pen by a LOGPEN, a palette by the WORD number of its entries.
+/// brush by a LOGBRUSH, a pen by a LOGPEN, one of ExtCreatePen by an EXTLOGPEN, a palette by the WORD number of its
+/// entries.
 /// @param buffer null asks for the size of the description.
 /// @param size of the buffer. A brush's description is cut to it; the others need room for all of theirs.
 /// @return the bytes stored, or needed; 0 on failure.
 KELPLATFORM_API int WINAPI GetObjectA(HANDLE object, int size, LPVOID buffer);
-
-/// A brush of one colour. The caller deletes it. @return null with ERROR_NOT_ENOUGH_MEMORY.
-KELPLATFORM_API HBRUSH WINAPI CreateSolidBrush(COLORREF colour);
-
-/// A brush of one of the six 8 x 8 hatches: lines in @p colour on the background of the context it is used in.
-KELPLATFORM_API HBRUSH WINAPI CreateHatchBrush(int hatch, COLORREF colour);
-
-/// A brush that repeats a copy of @p bitmap from the context's brush origin. A device-dependent bitmap of one bit a
-/// pixel takes the context's colours: 0 the text colour, 1 the background colour.
-KELPLATFORM_API HBRUSH WINAPI CreatePatternBrush(HBITMAP bitmap);
-
-/// The brush that @p brush describes: BS_SOLID, BS_NULL, BS_HATCHED or BS_PATTERN. @return null for another style.
-KELPLATFORM_API HBRUSH WINAPI CreateBrushIndirect(const LOGBRUSH* brush);
-
-/// A pen. The caller deletes it. @return null with ERROR_NOT_ENOUGH_MEMORY; all null pens are the stock pen.
-/// @{
-KELPLATFORM_API HPEN WINAPI CreatePen(int style, int width, COLORREF colour);
-KELPLATFORM_API HPEN WINAPI CreatePenIndirect(const LOGPEN* pen);
-/// @}
 
 } // extern "C"
