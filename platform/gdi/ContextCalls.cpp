@@ -2,8 +2,6 @@
 #include "platform/gdi/Screen.h"
 #include "platform/kernel/Faults.h"
 
-#include <cmath>
-
 namespace kel::platform {
 namespace {
 
@@ -14,17 +12,13 @@ HDC MakeContext(DeviceContext::Kind kind) {
     }));
 }
 
-int Millimetres(int pixels) {
-    return static_cast<int>(std::lround(pixels * 25.4 / kScreenDotsPerInch));
-}
-
 int SizeCapability(int index) {
     const Surface& screen = Screen();
     switch (index) {
     case HORZSIZE:
-        return Millimetres(screen.width);
+        return ScreenMillimetres().cx;
     case VERTSIZE:
-        return Millimetres(screen.height);
+        return ScreenMillimetres().cy;
     case HORZRES:
     case DESKTOPHORZRES:
         return screen.width;

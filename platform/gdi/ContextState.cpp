@@ -36,41 +36,6 @@ int SetMode(const char* name, HDC dc, int ContextState::*mode, int wanted, int f
     return std::exchange(context->State().*mode, wanted);
 }
 
-/// The place of an origin in the state.
-using Origin = POINT& (*)(ContextState&);
-
-POINT& BrushOrigin(ContextState& state) {
-    return state.brushOrigin;
-}
-POINT& ViewportOrigin(ContextState& state) {
-    return state.mapping.viewportOrigin;
-}
-POINT& WindowOrigin(ContextState& state) {
-    return state.mapping.windowOrigin;
-}
-
-BOOL GetOrigin(const char* name, HDC dc, Origin origin, LPPOINT point) {
-    if (CallFails(name))
-        return FALSE;
-    const auto context = FindContext(dc);
-    if (!context || !point)
-        return FALSE;
-    *point = origin(context->State());
-    return TRUE;
-}
-
-BOOL SetOrigin(const char* name, HDC dc, Origin origin, POINT wanted, LPPOINT previous) {
-    if (CallFails(name))
-        return FALSE;
-    const auto context = FindContext(dc);
-    if (!context)
-        return FALSE;
-    const POINT old = std::exchange(origin(context->State()), wanted);
-    if (previous)
-        *previous = old;
-    return TRUE;
-}
-
 } // namespace
 } // namespace kel::platform
 
@@ -118,28 +83,4 @@ int WINAPI SetStretchBltMode(HDC dc, int mode) {
 
 int WINAPI GetStretchBltMode(HDC dc) {
     return Get("GetStretchBltMode", dc, &ContextState::stretchMode, 0);
-}
-
-BOOL WINAPI SetBrushOrgEx(HDC dc, int x, int y, LPPOINT previous) {
-    return SetOrigin("SetBrushOrgEx", dc, BrushOrigin, {x, y}, previous);
-}
-
-BOOL WINAPI GetBrushOrgEx(HDC dc, LPPOINT origin) {
-    return GetOrigin("GetBrushOrgEx", dc, BrushOrigin, origin);
-}
-
-BOOL WINAPI SetViewportOrgEx(HDC dc, int x, int y, LPPOINT previous) {
-    return SetOrigin("SetViewportOrgEx", dc, ViewportOrigin, {x, y}, previous);
-}
-
-BOOL WINAPI GetViewportOrgEx(HDC dc, LPPOINT origin) {
-    return GetOrigin("GetViewportOrgEx", dc, ViewportOrigin, origin);
-}
-
-BOOL WINAPI SetWindowOrgEx(HDC dc, int x, int y, LPPOINT previous) {
-    return SetOrigin("SetWindowOrgEx", dc, WindowOrigin, {x, y}, previous);
-}
-
-BOOL WINAPI GetWindowOrgEx(HDC dc, LPPOINT origin) {
-    return GetOrigin("GetWindowOrgEx", dc, WindowOrigin, origin);
 }

@@ -5,28 +5,8 @@
 #include "platform/gdi/StockObjects.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace kel::platform {
-namespace {
-
-// Halves are rounded up, as the system does; an extent of 0 cannot be set.
-int Scaled(int value, int multiplier, int divisor) {
-    if (multiplier == divisor)
-        return value;
-    return static_cast<int>(std::floor(static_cast<double>(value) * multiplier / divisor + 0.5));
-}
-
-// Coordinates wrap rather than overflow.
-int Sum(int a, int b) {
-    return static_cast<int>(static_cast<unsigned>(a) + static_cast<unsigned>(b));
-}
-
-int Difference(int a, int b) {
-    return static_cast<int>(static_cast<unsigned>(a) - static_cast<unsigned>(b));
-}
-
-} // namespace
 
 DeviceContext::DeviceContext(Kind kind) : GdiObject(kType), m_kind(kind) {
     if (kind == Kind::Memory)
@@ -109,28 +89,6 @@ bool DeviceContext::Restore(int level) {
     m_saved.resize(static_cast<std::size_t>(index));
     m_visible.reset();
     return true;
-}
-
-POINT DeviceContext::ToDevice(POINT point) const {
-    const Mapping& map = m_state.mapping;
-    return {Sum(Scaled(Difference(point.x, map.windowOrigin.x), map.viewportExtent.cx, map.windowExtent.cx),
-                map.viewportOrigin.x),
-            Sum(Scaled(Difference(point.y, map.windowOrigin.y), map.viewportExtent.cy, map.windowExtent.cy),
-                map.viewportOrigin.y)};
-}
-
-RECT DeviceContext::ToDevice(RECT rect) const {
-    const POINT first = ToDevice(POINT{rect.left, rect.top});
-    const POINT last = ToDevice(POINT{rect.right, rect.bottom});
-    return {std::min(first.x, last.x), std::min(first.y, last.y), std::max(first.x, last.x), std::max(first.y, last.y)};
-}
-
-POINT DeviceContext::ToLogical(POINT point) const {
-    const Mapping& map = m_state.mapping;
-    return {Sum(Scaled(Difference(point.x, map.viewportOrigin.x), map.windowExtent.cx, map.viewportExtent.cx),
-                map.windowOrigin.x),
-            Sum(Scaled(Difference(point.y, map.viewportOrigin.y), map.windowExtent.cy, map.viewportExtent.cy),
-                map.windowOrigin.y)};
 }
 
 COLORREF DeviceContext::ColourOf(const BrushObject& brush) const {

@@ -5,22 +5,12 @@
 
 #include "platform/gdi/Brushes.h"
 #include "platform/gdi/Clip.h"
-
-#include <kelcore/platform/mappingmodes.h>
+#include "platform/gdi/Mapping.h"
 
 #include <optional>
 #include <vector>
 
 namespace kel::platform {
-
-/// From logical to device units: (logical - window origin) * viewport extent / window extent + viewport origin.
-struct Mapping {
-    int mode = MM_TEXT;
-    POINT windowOrigin{0, 0};
-    SIZE windowExtent{1, 1};
-    POINT viewportOrigin{0, 0};
-    SIZE viewportExtent{1, 1};
-};
 
 /// What SaveDC puts aside.
 struct ContextState {
@@ -39,6 +29,7 @@ struct ContextState {
     int backMode = OPAQUE;
     int rasterMode = R2_COPYPEN;
     int stretchMode = BLACKONWHITE;
+    float miterLimit = 10;
 };
 
 class DeviceContext final : public GdiObject {
@@ -80,13 +71,13 @@ public:
     bool Restore(int level);
 
     /// From logical to device units.
-    POINT ToDevice(POINT point) const;
+    POINT ToDevice(POINT point) const { return m_state.mapping.ToDevice(point); }
 
     /// The edges in order, whichever order they had.
-    RECT ToDevice(RECT rect) const;
+    RECT ToDevice(RECT rect) const { return m_state.mapping.ToDevice(rect); }
 
     /// From device to logical units.
-    POINT ToLogical(POINT point) const;
+    POINT ToLogical(POINT point) const { return m_state.mapping.ToLogical(point); }
 
     /// The colour that @p brush, if it has one, draws with in this context.
     COLORREF ColourOf(const BrushObject& brush) const;

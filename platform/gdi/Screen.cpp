@@ -2,6 +2,7 @@
 
 #include "platform/gdi/BitmapObject.h"
 
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 
@@ -27,11 +28,19 @@ Surface MakeScreen() {
     return pixels->Pixels();
 }
 
+int Millimetres(int pixels) {
+    return static_cast<int>(std::lround(pixels * 25.4 / kScreenDotsPerInch));
+}
+
 } // namespace
 
 const Surface& Screen() {
     static const Surface screen = MakeScreen();
     return screen;
+}
+
+SIZE ScreenMillimetres() {
+    return {Millimetres(Screen().width), Millimetres(Screen().height)};
 }
 
 } // namespace kel::platform

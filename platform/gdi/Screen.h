@@ -12,4 +12,7 @@ constexpr int kScreenDotsPerInch = 96;
 /// Black at first. Every context of the screen draws into it.
 const Surface& Screen();
 
+/// Its size in whole millimetres.
+SIZE ScreenMillimetres();
+
 } // namespace kel::platform

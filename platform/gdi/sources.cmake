@@ -19,6 +19,8 @@ target_sources(kelplatform PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/Fills.cpp
   ${CMAKE_CURRENT_LIST_DIR}/GdiObject.cpp
   ${CMAKE_CURRENT_LIST_DIR}/GenericKernel.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/Mapping.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/MappingCalls.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ObjectCalls.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PixelCopy.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Rectangles.cpp

@@ -12,6 +12,7 @@ target_sources(kelplatform PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/LastError.cpp
   ${CMAKE_CURRENT_LIST_DIR}/LockCalls.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Mappings.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/MulDiv.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ShareModes.cpp
   ${CMAKE_CURRENT_LIST_DIR}/StandardHandles.cpp
   ${CMAKE_CURRENT_LIST_DIR}/System.cpp)
