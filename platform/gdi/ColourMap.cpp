@@ -37,7 +37,8 @@ std::uint32_t ColourMap::Converted(std::uint32_t value) const {
     const COLORREF colour = isMono ? (value ? m_mono.back : m_mono.text) : ColourOfPixel(m_source, value);
     if (m_target.format == PixelFormat::Mono && !m_target.table && !m_mono.nearest)
         return colour == m_mono.sourceBack;
-    return PixelOfColour(m_target, colour);
+    const bool byCell = m_target.format == PixelFormat::Indexed8 && !IsIndexed(m_source.format);
+    return PixelOfColour(m_target, byCell ? CellOf(colour) : colour);
 }
 
 // Pictures have few colours near each other, and the nearest entry of a table takes long to find.

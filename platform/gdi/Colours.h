@@ -28,6 +28,13 @@ constexpr RGBQUAD EntryOf(COLORREF colour) {
 /// device-dependent monochrome surface, whose ones are white.
 COLORREF ColourOfPixel(const Surface& surface, std::uint32_t value);
 
+/// The middle of the cell of 8 x 8 x 8 colours that @p colour lies in. Pixels that are colours are found in a table by
+/// their cells: those of pictures in tables of 256 entries, and blended ones in tables of 16 as well. Measured on Wine.
+/// Colours that a caller names, and entries of other tables, are found exactly.
+constexpr COLORREF CellOf(COLORREF colour) {
+    return (colour & 0xF8F8F8) | 0x040404;
+}
+
 /// What is stored for @p colour: the nearest entry of the table, or the bits of each channel that fit.
 std::uint32_t PixelOfColour(const Surface& surface, COLORREF colour);
 

@@ -74,7 +74,10 @@ std::uint32_t Deep(const Surface& surface, std::uint32_t pixel) {
 }
 
 std::uint32_t Shallow(const Surface& surface, std::uint32_t pixel) {
-    return surface.format == PixelFormat::Bgrx32 ? pixel : PixelOfColour(surface, Swapped(pixel));
+    if (surface.format == PixelFormat::Bgrx32)
+        return pixel;
+    const bool byCell = surface.format == PixelFormat::Indexed4 || surface.format == PixelFormat::Indexed8;
+    return PixelOfColour(surface, byCell ? CellOf(Swapped(pixel)) : Swapped(pixel));
 }
 
 // Bits that are no part of the colour do not count.
