@@ -1,23 +1,11 @@
 #include "runtime/ModuleState.h"
 
-#include <new>
+#include "runtime/Lasting.h"
 
 namespace kel::ModuleState {
 namespace {
 
-// Memory that no destructor ends. An empty list owns nothing, so emptying both at the end is enough.
-class LastingState {
-public:
-    LastingState() : m_state(new (m_memory) State) {}
-    LastingState(const LastingState&) = delete;
-    LastingState& operator=(const LastingState&) = delete;
-    State& operator*() const noexcept { return *m_state; }
-
-private:
-    alignas(State) unsigned char m_memory[sizeof(State)];
-    State* m_state;
-};
-
+// An empty list owns nothing, so emptying both at the end is enough.
 struct Emptying {
     ~Emptying() {
         Get().modules.Clear();
@@ -25,7 +13,7 @@ struct Emptying {
     }
 };
 
-LastingState g_state;
+Lasting<State> g_state;
 const Emptying g_emptying;
 
 } // namespace

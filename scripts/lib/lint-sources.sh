@@ -9,6 +9,7 @@ declare -A MAY_INCLUDE=(
   [file]="text runtime"
   [registry]="text"
   [bitmap]="runtime"
+  [gdi]="text runtime"
 )
 
 # sources [PATHSPEC...] : the tracked C++ files that exist, one a line.
