@@ -16,6 +16,7 @@ target_sources(kelplatform PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/DibDrawing.cpp
   ${CMAKE_CURRENT_LIST_DIR}/DibFormat.cpp
   ${CMAKE_CURRENT_LIST_DIR}/DibRows.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/EllipseRows.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Fills.cpp
   ${CMAKE_CURRENT_LIST_DIR}/GdiObject.cpp
   ${CMAKE_CURRENT_LIST_DIR}/GenericKernel.cpp
