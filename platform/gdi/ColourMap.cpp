@@ -33,10 +33,10 @@ ColourMap::ColourMap(const Surface& target, const Surface& source, const MonoCol
 }
 
 std::uint32_t ColourMap::Converted(std::uint32_t value) const {
+    if (m_target.format == PixelFormat::Mono && !m_target.table && !m_mono.nearest)
+        return value == PixelOfColour(m_source, m_mono.sourceBack);
     const bool isMono = m_source.format == PixelFormat::Mono && !m_source.table;
     const COLORREF colour = isMono ? (value ? m_mono.back : m_mono.text) : ColourOfPixel(m_source, value);
-    if (m_target.format == PixelFormat::Mono && !m_target.table && !m_mono.nearest)
-        return colour == m_mono.sourceBack;
     const bool byCell = m_target.format == PixelFormat::Indexed8 && !IsIndexed(m_source.format);
     return PixelOfColour(m_target, byCell ? CellOf(colour) : colour);
 }

@@ -10,13 +10,17 @@
 namespace kel::platform {
 
 /// The colours that stand for the values of device-dependent monochrome surfaces: those of the target's context for
-/// its zeros and ones, and that of the source's context which becomes a one.
+/// its zeros and ones, and that of the source's context: what the source stores for it, all bits of it and one index of
+/// a table alone, becomes a one (as Wine has it).
 struct MonoColours {
     COLORREF text = RGB(0, 0, 0);
     COLORREF back = RGB(255, 255, 255);
     COLORREF sourceBack = RGB(255, 255, 255);
     bool nearest = false; ///< what is nearer to white becomes a one instead
 };
+
+/// Of rows of DIBs, which have no context.
+inline constexpr MonoColours kNearestOfTwo{RGB(0, 0, 0), RGB(255, 255, 255), RGB(255, 255, 255), true};
 
 /// From stored pixels of a source to stored pixels of a target.
 class ColourMap {

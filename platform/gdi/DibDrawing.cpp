@@ -54,6 +54,7 @@ int DrawRows(DeviceContext& context, const LogicalBox& to, DibFormat format, int
     format.height = static_cast<int>(held.lines);
     RasterJob job = JobOn(context, to);
     DrawFrom(job, context, format.At(bits), {fromX, top, to.width, to.height});
+    job.colours = ColourMap(job.target, job.source, kNearestOfTwo);
     Run(job);
     return format.topDown ? format.height : std::min(format.height, fromY + to.height);
 }

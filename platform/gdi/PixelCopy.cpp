@@ -25,9 +25,7 @@ void CopyPixels(const Surface& to, const Surface& from) {
     job.clip = all.Get();
     job.x = MakeAxis(0, width, 0, width);
     job.y = MakeAxis(0, height, 0, height);
-    MonoColours mono;
-    mono.nearest = true;
-    job.colours = ColourMap(to, from, mono);
+    job.colours = ColourMap(to, from, kNearestOfTwo);
     Run(job);
 }
 
