@@ -75,7 +75,8 @@ int BrushObject::Describe(int size, void* buffer) const {
     if (!buffer)
         return sizeof m_description;
     const std::size_t count = std::min(sizeof m_description, static_cast<std::size_t>(std::max(size, 0)));
-    std::memcpy(buffer, &m_description, count);
+    const LOGBRUSH description{Style(), Colour(), m_description.lbHatch};
+    std::memcpy(buffer, &description, count);
     return static_cast<int>(count);
 }
 

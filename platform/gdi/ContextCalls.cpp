@@ -5,10 +5,10 @@
 namespace kel::platform {
 namespace {
 
-HDC MakeContext(DeviceContext::Kind kind) {
-    return static_cast<HDC>(WithMemory(HGDIOBJ(), [&] {
+HDC MakeMemoryContext() {
+    return static_cast<HDC>(WithMemory(HGDIOBJ(), [] {
         Screen(); // here a lack of memory can be told; every context may come to it later
-        return AddObject(std::make_shared<DeviceContext>(kind));
+        return AddObject(std::make_shared<DeviceContext>(DeviceContext::Kind::Memory));
     }));
 }
 
@@ -70,24 +70,10 @@ int Capability(int index) {
 
 using namespace kel::platform;
 
-HDC WINAPI GetDC(HWND window) {
-    if (CallFails("GetDC"))
-        return nullptr;
-    if (window)
-        return Fail(ERROR_INVALID_WINDOW_HANDLE), nullptr;
-    return MakeContext(DeviceContext::Kind::Screen);
-}
-
-int WINAPI ReleaseDC(HWND, HDC dc) {
-    const bool fails = CallFails("ReleaseDC");
-    const auto context = FindContext(dc);
-    return context && !context->IsMemory() && RemoveObject(*context) && !fails;
-}
-
 HDC WINAPI CreateCompatibleDC(HDC dc) {
     if (CallFails("CreateCompatibleDC") || (dc && !FindContext(dc)))
         return nullptr;
-    return MakeContext(DeviceContext::Kind::Memory);
+    return MakeMemoryContext();
 }
 
 BOOL WINAPI DeleteDC(HDC dc) {

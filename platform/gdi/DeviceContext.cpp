@@ -8,7 +8,10 @@
 
 namespace kel::platform {
 
-DeviceContext::DeviceContext(Kind kind) : GdiObject(kType), m_kind(kind) {
+DeviceContext::DeviceContext(std::shared_ptr<const DrawingArea> area) : DeviceContext(Kind::Window, std::move(area)) {}
+
+DeviceContext::DeviceContext(Kind kind, std::shared_ptr<const DrawingArea> area)
+    : GdiObject(kType), m_kind(kind), m_area(std::move(area)) {
     if (kind == Kind::Memory)
         m_state.bitmap = Selected(StockBitmap());
     m_state.brush = Selected(Stock<BrushObject>(WHITE_BRUSH));
@@ -17,10 +20,19 @@ DeviceContext::DeviceContext(Kind kind) : GdiObject(kType), m_kind(kind) {
 }
 
 std::string DeviceContext::Details() const {
-    return IsMemory() ? "memory" : "screen";
+    return m_area ? "window" : IsMemory() ? "memory" : "screen";
+}
+
+AreaView DeviceContext::Source() const {
+    if (m_area)
+        return m_area->View();
+    const Surface target = Target();
+    return {target, {0, 0}, {target.width, target.height}};
 }
 
 Surface DeviceContext::Target() const {
+    if (m_area)
+        return m_area->View().Part();
     if (!IsMemory())
         return Screen();
     Surface surface = m_state.bitmap->Pixels();
@@ -31,9 +43,13 @@ Surface DeviceContext::Target() const {
 }
 
 const Region& DeviceContext::Visible() {
+    if (m_area && m_areaVersion != m_area->Version()) {
+        m_visible.reset();
+        m_areaVersion = m_area->Version();
+    }
     if (!m_visible) {
         const Surface target = Target();
-        Region visible(RECT{0, 0, target.width, target.height});
+        Region visible = m_area ? m_area->Reachable() : Region(RECT{0, 0, target.width, target.height});
         if (m_state.clip)
             visible.Intersect(*m_state.clip);
         m_visible = std::move(visible);

@@ -5,6 +5,7 @@
 
 #include "platform/gdi/Brushes.h"
 #include "platform/gdi/Clip.h"
+#include "platform/gdi/DrawingArea.h"
 #include "platform/gdi/Mapping.h"
 
 #include <optional>
@@ -36,17 +37,24 @@ class DeviceContext final : public GdiObject {
 public:
     static constexpr GdiType kType = GdiType::Context;
 
-    enum class Kind : std::uint8_t { Memory, Screen };
+    enum class Kind : std::uint8_t { Memory, Screen, Window };
 
     /// With the stock objects selected.
-    explicit DeviceContext(Kind kind);
+    explicit DeviceContext(Kind kind) : DeviceContext(kind, nullptr) {}
+
+    /// Of a window: draws where @p area lets it.
+    explicit DeviceContext(std::shared_ptr<const DrawingArea> area);
 
     DWORD PublicType() const override { return m_kind == Kind::Memory ? OBJ_MEMDC : OBJ_DC; }
     std::string Details() const override;
     bool IsMemory() const { return m_kind == Kind::Memory; }
 
-    /// Where drawing goes: the selected bitmap or the screen.
+    /// Where drawing goes: the selected bitmap, the screen or the part of a window's surface. Of the last, nothing
+    /// outside of Visible is to be touched.
     Surface Target() const;
+
+    /// What drawing from the context may read.
+    AreaView Source() const;
 
     const ContextState& State() const { return m_state; }
     ContextState& State() { return m_state; }
@@ -83,9 +91,12 @@ public:
     COLORREF ColourOf(const BrushObject& brush) const;
 
 private:
+    DeviceContext(Kind kind, std::shared_ptr<const DrawingArea> area);
     bool Holds(const BitmapObject& bitmap) const;
 
     const Kind m_kind;
+    const std::shared_ptr<const DrawingArea> m_area; // of a window
+    unsigned m_areaVersion = 0;                      // that m_visible is of
     ContextState m_state;
     std::vector<ContextState> m_saved;
     std::optional<Region> m_visible;       // made when asked for

@@ -25,8 +25,8 @@ void PlaceSource(RasterJob& job, const LogicalBox& from) {
     const Axis x = MakeAxis(0, 0, from.x, from.width);
     const Axis y = MakeAxis(0, 0, from.y, from.height);
     job.hasSource = true;
-    job.x = {job.x.to, job.x.toSize, x.from, x.fromSize, job.x.toMirrored, x.fromMirrored, false};
-    job.y = {job.y.to, job.y.toSize, y.from, y.fromSize, job.y.toMirrored, y.fromMirrored, false};
+    job.x = {job.x.to, job.x.toSize, x.from, x.fromSize, job.x.toMirrored, x.fromMirrored, Single::NotLast};
+    job.y = {job.y.to, job.y.toSize, y.from, y.fromSize, job.y.toMirrored, y.fromMirrored, Single::NotLast};
 }
 
 Pattern HatchPattern(const DeviceContext& target, const BrushObject& brush, const Surface& surface) {
@@ -68,8 +68,12 @@ RasterJob JobOn(DeviceContext& target, const LogicalBox& box) {
 
 void DrawFrom(RasterJob& job, const DeviceContext& target, const DeviceContext& source, const LogicalBox& from) {
     const ContextState& state = target.State();
-    job.source = source.Target();
-    PlaceSource(job, ToDevice(source, from));
+    const AreaView view = source.Source();
+    job.source = view.whole;
+    LogicalBox part = ToDevice(source, from);
+    part.x = Sum(part.x, view.origin.x);
+    part.y = Sum(part.y, view.origin.y);
+    PlaceSource(job, part);
     job.colours =
         ColourMap(job.target, job.source,
                   {Resolved(state.textColour), Resolved(state.backColour), Resolved(source.State().backColour), false});

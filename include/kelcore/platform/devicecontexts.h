@@ -103,11 +103,13 @@ typedef struct HWND__* HWND;
 
 extern "C" {
 
-/// A context that draws on the screen, to be given back with ReleaseDC.
-/// @param window null, the whole screen; another window is refused (ERROR_INVALID_WINDOW_HANDLE).
+/// A context that draws on the client area of @p window, or null, on the screen; to be given back with ReleaseDC.
+/// @return null with ERROR_INVALID_WINDOW_HANDLE, ERROR_ACCESS_DENIED for a window of another thread, or
+///         ERROR_NOT_ENOUGH_MEMORY.
 KELPLATFORM_API HDC WINAPI GetDC(HWND window);
 
-/// Gives a context of GetDC back. @return 1, 0 for what is no such context.
+/// Gives a context of GetDC, GetWindowDC or BeginPaint back. @param window not looked at.
+/// @return 1, 0 for what is no such context.
 KELPLATFORM_API int WINAPI ReleaseDC(HWND window, HDC dc);
 
 /// A memory context, to be deleted with DeleteDC.

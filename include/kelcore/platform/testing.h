@@ -39,6 +39,12 @@ KELPLATFORM_API std::size_t GdiObjects();
 /// One line for each of them: handle, kind, what is known of it, how often it is selected.
 KELPLATFORM_API std::string ListGdiObjects();
 
+/// Windows that are alive.
+KELPLATFORM_API std::size_t OpenWindows();
+
+/// Image lists that are alive.
+KELPLATFORM_API std::size_t ImageLists();
+
 /// Blocks of global memory that are alive.
 KELPLATFORM_API std::size_t GlobalBlocks();
 

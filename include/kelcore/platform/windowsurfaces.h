@@ -5,12 +5,13 @@
 /// be looked at, by GetPixel and BitBlt or as a whole (windowpictures.h).
 ///
 /// A top-level window has pixels of its own, 32 bits each; a child draws into those of its parent, within the parent's
-/// client area. A window is drawn by the thread that made it: messages are calls of its procedure, there is no queue.
-/// WM_PAINT comes from UpdateWindow alone. A frame is drawn, by WM_NCPAINT, whenever a visible window is shown, gets
-/// another size or is told of new system colours.
+/// client area. Messages are calls of a window's procedure, there is no queue: WM_PAINT comes from UpdateWindow alone.
+/// The frame of a window is drawn, by WM_NCPAINT, as soon as it is shown or gets another size, and before WM_PAINT
+/// where its parent has drawn over it.
 ///
-/// Calls that are handed what is no window fail with ERROR_INVALID_WINDOW_HANDLE. Coordinates of a child are those of
-/// its parent's client area; top-level windows lie on the screen's.
+/// Calls that are handed what is no window fail with ERROR_INVALID_WINDOW_HANDLE. A window is used by the thread that
+/// made it: on other threads all calls but IsWindow fail with ERROR_ACCESS_DENIED. Coordinates of a child are those of
+/// its parent's client area; top-level windows lie on the screen.
 
 #include <kelcore/platform/devicecontexts.h>
 #include <kelcore/platform/modules.h>
@@ -121,6 +122,7 @@ typedef LRESULT(CALLBACK* WNDPROC)(HWND window, UINT message, WPARAM wide, LPARA
 #define SM_CYFIXEDFRAME 8
 #define SM_CXDLGFRAME SM_CXFIXEDFRAME
 #define SM_CYDLGFRAME SM_CYFIXEDFRAME
+#define SM_CYMENU 15      ///< 19
 #define SM_CXSIZEFRAME 32 ///< 4
 #define SM_CYSIZEFRAME 33
 #define SM_CXFRAME SM_CXSIZEFRAME
@@ -216,15 +218,14 @@ KELPLATFORM_API BOOL WINAPI UnregisterClassA(LPCSTR name, HINSTANCE instance);
 ///        null for a window without WS_CHILD.
 /// @param menu of a child, a number that is not looked at; no window has a menu.
 /// @return null with ERROR_CANNOT_FIND_WND_CLASS, ERROR_TLW_WITH_WSCHILD (a child without a parent),
-///         ERROR_INVALID_WINDOW_HANDLE, ERROR_ACCESS_DENIED (a parent of another thread), ERROR_NOT_ENOUGH_MEMORY, or
-///         when the procedure refused.
+///         ERROR_NOT_ENOUGH_MEMORY, or when the procedure refused.
 KELPLATFORM_API HWND WINAPI CreateWindowExA(DWORD exStyle, LPCSTR className, LPCSTR name, DWORD style, int x, int y,
                                             int width, int height, HWND parent, HMENU menu, HINSTANCE instance,
                                             LPVOID parameter);
 
 /// Sends WM_DESTROY to the window and all its children, then WM_NCDESTROY, from the children up; owned windows go
 /// first. Contexts that are still out draw nothing from then on and are given back as usual.
-/// @return FALSE with ERROR_ACCESS_DENIED for a window of another thread.
+/// @return FALSE also for a window that is being destroyed.
 KELPLATFORM_API BOOL WINAPI DestroyWindow(HWND window);
 
 KELPLATFORM_API BOOL WINAPI IsWindow(HWND window);
@@ -238,8 +239,7 @@ KELPLATFORM_API LONG_PTR WINAPI GetWindowLongPtrA(HWND window, int index);
 /// Sets GWLP_USERDATA or GWLP_WNDPROC. @return the previous value; 0 with ERROR_INVALID_INDEX for another.
 KELPLATFORM_API LONG_PTR WINAPI SetWindowLongPtrA(HWND window, int index, LONG_PTR value);
 
-/// Calls the window's procedure.
-/// @return its result; 0 with ERROR_ACCESS_DENIED for a window of another thread.
+/// Calls the window's procedure. @return its result.
 KELPLATFORM_API LRESULT WINAPI SendMessageA(HWND window, UINT message, WPARAM wide, LPARAM data);
 
 /// What a procedure does with messages that are none of its business: WM_NCCREATE agrees, WM_ERASEBKGND fills with the
@@ -282,7 +282,8 @@ KELPLATFORM_API BOOL WINAPI ScreenToClient(HWND window, LPPOINT point);
 /// @}
 
 /// Grows the client area @p rect to the window it takes.
-/// @param menu whether a menu's height is added; refused with ERROR_INVALID_PARAMETER, as there are no menus.
+/// @param style as it is given: without WS_CAPTION there is none, in WS_OVERLAPPED either.
+/// @param menu whether to add the height of a menu.
 /// @{
 KELPLATFORM_API BOOL WINAPI AdjustWindowRect(LPRECT rect, DWORD style, BOOL menu);
 KELPLATFORM_API BOOL WINAPI AdjustWindowRectEx(LPRECT rect, DWORD style, BOOL menu, DWORD exStyle);

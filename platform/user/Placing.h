@@ -1,0 +1,17 @@
+#pragma once
+
+/// @file
+/// Placing windows, as creation, destruction and the calls that place have in common.
+
+#include "platform/user/Window.h"
+
+namespace kel::platform {
+
+/// Sends WM_SIZE and WM_MOVE about what they are now.
+void TellSize(Window& window);
+void TellPlace(Window& window);
+
+/// Shows or hides, and has painted what that changes. @return whether it was shown. @throws std::bad_alloc
+bool Show(Window& window, bool shown);
+
+} // namespace kel::platform
