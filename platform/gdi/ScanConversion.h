@@ -6,6 +6,9 @@
 
 #include "platform/gdi/Clip.h"
 
+#include <kelcore/platform/drawingpaths.h>
+
+#include <climits>
 #include <vector>
 
 namespace kel::platform {
@@ -21,9 +24,13 @@ struct Polygons {
     }
 };
 
+/// All coordinates.
+constexpr RECT kEverywhere{INT_MIN, INT_MIN, INT_MAX, INT_MAX};
+
 /// The pixels inside of polygons, all taken as one figure.
-/// @param fillMode ALTERNATE or WINDING.
-Region PolygonRegion(const Polygons& polygons, int fillMode);
+/// @param fillMode WINDING; any other is ALTERNATE.
+/// @param within bounds what is looked at.
+Region PolygonRegion(const Polygons& polygons, int fillMode, const RECT& within = kEverywhere);
 
 /// The pixels inside of the largest ellipse in @p box, whose edges may be in either order. The right and bottom edges
 /// of the box are no part of it.
