@@ -1,0 +1,128 @@
+#include "tests/support/Faults.h"
+
+#include <kelcore/gdi.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+const RECT kRect = {3, 4, 43, 34};
+POINT g_points[] = {{0, 0}, {40, 0}, {20, 30}, {50, 50}, {90, 50}, {70, 90}};
+int g_counts[] = {3, 3};
+const XFORM kTwice = {2, 0, 0, 2, 5, 6};
+
+// A closed figure in the path of a context.
+struct Path {
+    Path() {
+        BeginPath(dc.m_hDC);
+        Rectangle(dc.m_hDC, 1, 2, 30, 40);
+        EndPath(dc.m_hDC);
+    }
+    DC dc{CreateCompatibleDC(nullptr), nullptr};
+};
+
+std::vector<char> DataOf(HRGN region) {
+    std::vector<char> data(GetRegionData(region, 0, nullptr));
+    GetRegionData(region, static_cast<DWORD>(data.size()), reinterpret_cast<RGNDATA*>(data.data()));
+    return data;
+}
+
+std::vector<char> FrameData() {
+    const Rgn outer(CreateRectRgn(0, 0, 9, 9)), inner(CreateRectRgn(3, 3, 6, 6));
+    CombineRgn(outer, outer, inner, RGN_DIFF);
+    return DataOf(outer);
+}
+
+HRGN FromData() {
+    const auto data = FrameData();
+    return ExtCreateRegion(&kTwice, static_cast<DWORD>(data.size()), reinterpret_cast<const RGNDATA*>(data.data()));
+}
+
+bool FromData(Rgn& region) {
+    const auto data = FrameData();
+    return region.ExtCreateRegion(kTwice, static_cast<int>(data.size()),
+                                  *reinterpret_cast<const RGNDATA*>(data.data()));
+}
+
+const struct {
+    const char* name;
+    bool (*create)(Rgn& region);
+    HRGN (*expected)();
+} kCreations[] = {
+    {"elliptic", [](Rgn& r) { return r.CreateEllipticRgn(3, 4, 43, 34); },
+     [] { return CreateEllipticRgnIndirect(&kRect); }},
+    {"elliptic, rectangle", [](Rgn& r) { return r.CreateEllipticRgnIndirect(kRect); },
+     [] { return CreateEllipticRgn(3, 4, 43, 34); }},
+    {"path", [](Rgn& r) { return r.CreateFromPath(Path().dc.m_hDC); }, [] { return PathToRegion(Path().dc.m_hDC); }},
+    {"polygon", [](Rgn& r) { return r.CreatePolygonRgn(g_points, 6, WINDING); },
+     [] { return CreatePolygonRgn(g_points, 6, WINDING); }},
+    {"polygons", [](Rgn& r) { return r.CreatePolyPolygonRgn(g_points, *g_counts, 2, ALTERNATE); },
+     [] { return CreatePolyPolygonRgn(g_points, g_counts, 2, ALTERNATE); }},
+    {"rectangle", [](Rgn& r) { return r.CreateRectRgn(3, 4, 43, 34); }, [] { return CreateRectRgnIndirect(&kRect); }},
+    {"rectangle's", [](Rgn& r) { return r.CreateRectRgn(kRect); }, [] { return CreateRectRgn(3, 4, 43, 34); }},
+    {"round", [](Rgn& r) { return r.CreateRoundRectRgn(3, 4, 43, 34, 12, 8); },
+     [] { return CreateRoundRectRgn(3, 4, 43, 34, 12, 8); }},
+    {"data", [](Rgn& r) { return FromData(r); }, [] { return FromData(); }},
+};
+
+} // namespace
+
+TEST_CASE("every way to create a region replaces what was held, and fails with nothing held") {
+    for (const auto& creation : kCreations) {
+        const std::string name = creation.name;
+        CAPTURE(name);
+        kel::test::WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [&] {
+            const HRGN before = CreateRectRgn(0, 0, 1, 1);
+            Rgn region(before);
+            const bool created = creation.create(region);
+            const std::string call = kel::test::FaultedCall();
+            CHECK((created || !call.empty()));
+            CHECK(region.HasHRgn() == created);
+            CHECK(GetObjectType(before) == 0);
+            const Rgn expected(creation.expected());
+            if (call.empty())
+                CHECK((created && region.EqualRgn(expected) && DataOf(region).size() > sizeof(RGNDATAHEADER)));
+        });
+    }
+}
+
+TEST_CASE("copies hold one region, which all but one must give up") {
+    const HRGN region = CreateRectRgn(0, 0, 5, 5), left = CreateRectRgn(0, 0, 1, 1);
+    {
+        Rgn first(region), copy(first), assigned(left);
+        assigned = first;
+        CHECK((copy == region && assigned == region && GetObjectType(left) == OBJ_REGION));
+        CHECK((copy.Detach() == region && assigned.Detach() == region && !copy.HasHRgn()));
+        CHECK(copy.Attach(left));
+        CHECK_FALSE(copy.Attach(nullptr));
+        CHECK(GetObjectType(left) == 0);
+    }
+    CHECK(GetObjectType(region) == 0);
+}
+
+TEST_CASE("regions are combined, moved, asked and read") {
+    Rgn region(CreateRectRgn(0, 0, 1, 1));
+    const Rgn square(CreateRectRgn(0, 0, 10, 10)), hole(CreateRectRgn(3, 3, 6, 6)), none;
+    RECT box = {};
+    CHECK(region.CombineRgn(square, hole, RGN_DIFF) == COMPLEXREGION);
+    CHECK((region.PtInRegion(2, 3) && !region.PtInRegion(POINT{3, 3}) && !region.RectInRegion({3, 3, 6, 6})));
+    CHECK((region.OffsetRgn(1, 2) == COMPLEXREGION && region.OffsetRgn(POINT{1, 0}) == COMPLEXREGION));
+    CHECK((region.GetRgnBox(box) == COMPLEXREGION && EqualRect(&box, std::data({RECT{2, 2, 12, 12}}))));
+    std::vector<char> data(DataOf(region).size());
+    auto& header = reinterpret_cast<RGNDATA&>(*data.data());
+    CHECK(region.GetRegionData(header, static_cast<unsigned int>(data.size()) - 1) == 0);
+    CHECK(region.GetRegionData(header, static_cast<unsigned int>(data.size())) == static_cast<int>(data.size()));
+    CHECK((header.rdh.nCount == 4 && data == DataOf(region)));
+    CHECK((region.Copy(square) == SIMPLEREGION && region.EqualRgn(square) && !region.EqualRgn(hole)));
+    region.SetRectRgn(3, 3, 6, 6);
+    CHECK(region.EqualRgn(hole));
+    region.SetRectRgn({0, 0, 10, 10});
+    CHECK(region.EqualRgn(square));
+
+    Rgn nothing;
+    nothing.SetRectRgn(0, 0, 1, 1);
+    CHECK((nothing.Copy(square) == ERROR && nothing.OffsetRgn(1, 1) == ERROR && nothing.GetRgnBox(box) == ERROR));
+    CHECK_FALSE((nothing.EqualRgn(square) || nothing.PtInRegion(0, 0) || nothing.RectInRegion(kRect)));
+    CHECK((nothing.GetRegionData(header, sizeof header) == 0 && region.CombineRgn(square, none, RGN_AND) == ERROR));
+}

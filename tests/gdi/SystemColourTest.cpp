@@ -1,0 +1,94 @@
+#include "tests/gdi/Kinds.h"
+#include "tests/support/Faults.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+// Another colour of the system for the life of the object.
+class Recoloured {
+public:
+    Recoloured(int index, COLORREF colour) : m_index(index), m_previous(GetSysColor(index)) { Set(colour); }
+    Recoloured(const Recoloured&) = delete;
+    Recoloured& operator=(const Recoloured&) = delete;
+    ~Recoloured() { Set(m_previous); }
+
+private:
+    void Set(COLORREF colour) const { SetSysColors(1, &m_index, &colour); }
+    int m_index;
+    COLORREF m_previous;
+};
+
+// Writes its name when it is told.
+struct Listener : SysColorObject {
+    Listener(std::string& log, char name) : log(&log), name(name) {}
+    bool OnSysColorChange() override {
+        *log += name;
+        return false;
+    }
+    std::string* log;
+    char name;
+};
+
+LOGPEN DescriptionOf(const SysPen& pen) {
+    LOGPEN description = {};
+    REQUIRE(GetObjectA(pen.m_hPen, sizeof description, &description) != 0);
+    return description;
+}
+
+} // namespace
+
+TEST_CASE("pens and brushes follow their colours, copies too") {
+    const SysBrush face(COLOR_BTNFACE), same(COLOR_BTNFACE);
+    SysBrush empty, assigned;
+    const SysPen text(PS_DOT, 3, COLOR_WINDOWTEXT);
+    SysPen none, copy(text);
+    assigned = face;
+    CHECK((face.m_hBrush == same.m_hBrush && face.m_hBrush == assigned.m_hBrush && empty.m_hBrush == nullptr));
+    CHECK((copy.m_hPen == text.m_hPen && none.m_hPen == nullptr));
+    {
+        const Recoloured faces(COLOR_BTNFACE, 0x123456), texts(COLOR_WINDOWTEXT, 0x654321);
+        BroadcastSysColorChange();
+        CHECK((face.m_hBrush == same.m_hBrush && face.m_hBrush == assigned.m_hBrush && copy.m_hPen == text.m_hPen));
+        CHECK((Brushes::NumberOf(face.m_hBrush) == 0x123456 && assigned.m_nIndex == COLOR_BTNFACE));
+        const LOGPEN pen = DescriptionOf(copy), old = DescriptionOf(none);
+        CHECK((pen.lopnStyle == PS_DOT && pen.lopnWidth.x == 3 && pen.lopnColor == 0x654321));
+        CHECK((old.lopnStyle == 0 && old.lopnWidth.x == 0 && old.lopnColor == GetSysColor(0)));
+        CHECK(Brushes::NumberOf(empty.m_hBrush) == static_cast<int>(GetSysColor(0)));
+        CHECK((copy.Create(PS_SOLID, 1, COLOR_BTNFACE) && empty.Create(COLOR_BTNFACE)));
+    }
+    BroadcastSysColorChange();
+    CHECK((empty.m_hBrush == face.m_hBrush && copy.m_nIndex == COLOR_BTNFACE && copy.m_nStyle == PS_SOLID));
+    CHECK(DescriptionOf(copy).lopnColor == GetSysColor(COLOR_BTNFACE));
+    CHECK(Brushes::NumberOf(face.m_hBrush) == static_cast<int>(GetSysColor(COLOR_BTNFACE)));
+}
+
+TEST_CASE("objects are told in the order of their construction, until they go") {
+    std::string log;
+    std::vector<std::unique_ptr<Listener>> listeners;
+    for (const char name : {'a', 'b', 'c', 'd'})
+        listeners.push_back(std::make_unique<Listener>(log, name));
+    const Listener copy(*listeners[1]);
+    BroadcastSysColorChange();
+    listeners.erase(listeners.begin() + 2);
+    *listeners[0] = copy; // takes the name, not the place
+    BroadcastSysColorChange();
+    CHECK(log == "abcdbbbdb");
+}
+
+TEST_CASE("what cannot be made again is not there, and is remembered") {
+    kel::test::WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [] {
+        SysPen pen(PS_DOT, 3, COLOR_WINDOWTEXT);
+        SysBrush brush(COLOR_BTNFACE);
+        const bool made = pen.OnSysColorChange() & brush.OnSysColorChange() & pen.Create(PS_DASH, 5, COLOR_MENU) &
+                          brush.Create(COLOR_MENU);
+        const std::string call = kel::test::FaultedCall();
+        CHECK((made || !call.empty()));
+        CHECK((pen.m_nWidth == 5) == (pen.m_hPen != nullptr));
+        CHECK((brush.m_nIndex == COLOR_MENU) == (brush.m_hBrush != nullptr));
+        BroadcastSysColorChange();
+        CHECK((DescriptionOf(pen).lopnWidth.x == pen.m_nWidth && brush.m_hBrush != nullptr));
+    });
+}
