@@ -123,11 +123,12 @@ void DrawBox(const RasterJob& job, const pixman_box32_t& box) {
 
 } // namespace
 
-std::uint32_t Pattern::At(int x, int y) const {
-    if (width == 0)
-        return solid;
-    const auto row = static_cast<std::size_t>(Wrapped(y - origin.y, height));
-    return pixels[row * static_cast<std::size_t>(width) + static_cast<std::size_t>(Wrapped(x - origin.x, width))];
+const std::uint32_t* Pattern::Row(int y) const {
+    return pixels.data() + static_cast<std::ptrdiff_t>(Wrapped(y - origin.y, height)) * width;
+}
+
+int Pattern::Column(int x) const {
+    return Wrapped(x - origin.x, width);
 }
 
 std::uint32_t Combine(unsigned rop, std::uint32_t pattern, std::uint32_t source, std::uint32_t target) {

@@ -26,7 +26,12 @@ struct Pattern {
     POINT origin{0, 0};
     std::vector<std::uint32_t> pixels;
 
-    std::uint32_t At(int x, int y) const;
+    /// What falls on a row of the target, from the pattern's first column on, and the one that falls on a column of it;
+    /// only of a pattern that repeats.
+    const std::uint32_t* Row(int y) const;
+    int Column(int x) const;
+
+    std::uint32_t At(int x, int y) const { return width == 0 ? solid : Row(y)[Column(x)]; }
 };
 
 struct RasterJob {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/gdi/RasterJob.h"
+#include "platform/gdi/kernels/Rows.h"
 
 #include <algorithm>
 
@@ -10,7 +11,7 @@ namespace kel::platform {
 bool IsForRows(const RasterJob& job);
 
 /// Draws the job by rows. @param upwards from the lowest row to the top, for copies within a surface.
-void RunRows(const RasterJob& job, bool upwards = false);
+void RunRows(const RasterJob& job, bool upwards = false, const RowRoad& road = FastRows());
 
 /// Calls draw(box) for the parts of the job's rectangle within its clip region, in the region's order.
 template <class Draw>

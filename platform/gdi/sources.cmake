@@ -31,4 +31,6 @@ target_sources(kelplatform PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/Screen.cpp
   ${CMAKE_CURRENT_LIST_DIR}/StockObjects.cpp
   ${CMAKE_CURRENT_LIST_DIR}/StretchMap.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/kernels/Rows.cpp)
+  ${CMAKE_CURRENT_LIST_DIR}/kernels/Columns.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/kernels/Rows.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/kernels/RowsAvx2.cpp)

@@ -11,7 +11,7 @@ using kel::compare::Random;
 
 namespace {
 
-constexpr int kSide = 40;
+constexpr int kSide = 80; // rows longer than the vectors' largest step
 
 /// A surface with pixels of its own, in either order of rows.
 struct Picture {
@@ -31,11 +31,47 @@ struct Picture {
     }
 };
 
+constexpr PixelFormat kFormats[] = {PixelFormat::Rgb555, PixelFormat::Rgb565, PixelFormat::Bgr24, PixelFormat::Bgrx32,
+                                    PixelFormat::Indexed8};
+
 PixelFormat AnyFormat(Random& random) {
-    constexpr PixelFormat kFormats[] = {PixelFormat::Rgb555, PixelFormat::Rgb565, PixelFormat::Bgr24,
-                                        PixelFormat::Bgrx32};
-    return kFormats[random.Below(4)];
+    return kFormats[random.Below(5)];
 }
+
+// Indices have no table here, so they are nothing to other formats.
+PixelFormat AnyFormatFor(PixelFormat target, Random& random) {
+    return target == PixelFormat::Indexed8 || random.Below(2) == 0 ? target : kFormats[random.Below(4)];
+}
+
+Pattern AnyPattern(Random& random) {
+    Pattern pattern;
+    pattern.solid = random.Next();
+    if (random.Below(2) == 0)
+        return pattern;
+    pattern.width = random.Between(1, kSide);
+    pattern.height = random.Between(1, 3);
+    pattern.origin = {random.Between(-kSide, kSide), random.Between(-kSide, kSide)};
+    for (int i = 0; i < pattern.width * pattern.height; ++i)
+        pattern.pixels.push_back(random.Next());
+    return pattern;
+}
+
+// Of two rectangles, which begin and end anywhere.
+struct AnyClip {
+    pixman_region32_t region;
+
+    AnyClip(Random& random, const Surface& surface) {
+        pixman_region32_init(&region);
+        for (int i = 0; i < 2; ++i) {
+            const int x = random.Between(0, surface.width - 1);
+            const int y = random.Between(0, surface.height - 1);
+            pixman_region32_union_rect(&region, &region, x, y, static_cast<unsigned>(surface.width - x),
+                                       static_cast<unsigned>(random.Between(1, surface.height - y)));
+        }
+    }
+    AnyClip(const AnyClip&) = delete;
+    ~AnyClip() { pixman_region32_fini(&region); }
+};
 
 Axis AnyAxis(Random& random, bool mirrors) {
     const int size = random.Between(1, kSide);
@@ -47,13 +83,14 @@ Axis AnyAxis(Random& random, bool mirrors) {
 void Choose(RasterJob& job, Random& random) {
     constexpr std::uint8_t kNamed[] = {0xCC, 0x55, 0x88, 0xEE, 0x66, 0x33, 0x5A, 0xF0};
     job.rop = random.Below(2) == 0 ? kNamed[random.Below(8)] : static_cast<std::uint8_t>(random.Next());
-    job.pattern.solid = random.Next();
+    job.pattern = AnyPattern(random);
     const bool alike = job.source.format == job.target.format;
     if (alike && random.Below(3) == 0)
         job.operation = RasterJob::Operation::Key;
     if (random.Below(3) == 0) {
         job.operation = RasterJob::Operation::Blend;
-        job.blend = {AC_SRC_OVER, 0, static_cast<BYTE>(random.Next()), static_cast<BYTE>(random.Below(2))};
+        const BYTE opacity = static_cast<BYTE>(random.Below(3) == 0 ? 255 : random.Next());
+        job.blend = {AC_SRC_OVER, 0, opacity, static_cast<BYTE>(random.Below(2))};
     }
     job.key = random.Below(2) * 0xFFFFFF;
 }
@@ -65,30 +102,30 @@ TEST_CASE("kernels draw what the definition draws") {
     for (std::uint32_t seed = 1; seed <= 4000; ++seed) {
         Random random(seed);
         Picture target(random, AnyFormat(random));
-        Picture source(random, random.Below(2) == 0 ? target.surface.format : AnyFormat(random));
-        const Picture before = target;
-        pixman_region32_t clip;
-        pixman_region32_init_rect(&clip, 0, 0, static_cast<unsigned>(target.surface.width),
-                                  static_cast<unsigned>(target.surface.height));
+        Picture source(random, AnyFormatFor(target.surface.format, random));
+        const std::vector<std::uint8_t> before = target.pixels;
+        const AnyClip clip(random, target.surface);
         RasterJob job;
         job.target = target.surface;
         job.source = source.surface;
         job.hasSource = true;
-        job.clip = &clip;
+        job.clip = &clip.region;
         job.x = AnyAxis(random, true);
         job.y = AnyAxis(random, true);
         job.colours = ColourMap(job.target, job.source, {});
         Choose(job, random);
-        if (IsForRows(job)) {
-            ++byRows;
-            RunRows(job);
-            const std::vector<std::uint8_t> drawn = target.pixels;
-            target.pixels.assign(before.pixels.begin(), before.pixels.end());
-            RunGeneric(job);
-            CAPTURE(seed);
-            CHECK(drawn == target.pixels);
-        }
-        pixman_region32_fini(&clip);
+        if (!IsForRows(job))
+            continue;
+        ++byRows;
+        const auto drawn = [&](const auto& draw) {
+            std::copy(before.begin(), before.end(), target.pixels.begin());
+            draw();
+            return target.pixels;
+        };
+        const auto expected = drawn([&] { RunGeneric(job); });
+        CAPTURE(seed);
+        CHECK(drawn([&] { RunRows(job, /*upwards*/ false, kPlainRows); }) == expected);
+        CHECK(drawn([&] { RunRows(job); }) == expected);
     }
     CHECK(byRows > 2500);
 }
