@@ -32,18 +32,26 @@ constexpr Table<Size> TableOf(Rule rule) {
 /// Byte 2 of each 32-bit pixel over its colour bytes.
 constexpr auto kNinthsToColours = TableOf<16>([](std::size_t i) { return i % 4 == 3 ? kNone : i / 4 * 4 + 2; });
 
-/// Four 24-bit pixels, at the beginning or at the end of 16 bytes, as 32-bit ones with a fourth byte of 0.
-constexpr auto kPixels24 = TableOf<16>([](std::size_t i) { return i % 4 == 3 ? kNone : i / 4 * 3 + i % 4; });
-constexpr auto kLastPixels24 = TableOf<16>([](std::size_t i) { return i % 4 == 3 ? kNone : 4 + i / 4 * 3 + i % 4; });
-
-/// Which byte of a 32-bit pixel each byte of 16 24-bit pixels is.
-constexpr auto kChannels = TableOf<48>([](std::size_t i) { return i % 3; });
+/// Which byte of a 32-bit pixel each byte of 24-bit pixels is.
+constexpr auto kChannels = TableOf<3 * kStep + 2>([](std::size_t i) { return i % 3; });
 
 /// Where the pixel of each of 48 bytes begins: in vectors a, then b one byte late, then c two bytes late.
 constexpr auto kFirstBytes = TableOf<48>([](std::size_t i) { return i / 3 * 3 + i / 16 - i / 16 * 16; });
 
-/// Where the grey of the pixel of each of 48 bytes is, when pixels 0-3 alternate with 4-7, and 8-11 with 12-15.
-constexpr auto kGreyPlaces = TableOf<48>([](std::size_t i) { return i / 24 * 8 + i / 3 % 4 * 2 + i / 12 % 2; });
+/// Two 24-bit pixels lie in three words. The bytes that add up to the sums of their channels in the first two of these
+/// words: of the bytes in place, and of the bytes from two further on. The third word becomes 0.
+constexpr auto kOwnAddends = TableOf<3 * kStep>([](std::size_t i) { return 0b001011 >> i % 6 & 1; });
+constexpr auto kLaterAddends = TableOf<3 * kStep>([](std::size_t i) { return 0b001101 >> i % 6 & 1; });
+
+/// Some value in the word of such three where the two pixels meet.
+constexpr auto kBetween = TableOf<3 * kStep>([](std::size_t i) { return i % 6 == 2 ? 0x55 : i % 6 == 3 ? 0xAA : 0; });
+
+/// Where NarrowNeighbours() leaves the byte for each byte's pixel, given words in the places of those sums.
+constexpr auto kGreyPlaces = TableOf<3 * kStep>([](std::size_t i) {
+    const std::size_t lane = i % 48 / 16;
+    const std::size_t word = i % 48 / 6 * 3 + i / 3 % 2;
+    return word % 8 + (word / 8 == lane ? 8 : 0);
+});
 
 /// All ones where a pixel begins.
 constexpr auto kBeginnings = TableOf<3 * kStep>([](std::size_t i) { return i % 3 == 0 ? 0xFF : 0; });
@@ -274,27 +282,91 @@ void CombineKey24Run(Byte* pixels, const Byte* source, std::size_t count, std::u
     Rest().combineKey24(pixels, source, count, key);
 }
 
-/// Greys of a lane's 16 pixels, in the order of kGreyPlaces; 0 for those of the colour @p keep.
-inline Bytes Greys(const Three& pixels, Quads keep) {
-    const Bytes order = EachLane(kPixels24.bytes);
-    const Bytes p0 = Shuffle(pixels.a, order);
-    const Bytes p4 = Shuffle(Following<12>(pixels.a, pixels.b), order);
-    const Bytes p8 = Shuffle(Following<8>(pixels.b, pixels.c), order);
-    const Bytes p12 = Shuffle(pixels.c, EachLane(kLastPixels24.bytes));
-    const Bytes ninths = Narrow(EvenOdd(Ninths(p0) >> 16, Ninths(p4)), EvenOdd(Ninths(p8) >> 16, Ninths(p12)));
-    const Bytes kept = Narrow(EvenOdd(Quads(Quads(p0) == keep), Quads(Quads(p4) == keep)),
-                              EvenOdd(Quads(Quads(p8) == keep), Quads(Quads(p12) == keep)));
-    return (ninths | EachByte(0x80)) & ~kept;
+/// The vectors of a group as they follow each other in memory.
+inline Three LoadInOrder(const Byte* at) {
+    return {Load(at), Load(at + kStep), Load(at + 2 * kStep)};
 }
 
+inline void StoreInOrder(Byte* at, const Three& value) {
+    Store(at, value.a);
+    Store(at + kStep, value.b);
+    Store(at + 2 * kStep, value.c);
+}
+
+/// Two words for each pair of pixels, and one between pairs that means nothing; the vectors follow each other.
+struct PairWords {
+    Words a;
+    Words b;
+    Words c;
+};
+
+inline Words SumsAt(std::size_t at, Bytes own, Bytes later) {
+    return MultiplyAdd(own, Load(kOwnAddends.bytes + at)) + MultiplyAdd(later, Load(kLaterAddends.bytes + at));
+}
+
+/// Sums of channels of a group, given also its bytes from two further on.
+inline PairWords Sums(const Three& own, const Three& later) {
+    return {SumsAt(0, own.a, later.a), SumsAt(kStep, own.b, later.b), SumsAt(2 * kStep, own.c, later.c)};
+}
+
+/// (blue + green + red) / 9 + 128.
+inline PairWords Greys(const Three& own, const Three& later) {
+    const PairWords sums = Sums(own, later);
+    const auto grey = [](Words sum) { return MultiplyHigh(sum, EachWord(7282)) | EachWord(0x80); };
+    return {grey(sums.a), grey(sums.b), grey(sums.c)};
+}
+
+/// Greys in each byte of their pixels.
+inline Three Spread(const PairWords& greys) {
+    return Shuffle(NarrowNeighbours(greys.a, greys.b, greys.c), LoadInOrder(kGreyPlaces.bytes));
+}
+
+/// A colour in each pixel of a group.
+struct Colour24 {
+    explicit Colour24(std::uint32_t colour) {
+        const Bytes each = Bytes(EachQuad(colour));
+        own = Shuffle({each, each, each}, LoadInOrder(kChannels.bytes));
+        later = Shuffle({each, each, each}, LoadInOrder(kChannels.bytes + 2));
+        hint = Differing(own, LoadInOrder(kBetween.bytes));
+    }
+
+    static Three Differing(const Three& x, const Three& y) { return {x.a ^ y.a, x.b ^ y.b, x.c ^ y.c}; }
+
+    /// Cheap, and seldom wrong, as two bytes are compared of each pixel.
+    bool MayBeIn(const Three& group) const {
+        return AnySet(Bytes((Words(group.a) == Words(hint.a)) | (Words(group.b) == Words(hint.b)) |
+                            (Words(group.c) == Words(hint.c))));
+    }
+
+    /// 0 for pixels of the colour.
+    PairWords Differences(const Three& groupOwn, const Three& groupLater) const {
+        return Sums(Differing(groupOwn, own), Differing(groupLater, later));
+    }
+
+    Three own;
+    Three later; ///< from two bytes further on
+    Three hint;  ///< no colour between the two words of a pair, where two pixels meet
+};
+
+inline void GreyGroupBut(const Colour24& keep, Byte* pixels, const Three& own, const Three& later) {
+    const PairWords greys = Greys(own, later);
+    const PairWords differ = keep.Differences(own, later);
+    const Three spread =
+        Spread({greys.a & Words(differ.a != 0), greys.b & Words(differ.b != 0), greys.c & Words(differ.c != 0)});
+    StoreInOrder(pixels, {WithGreys(own.a, spread.a), WithGreys(own.b, spread.b), WithGreys(own.c, spread.c)});
+}
+
+/// Two bytes behind a group are read, so that a pixel must follow.
 void GreyOut24Run(Byte* pixels, std::size_t count, std::uint32_t keep) {
-    const Quads keeps = EachQuad(keep);
-    const Three order = EachThree(kGreyPlaces.bytes);
-    for (; count >= kGroup / 3; count -= kGroup / 3, pixels += kGroup) {
-        const Three value = LoadThree(pixels);
-        const Bytes greys = Greys(value, keeps);
-        const Three spread = Shuffle({greys, greys, greys}, order);
-        StoreThree(pixels, {WithGreys(value.a, spread.a), WithGreys(value.b, spread.b), WithGreys(value.c, spread.c)});
+    const Colour24 kept(keep);
+    const bool keeps = keep <= kColour;
+    for (; count > kStep; count -= kStep, pixels += 3 * kStep) {
+        const Three own = LoadInOrder(pixels);
+        const Three later = LoadInOrder(pixels + 2);
+        if (keeps && kept.MayBeIn(own))
+            GreyGroupBut(kept, pixels, own, later);
+        else
+            StoreInOrder(pixels, Spread(Greys(own, later)));
     }
     Rest().greyOut24(pixels, count, keep);
 }

@@ -56,6 +56,15 @@ void ForEachPair(const Rows& target, const ConstRows& source, std::size_t pixelB
         run(RowAt(to.first, to.stride, row), RowAt(from.first, from.stride, row), to.width);
 }
 
+// Whole bytes of bits, row after row, are one long row, too.
+template <class Run>
+void ForEachMasked(const Rows& rows, const BitRows& mask, std::size_t pixelBytes, Run run) {
+    const bool join = Contiguous(rows, pixelBytes) && mask.stride * 8 == static_cast<std::ptrdiff_t>(rows.width);
+    const Rows all = join ? Joined(rows) : rows;
+    for (std::size_t row = 0; row < all.rows; ++row)
+        run(RowAt(all.first, all.stride, row), RowAt(mask.first, mask.stride, row), all.width);
+}
+
 template <class Run>
 bool AnyRow(const ConstRows& rows, std::size_t pixelBytes, Run run) {
     bool found = false;
@@ -87,10 +96,9 @@ void ShadeRowsMasked(const Rows& rows, const BitRows& mask, std::size_t left, st
     const std::size_t start = left / 8 * 8;
     if (start >= rows.width)
         return;
-    for (std::size_t row = 0; row < rows.rows; ++row) {
-        const Byte* const bits = RowAt(mask.first, mask.stride, row) + start / 8;
-        shade(RowAt(rows.first, rows.stride, row) + 4 * start, bits, rows.width - start, shares);
-    }
+    const Rows governed = {rows.first + 4 * start, rows.stride, rows.width - start, rows.rows};
+    ForEachMasked(governed, {mask.first + start / 8, mask.stride}, 4,
+                  [&](Byte* row, const Byte* bits, std::size_t width) { shade(row, bits, width, shares); });
 }
 
 void CombineKey24(const Rows& target, const ConstRows& source, std::uint32_t key) {
@@ -136,8 +144,8 @@ void Fill(void* bytes, std::size_t count, Byte value) {
 
 void OrBitPlane(const Rows& rows, const BitRows& mask, Byte bits, bool invert) {
     const auto combine = CurrentRoad().orBitPlane;
-    for (std::size_t row = 0; row < rows.rows; ++row)
-        combine(RowAt(rows.first, rows.stride, row), RowAt(mask.first, mask.stride, row), rows.width, bits, invert);
+    ForEachMasked(rows, mask, 1,
+                  [&](Byte* row, const Byte* set, std::size_t width) { combine(row, set, width, bits, invert); });
 }
 
 void KeyToAlpha(const Rows& rows, std::uint32_t key) {

@@ -48,6 +48,9 @@ inline Bytes EachLane(const Byte* at) {
 inline Bytes EachByte(Byte value) {
     return Bytes(_mm_set1_epi8(static_cast<char>(value)));
 }
+inline Words EachWord(std::uint16_t value) {
+    return Words(_mm_set1_epi16(static_cast<short>(value)));
+}
 inline Quads EachQuad(std::uint32_t value) {
     return Quads(_mm_set1_epi32(static_cast<int>(value)));
 }
@@ -79,13 +82,15 @@ inline Bytes Following(Bytes low, Bytes high) {
 inline Bytes Choose(Bytes first, Bytes second, Bytes choice) {
     return Bytes(_mm_blendv_epi8(__m128i(first), __m128i(second), __m128i(choice)));
 }
-/// The even words of @p even and the odd words of @p odd.
-inline Words EvenOdd(Quads even, Quads odd) {
-    return Words(_mm_blend_epi16(__m128i(even), __m128i(odd), 0xAA));
+/// The upper halves of products of unsigned words.
+inline Words MultiplyHigh(Words values, Words factors) {
+    return Words(_mm_mulhi_epu16(__m128i(values), __m128i(factors)));
 }
-/// Lane by lane, the signed words as bytes, cut to -128 to 127.
-inline Bytes Narrow(Words low, Words high) {
-    return Bytes(_mm_packs_epi16(__m128i(low), __m128i(high)));
+/// Words below 256 as bytes. The lanes of the three vectors follow each other; in each stand its own in the upper half
+/// and, but for the first, those of the lane before in the lower half.
+inline Three NarrowNeighbours(Words a, Words b, Words c) {
+    const auto narrow = [](Words low, Words high) { return Bytes(_mm_packus_epi16(__m128i(low), __m128i(high))); };
+    return {narrow(a, a), narrow(a, b), narrow(b, c)};
 }
 inline bool AnySet(Bytes value) {
     return _mm_testz_si128(__m128i(value), __m128i(value)) == 0;

@@ -55,6 +55,9 @@ inline Bytes EachLane(const Byte* at) {
 inline Bytes EachByte(Byte value) {
     return Bytes(_mm256_set1_epi8(static_cast<char>(value)));
 }
+inline Words EachWord(std::uint16_t value) {
+    return Words(_mm256_set1_epi16(static_cast<short>(value)));
+}
 inline Quads EachQuad(std::uint32_t value) {
     return Quads(_mm256_set1_epi32(static_cast<int>(value)));
 }
@@ -80,11 +83,15 @@ inline Bytes Following(Bytes low, Bytes high) {
 inline Bytes Choose(Bytes first, Bytes second, Bytes choice) {
     return Bytes(_mm256_blendv_epi8(__m256i(first), __m256i(second), __m256i(choice)));
 }
-inline Words EvenOdd(Quads even, Quads odd) {
-    return Words(_mm256_blend_epi16(__m256i(even), __m256i(odd), 0xAA));
+inline Words MultiplyHigh(Words values, Words factors) {
+    return Words(_mm256_mulhi_epu16(__m256i(values), __m256i(factors)));
 }
-inline Bytes Narrow(Words low, Words high) {
-    return Bytes(_mm256_packs_epi16(__m256i(low), __m256i(high)));
+inline Bytes NarrowPair(Bytes before, Words own) {
+    return Bytes(_mm256_packus_epi16(__m256i(before), __m256i(own)));
+}
+inline Three NarrowNeighbours(Words a, Words b, Words c) {
+    return {NarrowPair(Permute<0x00>(Bytes(a), Bytes(a)), a), NarrowPair(Permute<0x21>(Bytes(a), Bytes(b)), b),
+            NarrowPair(Permute<0x21>(Bytes(b), Bytes(c)), c)};
 }
 inline bool AnySet(Bytes value) {
     return _mm256_testz_si256(__m256i(value), __m256i(value)) == 0;
