@@ -27,9 +27,11 @@ ColourMap::ColourMap(const Surface& target, const Surface& source, const MonoCol
     if (SameColours(target, source))
         return;
     m_kind = IsIndexed(source.format) ? Kind::Table : Kind::Convert;
-    const std::size_t count = IsIndexed(source.format) ? std::size_t{1} << BitsPerPixel(source.format) : 0;
-    for (std::size_t i = 0; i < count; ++i)
-        m_table[i] = Converted(static_cast<std::uint32_t>(i));
+    if (m_kind != Kind::Table)
+        return;
+    m_known = std::make_shared<Known>();
+    for (std::size_t i = 0; i < std::size_t{1} << BitsPerPixel(source.format); ++i)
+        m_known->results[i] = Converted(static_cast<std::uint32_t>(i));
 }
 
 std::uint32_t ColourMap::Converted(std::uint32_t value) const {
@@ -43,13 +45,15 @@ std::uint32_t ColourMap::Converted(std::uint32_t value) const {
 
 // Pictures have few colours near each other, and the nearest entry of a table takes long to find.
 std::uint32_t ColourMap::Remembered(std::uint32_t value) const {
+    if (!m_known)
+        m_known = std::make_shared<Known>();
     const std::size_t slot = value * 0x9E3779B1u >> 24;
-    if (!m_known[slot] || m_remembered[slot] != value) {
-        m_remembered[slot] = value;
-        m_results[slot] = Converted(value);
-        m_known[slot] = true;
+    if (!m_known->filled[slot] || m_known->values[slot] != value) {
+        m_known->values[slot] = value;
+        m_known->results[slot] = Converted(value);
+        m_known->filled[slot] = true;
     }
-    return m_results[slot];
+    return m_known->results[slot];
 }
 
 } // namespace kel::platform

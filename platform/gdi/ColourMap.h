@@ -6,6 +6,7 @@
 #include "platform/gdi/Surface.h"
 
 #include <array>
+#include <memory>
 
 namespace kel::platform {
 
@@ -33,15 +34,12 @@ public:
 
     bool IsSame() const { return m_kind == Kind::Same; }
 
-    /// For an indexed source what each index becomes, otherwise null.
-    const std::uint32_t* Table() const { return m_kind == Kind::Table ? m_table.data() : nullptr; }
-
     std::uint32_t operator()(std::uint32_t value) const {
         switch (m_kind) {
         case Kind::Same:
             return value;
         case Kind::Table:
-            return m_table[value];
+            return m_known->results[value];
         default:
             return Remembered(value);
         }
@@ -50,6 +48,13 @@ public:
 private:
     enum class Kind : std::uint8_t { Same, Table, Convert };
 
+    /// What indices become, or results that may be asked for again and what they were made of.
+    struct Known {
+        std::array<std::uint32_t, 256> results{};
+        std::array<std::uint32_t, 256> values{};
+        std::array<bool, 256> filled{};
+    };
+
     std::uint32_t Converted(std::uint32_t value) const;
     std::uint32_t Remembered(std::uint32_t value) const;
 
@@ -57,10 +62,7 @@ private:
     Surface m_target;
     Surface m_source;
     MonoColours m_mono;
-    std::array<std::uint32_t, 256> m_table{}; // of an indexed source, or results that may come again
-    mutable std::array<std::uint32_t, 256> m_remembered{};
-    mutable std::array<std::uint32_t, 256> m_results{};
-    mutable std::array<bool, 256> m_known{};
+    mutable std::shared_ptr<Known> m_known; // made when it is needed: most jobs change no colour
 };
 
 } // namespace kel::platform
