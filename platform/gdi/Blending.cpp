@@ -25,7 +25,7 @@ bool Blend(DeviceContext& target, const LogicalBox& to, const DeviceContext& sou
         return Fail(ERROR_INVALID_PARAMETER);
     job.operation = RasterJob::Operation::Blend;
     job.blend = function;
-    job.x.singleTakesAll = job.y.singleTakesAll = true;
+    job.x.single = job.y.single = Single::All;
     job.stretchMode = COLORONCOLOR;
     Run(job);
     return true;

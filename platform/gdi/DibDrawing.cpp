@@ -36,7 +36,10 @@ int Stretch(DeviceContext& context, const LogicalBox& to, const DibFormat& forma
     RasterJob job = JobOn(context, to);
     // What the DIB does not reach stays as it is, whatever the operation.
     DrawFrom(job, context, format.At(bits), {from.x, TopOf(format, from), from.width, from.height});
-    job.x.singleTakesAll = job.y.singleTakesAll = operation == SRCCOPY;
+    if (operation == SRCCOPY)
+        job.x.single = job.y.single = Single::All;
+    else if (!format.topDown)
+        job.y.single = Single::NotFirst;
     if (Operate(job, context, operation))
         Run(job);
     return format.topDown && operation != SRCCOPY ? -format.height : format.height;

@@ -25,8 +25,8 @@ void PlaceSource(RasterJob& job, const LogicalBox& from) {
     const Axis x = MakeAxis(0, 0, from.x, from.width);
     const Axis y = MakeAxis(0, 0, from.y, from.height);
     job.hasSource = true;
-    job.x = {job.x.to, job.x.toSize, x.from, x.fromSize, job.x.toMirrored, x.fromMirrored, false};
-    job.y = {job.y.to, job.y.toSize, y.from, y.fromSize, job.y.toMirrored, y.fromMirrored, false};
+    job.x = {job.x.to, job.x.toSize, x.from, x.fromSize, job.x.toMirrored, x.fromMirrored, Single::NotLast};
+    job.y = {job.y.to, job.y.toSize, y.from, y.fromSize, job.y.toMirrored, y.fromMirrored, Single::NotLast};
 }
 
 Pattern HatchPattern(const DeviceContext& target, const BrushObject& brush, const Surface& surface) {

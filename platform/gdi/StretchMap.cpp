@@ -28,9 +28,11 @@ SourceRange Axis::Grown(std::int64_t index, int bound) const {
 
 SourceRange Axis::Shrunk(std::int64_t index, int bound) const {
     const std::int64_t half = (toSize - 1) / 2;
-    const bool single = toSize == 1 && !toMirrored && !fromMirrored && !singleTakesAll;
-    std::int64_t first = std::max<std::int64_t>(CeilingOf(index * fromSize - half, toSize), 0);
-    std::int64_t last = std::min(CeilingOf((index + 1) * fromSize - half, toSize), fromSize - (single ? 1 : 0)) - 1;
+    const bool isSingle = toSize == 1 && !toMirrored && !fromMirrored;
+    const std::int64_t least = isSingle && single == Single::NotFirst ? 1 : 0;
+    const std::int64_t end = fromSize - (isSingle && single == Single::NotLast ? 1 : 0);
+    std::int64_t first = std::max(CeilingOf(index * fromSize - half, toSize), least);
+    std::int64_t last = std::min(CeilingOf((index + 1) * fromSize - half, toSize), end) - 1;
     if (fromMirrored) {
         first = from + fromSize - 1 - first;
         last = from + fromSize - 1 - last;

@@ -14,14 +14,21 @@ struct SourceRange {
     bool empty = true;
 };
 
+/// Which source pixels fall on a single target pixel that is not mirrored.
+enum class Single : std::uint8_t {
+    NotLast,  ///< all but the last
+    NotFirst, ///< all but the first: rows of a bottom-up DIB in an operation
+    All,      ///< blends and copies of DIBs
+};
+
 /// Columns, or rows, of a source laid on those of a target.
 ///
 /// A source of s pixels is laid on a target of d by these rules, measured on Wine for all sizes to 30 and held by a
 /// test; mirroring counts the pixels from the other end.
 /// - Not smaller (d >= s): target pixel i shows source pixel (i * s + (s - 1) / 2) / d.
 /// - Smaller: source pixel j falls on target pixel (j * d + (d - 1) / 2) / s; a target pixel shows the last column
-///   and the first row that falls on it, or all pixels combined. On a single pixel that is not mirrored the last source
-///   pixel does not fall, but for blends and copies of DIBs.
+///   and the first row that falls on it, or all pixels combined. What falls on a single pixel depends on the call (see
+///   Single), unless it is mirrored.
 /// - What lies outside the source shows nothing, and what is cut away of the target changes nothing for the rest.
 struct Axis {
     std::int64_t to = 0; ///< the lowest target pixel
@@ -30,7 +37,7 @@ struct Axis {
     std::int64_t fromSize = 0;
     bool toMirrored = false;
     bool fromMirrored = false;
-    bool singleTakesAll = false; ///< of blends and copies of DIBs
+    Single single = Single::NotLast;
 
     bool Mirrored() const { return toMirrored != fromMirrored; }
     bool IsOneToOne() const { return toSize == fromSize && !Mirrored(); }
