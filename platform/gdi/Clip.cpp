@@ -11,16 +11,28 @@ void Require(pixman_bool_t done) {
         throw std::bad_alloc();
 }
 
+pixman_box32_t BoxOf(const RECT& rect) {
+    return {std::min(rect.left, rect.right), std::min(rect.top, rect.bottom), std::max(rect.left, rect.right),
+            std::max(rect.top, rect.bottom)};
+}
+
+bool HasPixels(const pixman_box32_t& box) {
+    return box.x1 < box.x2 && box.y1 < box.y2;
+}
+
 } // namespace
 
 Region::Region(RECT rect) {
-    const pixman_box32_t box{std::min(rect.left, rect.right), std::min(rect.top, rect.bottom),
-                             std::max(rect.left, rect.right), std::max(rect.top, rect.bottom)};
+    const pixman_box32_t box = BoxOf(rect);
     // A box without pixels is an error to pixman's own constructor.
-    if (box.x1 < box.x2 && box.y1 < box.y2)
+    if (HasPixels(box))
         pixman_region32_init_with_extents(&m_region, const_cast<pixman_box32_t*>(&box));
     else
         pixman_region32_init(&m_region);
+}
+
+Region::Region(const pixman_box32_t* boxes, int count) {
+    Require(pixman_region32_init_rects(&m_region, boxes, count));
 }
 
 Region::Region(const Region& other) {
@@ -28,16 +40,35 @@ Region::Region(const Region& other) {
     Require(pixman_region32_copy(&m_region, other.Mutable()));
 }
 
+void Region::SetIntersection(const Region& a, const Region& b) {
+    Require(pixman_region32_intersect(&m_region, a.Mutable(), b.Mutable()));
+}
+
+void Region::SetUnion(const Region& a, const Region& b) {
+    Require(pixman_region32_union(&m_region, a.Mutable(), b.Mutable()));
+}
+
+void Region::SetDifference(const Region& a, const Region& b) {
+    Require(pixman_region32_subtract(&m_region, a.Mutable(), b.Mutable()));
+}
+
+void Region::SetEither(const Region& a, const Region& b) {
+    Region both;
+    both.SetIntersection(a, b);
+    SetUnion(a, b);
+    Subtract(both);
+}
+
 void Region::Intersect(const Region& other) {
-    Require(pixman_region32_intersect(&m_region, &m_region, other.Mutable()));
+    SetIntersection(*this, other);
 }
 
 void Region::Subtract(const Region& other) {
-    Require(pixman_region32_subtract(&m_region, &m_region, other.Mutable()));
+    SetDifference(*this, other);
 }
 
 void Region::Unite(const Region& other) {
-    Require(pixman_region32_union(&m_region, &m_region, other.Mutable()));
+    SetUnion(*this, other);
 }
 
 int Region::Kind() const {
@@ -46,8 +77,38 @@ int Region::Kind() const {
 }
 
 RECT Region::Box() const {
+    if (!pixman_region32_not_empty(Mutable()))
+        return {0, 0, 0, 0};
     const pixman_box32_t* box = pixman_region32_extents(Mutable());
     return {box->x1, box->y1, box->x2, box->y2};
+}
+
+bool Region::operator==(const Region& other) const {
+    // Of empty regions pixman also compares where they are.
+    if (!pixman_region32_not_empty(Mutable()))
+        return !pixman_region32_not_empty(other.Mutable());
+    return pixman_region32_equal(Mutable(), other.Mutable());
+}
+
+bool Region::Holds(POINT point) const {
+    return pixman_region32_contains_point(Mutable(), point.x, point.y, nullptr);
+}
+
+bool Region::Meets(RECT rect) const {
+    pixman_box32_t box = BoxOf(rect);
+    return HasPixels(box) && pixman_region32_contains_rectangle(Mutable(), &box) != PIXMAN_REGION_OUT;
+}
+
+Region::Boxes Region::Rectangles() const {
+    Boxes boxes{};
+    boxes.first = pixman_region32_rectangles(Mutable(), &boxes.count);
+    return boxes;
+}
+
+std::string RegionObject::Details() const {
+    const RECT box = m_region.Box();
+    return std::to_string(m_region.Rectangles().count) + " in (" + std::to_string(box.left) + ", " +
+           std::to_string(box.top) + ", " + std::to_string(box.right) + ", " + std::to_string(box.bottom) + ")";
 }
 
 } // namespace kel::platform

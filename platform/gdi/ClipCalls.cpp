@@ -25,6 +25,47 @@ int SetClipTo(DeviceContext& context, HRGN handle) {
     return region ? context.SetClip(region->Pixels()) : ERROR;
 }
 
+/// What a combination with the clip region begins with.
+Region ClipOrBounds(const DeviceContext& context) {
+    if (context.State().clip)
+        return *context.State().clip;
+    const Surface target = context.Target();
+    return Region(RECT{0, 0, target.width, target.height});
+}
+
+int CombineClip(DeviceContext& context, const Region& region, int mode) {
+    if (mode == RGN_AND)
+        return context.IntersectClip(region);
+    if (mode == RGN_DIFF)
+        return context.ExcludeClip(region);
+    if (mode == RGN_COPY)
+        return context.SetClip(region);
+    Region clip = ClipOrBounds(context);
+    if (mode == RGN_OR)
+        clip.Unite(region);
+    else
+        clip.SetEither(clip, region);
+    return context.SetClip(std::move(clip));
+}
+
+// Half a pixel rounds away from zero, so that moves there and back cancel out.
+int OffsetClip(DeviceContext& context, int dx, int dy) {
+    const ContextState& state = context.State();
+    if (!state.clip)
+        return SIMPLEREGION;
+    Region clip = *state.clip;
+    clip.Offset(MulDiv(dx, state.mapping.viewportExtent.cx, state.mapping.windowExtent.cx),
+                MulDiv(dy, state.mapping.viewportExtent.cy, state.mapping.windowExtent.cy));
+    return context.SetClip(std::move(clip));
+}
+
+int CopyClip(const DeviceContext& context, Region& region) {
+    if (!context.State().clip)
+        return 0;
+    region = *context.State().clip;
+    return 1;
+}
+
 } // namespace
 } // namespace kel::platform
 
@@ -57,17 +98,56 @@ int WINAPI GetClipBox(HDC dc, LPRECT box) {
     return context && box ? WithMemory(ERROR, [&] { return ClipBox(*context, *box); }) : ERROR;
 }
 
-HRGN WINAPI CreateRectRgn(int left, int top, int right, int bottom) {
-    if (CallFails("CreateRectRgn"))
-        return nullptr;
-    return static_cast<HRGN>(WithMemory(HGDIOBJ(), [&] {
-        return AddObject(std::make_shared<RegionObject>(Region(RECT{left, top, right, bottom})));
-    }));
-}
-
 int WINAPI SelectClipRgn(HDC dc, HRGN region) {
     if (CallFails("SelectClipRgn"))
         return ERROR;
     const auto context = FindContext(dc);
     return context ? WithMemory(ERROR, [&] { return SetClipTo(*context, region); }) : ERROR;
+}
+
+int WINAPI ExtSelectClipRgn(HDC dc, HRGN handle, int mode) {
+    if (CallFails("ExtSelectClipRgn"))
+        return ERROR;
+    const auto context = FindContext(dc);
+    if (!context)
+        return ERROR;
+    if (mode < RGN_MIN || mode > RGN_MAX)
+        return Fail(ERROR_INVALID_PARAMETER);
+    if (!handle && mode == RGN_COPY)
+        return context->SetClip(std::nullopt);
+    const auto region = FindObject<RegionObject>(handle);
+    return region ? WithMemory(ERROR, [&] { return CombineClip(*context, region->Pixels(), mode); }) : ERROR;
+}
+
+int WINAPI GetClipRgn(HDC dc, HRGN handle) {
+    if (CallFails("GetClipRgn"))
+        return -1;
+    const auto context = FindContext(dc);
+    const auto region = context ? FindObject<RegionObject>(handle) : nullptr;
+    return region ? WithMemory(-1, [&] { return CopyClip(*context, region->Pixels()); }) : -1;
+}
+
+int WINAPI OffsetClipRgn(HDC dc, int dx, int dy) {
+    if (CallFails("OffsetClipRgn"))
+        return ERROR;
+    const auto context = FindContext(dc);
+    return context ? WithMemory(ERROR, [&] { return OffsetClip(*context, dx, dy); }) : ERROR;
+}
+
+BOOL WINAPI PtVisible(HDC dc, int x, int y) {
+    if (CallFails("PtVisible"))
+        return FALSE;
+    const auto context = FindContext(dc);
+    return context && WithMemory(false, [&] { return context->Visible().Holds(context->ToDevice(POINT{x, y})); });
+}
+
+BOOL WINAPI RectVisible(HDC dc, const RECT* rect) {
+    if (CallFails("RectVisible"))
+        return FALSE;
+    const auto context = FindContext(dc);
+    if (!context)
+        return FALSE;
+    if (!rect)
+        return Fail(ERROR_INVALID_PARAMETER);
+    return WithMemory(false, [&] { return context->Visible().Meets(context->ToDevice(*rect)); });
 }

@@ -18,12 +18,13 @@ __extension__ typedef __int128 Wide; // holds products of differences of coordin
 /// edge share no pixel.
 class Edge {
 public:
-    Edge(POINT a, POINT b)
-        : m_direction(a.y < b.y ? 1 : -1), m_top(a.y < b.y ? a : b), m_bottom(std::max(a.y, b.y)),
-          m_height(std::int64_t{m_bottom} - m_top.y),
-          m_width(std::int64_t{a.y < b.y ? b.x : a.x} - (a.y < b.y ? a.x : b.x)) {}
+    Edge(POINT a, POINT b, int fineness)
+        : m_direction(a.y < b.y ? 1 : -1), m_start(a.y < b.y ? a : b), m_fineness(fineness),
+          m_top(FirstRow(std::min(a.y, b.y))), m_bottom(FirstRow(std::max(a.y, b.y))),
+          m_height(std::abs(std::int64_t{b.y} - a.y)), m_width((std::int64_t{b.x} - a.x) * m_direction),
+          m_divisor(m_height * fineness) {}
 
-    int Top() const { return m_top.y; }
+    int Top() const { return m_top; }
     int Bottom() const { return m_bottom; }
     int Direction() const { return m_direction; }
 
@@ -31,36 +32,41 @@ public:
     std::int64_t Pixel() const { return m_whole + (m_rest > 0); }
 
     void GoTo(int row) {
-        const Wide product = Wide{m_width} * (std::int64_t{row} - m_top.y);
-        m_whole = m_top.x + static_cast<std::int64_t>(product / m_height);
-        m_rest = static_cast<std::int64_t>(product % m_height);
+        const Wide crossing = Wide{m_start.x} * m_height + Wide{m_width} * (std::int64_t{row} * m_fineness - m_start.y);
+        m_whole = static_cast<std::int64_t>(crossing / m_divisor);
+        m_rest = static_cast<std::int64_t>(crossing % m_divisor);
         Settle();
     }
 
     void GoDown() {
         m_whole += m_width / m_height;
-        m_rest += m_width % m_height;
+        m_rest += m_width % m_height * m_fineness;
         Settle();
     }
 
 private:
+    int FirstRow(std::int64_t y) const { return static_cast<int>(y / m_fineness + (y % m_fineness > 0)); }
+
     void Settle() {
         if (m_rest < 0) {
-            m_rest += m_height;
+            m_rest += m_divisor;
             --m_whole;
-        } else if (m_rest >= m_height) {
-            m_rest -= m_height;
+        } else if (m_rest >= m_divisor) {
+            m_rest -= m_divisor;
             ++m_whole;
         }
     }
 
     int m_direction;
-    POINT m_top;
+    POINT m_start; // the upper end
+    int m_fineness;
+    int m_top; // the first row that meets the edge
     int m_bottom;
     std::int64_t m_height;
     std::int64_t m_width; // to the right on the way down
+    std::int64_t m_divisor;
     std::int64_t m_whole = 0;
-    std::int64_t m_rest = 0; // of m_height
+    std::int64_t m_rest = 0; // of m_divisor
 };
 
 /// The edges that are not level, from the top.
@@ -73,7 +79,7 @@ std::vector<Edge> EdgesOf(const Polygons& polygons) {
             const POINT& from = polygons.points[first + i];
             const POINT& to = polygons.points[first + (i + 1) % size];
             if (from.y != to.y)
-                edges.emplace_back(from, to);
+                edges.emplace_back(from, to, polygons.fineness);
         }
         first += size;
     }
@@ -161,8 +167,10 @@ Region EllipseRegion(RECT box) {
 
 Region RoundRectRegion(RECT box, int width, int height) {
     const RECT sides = InOrder(box);
-    const int across = std::min(std::abs(width), sides.right - sides.left);
-    const int down = std::min(std::abs(height), sides.bottom - sides.top);
+    const auto across =
+        static_cast<int>(std::min(std::abs(std::int64_t{width}), std::int64_t{sides.right} - sides.left));
+    const auto down =
+        static_cast<int>(std::min(std::abs(std::int64_t{height}), std::int64_t{sides.bottom} - sides.top));
     if (across < 1 || down < 1)
         return Region(sides);
     const std::vector<int> insets = EllipseInsets(across, down);

@@ -25,9 +25,14 @@ target_sources(kelplatform PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/ObjectCalls.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PixelCopy.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Rectangles.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/RegionCalls.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/RegionData.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/RegionDrawing.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/RegionMaking.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Resolve.cpp
   ${CMAKE_CURRENT_LIST_DIR}/RowKernel.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Run.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/ScanConversion.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Screen.cpp
   ${CMAKE_CURRENT_LIST_DIR}/StockObjects.cpp
   ${CMAKE_CURRENT_LIST_DIR}/StretchMap.cpp

@@ -8,6 +8,7 @@
 /// what is no region or no context fail, with ERROR_INVALID_HANDLE; those that make a region answer null, with
 /// ERROR_NOT_ENOUGH_MEMORY when memory is short.
 
+#include <kelcore/platform/drawingpaths.h>
 #include <kelcore/platform/mappingmodes.h>
 
 /// @name Combinations
@@ -19,12 +20,6 @@
 #define RGN_COPY 5 ///< the first
 #define RGN_MIN RGN_AND
 #define RGN_MAX RGN_COPY
-/// @}
-
-/// @name What is inside a polygon
-/// @{
-#define ALTERNATE 1 ///< what an odd number of edges lies left of
-#define WINDING 2   ///< what the edges run around
 /// @}
 
 #define RDH_RECTANGLES 1
@@ -50,15 +45,16 @@ extern "C" {
 KELPLATFORM_API HRGN WINAPI CreateRectRgn(int left, int top, int right, int bottom);
 KELPLATFORM_API HRGN WINAPI CreateRectRgnIndirect(const RECT* rect);
 
-/// An ellipse that fills the rectangle, but for its last column and row.
+/// An ellipse that fills the rectangle, but for its last column and row; of 1,048,576 pixels a side at most.
 KELPLATFORM_API HRGN WINAPI CreateEllipticRgn(int left, int top, int right, int bottom);
 KELPLATFORM_API HRGN WINAPI CreateEllipticRgnIndirect(const RECT* rect);
 
 /// A rectangle, but for its last column and row, with quarters of an ellipse of that size for corners.
 KELPLATFORM_API HRGN WINAPI CreateRoundRectRgn(int left, int top, int right, int bottom, int width, int height);
 
-/// A polygon, closed from its last point to its first. A pixel belongs to it if its centre does.
-/// @param mode WINDING; every other value is ALTERNATE.
+/// A polygon, closed from its last point to its first. A pixel belongs to it if the point of its own coordinates lies
+/// inside, or on a left or upper edge.
+/// @param mode ALTERNATE or WINDING.
 /// @return null with ERROR_INVALID_PARAMETER for a negative count. Fewer than 3 points hold nothing.
 KELPLATFORM_API HRGN WINAPI CreatePolygonRgn(const POINT* points, int count, int mode);
 
@@ -131,7 +127,8 @@ KELPLATFORM_API BOOL WINAPI RectVisible(HDC dc, const RECT* rect);
 /// @}
 
 /// @name Drawing regions
-/// The region is in logical units. @return FALSE on failure; TRUE also when nothing is visible.
+/// The region is in logical units; brushes are combined with what is there by the mode of SetROP2. FALSE on failure,
+/// TRUE also when nothing is visible.
 /// @{
 KELPLATFORM_API BOOL WINAPI FillRgn(HDC dc, HRGN region, HBRUSH brush);
 
@@ -139,8 +136,8 @@ KELPLATFORM_API BOOL WINAPI FillRgn(HDC dc, HRGN region, HBRUSH brush);
 KELPLATFORM_API BOOL WINAPI PaintRgn(HDC dc, HRGN region);
 KELPLATFORM_API BOOL WINAPI InvertRgn(HDC dc, HRGN region);
 
-/// Draws the pixels of a region that are less than @p width from one left or right of them, or @p height from one above
-/// or below, that is not in it. @return FALSE also for an empty region.
+/// Draws the border of a region: its pixels that have one outside of it @p width to the left or right of them, or
+/// @p height above or below. @return FALSE with ERROR_INVALID_PARAMETER for an empty region.
 KELPLATFORM_API BOOL WINAPI FrameRgn(HDC dc, HRGN region, HBRUSH brush, int width, int height);
 /// @}
 
