@@ -13,10 +13,14 @@
 
 namespace kel::platform {
 
+/// How many units of a fine polygon make a pixel.
+constexpr int kFineness = 16;
+
 /// Closed polygons one behind the other.
 struct Polygons {
     std::vector<POINT> points;
     std::vector<int> counts; ///< of the points of each; those of fewer than 2 have no inside
+    int fineness = 1;        ///< 1: the points are the middles of pixels; kFineness: they lie between these, too
 
     void Add(const POINT* first, int count) {
         points.insert(points.end(), first, first + count);
