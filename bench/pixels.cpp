@@ -1,83 +1,94 @@
-#include "bitmap/pixels/Pixels.h"
 #include "bench/pixels/Painter.h"
 #include "bench/support/Areas.h"
 #include "bench/support/Random.h"
 
+#include <kelcore/bitmap.h>
+
 #include <cstdlib>
 #include <cstring>
 #include <map>
+#include <stdexcept>
 
 namespace kel::bench {
 namespace {
 
 using Runner = std::function<void()>;
-using pixels::BitRows;
-using pixels::Byte;
-using pixels::ConstRows;
-using pixels::Rows;
+using Byte = unsigned char;
 
-Rows Target(const Canvas& canvas) {
-    return {canvas.target, canvas.Stride(), kWidth, kHeight};
-}
-ConstRows Source(const Canvas& canvas) {
-    return {canvas.source, canvas.Stride(), kWidth, kHeight};
-}
-BitRows Mask(const Canvas& canvas) {
-    return {canvas.mask, kWidth / 8};
+constexpr Rect kWhole(0, 0, kWidth, kHeight);
+constexpr unsigned long kFill = 0x0080FF; // kOverlay at half opacity
+
+void Require(bool done) {
+    if (!done)
+        throw std::runtime_error("the member has failed");
 }
 
-Runner Tint(Canvas& c) {
-    return [&c] { pixels::ShadeRows(Target(c), kTint, static_cast<Byte>(c.opacity)); };
+Runner AlphaShade(Canvas& c) {
+    const unsigned long tint = BitmapBase::DibRGB(kTint);
+    return [&c, tint] {
+        Require(c.targetPicture->AlphaShadeBitmap(kWhole, tint, static_cast<Byte>(c.opacity), c.maskPicture));
+    };
 }
-Runner TintMasked(Canvas& c) {
-    return [&c] { pixels::ShadeRowsMasked(Target(c), Mask(c), 0, kTint, static_cast<Byte>(c.opacity)); };
+Runner Combine(Canvas& c) {
+    return [&c] { Require(c.targetPicture->CombineBitmap(*c.sourcePicture, kKey)); };
 }
-Runner CombineKey(Canvas& c) {
-    return [&c] { (c.pixelBytes == 3 ? pixels::CombineKey24 : pixels::CombineKey32)(Target(c), Source(c), kKey); };
-}
-Runner GreyOut(Canvas& c) {
-    return [&c] { (c.pixelBytes == 3 ? pixels::GreyOut24 : pixels::GreyOut32)(Target(c), kKey); };
+Runner Disable(Canvas& c) {
+    return [&c] { Require(c.targetPicture->SetStyleDisabled(kKey)); };
 }
 Runner Find(Canvas& c) {
-    return [&c] { c.found = (c.pixelBytes == 3 ? pixels::Contains24 : pixels::Contains32)(Source(c), kAbsent); };
+    return [&c] { c.found = c.sourcePicture->ContainsColor(kAbsent); };
 }
 Runner Invert(Canvas& c) {
-    return [&c] { pixels::Complement(c.target, c.Bytes()); };
+    return [&c] { Require(c.targetPicture->Invert()); };
 }
-Runner Fill(Canvas& c) {
-    return [&c] { pixels::Fill(c.target, c.Bytes(), 0x5A); };
+Runner Clear(Canvas& c) {
+    return [&c] { Require(c.targetPicture->ClearSurface(0x5A)); };
 }
-Runner OrBitPlane(Canvas& c) {
-    return [&c] { pixels::OrBitPlane(Target(c), Mask(c), 0x08, false); };
+Runner CombinePlane(Canvas& c) {
+    return [&c] { Require(c.targetPicture->Combine1BitTo8Bit(*c.maskPicture, 3, false)); };
 }
-Runner KeyToAlpha(Canvas& c) {
-    return [&c] { pixels::KeyToAlpha(Target(c), kKey); };
+Runner SetTransparence(Canvas& c) {
+    return [&c] { Require(c.targetPicture->SetAlphaTransparence(kKey, 1.0)); };
 }
-Runner KeyToOverlay(Canvas& c) {
-    return [&c] { pixels::KeyToOverlay(Target(c), kKey, kOverlay); };
+Runner SetChannel(Canvas& c) {
+    return [&c] { Require(c.targetPicture->SetAlphaChannel(kWhole, kKey, kFill, 0.5)); };
+}
+Runner Copy(Canvas& c) {
+    return [&c] {
+        const GDIBitmap copy(*c.targetPicture);
+        benchmark::DoNotOptimize(&copy);
+    };
+}
+Runner Detach(Canvas& c) {
+    return [&c] {
+        GDIBitmap copy(*c.targetPicture);
+        Require(copy.LockSurfaceModify() != c.target);
+    };
 }
 
 const Enter<Painter> entered[] = {
-    Enter<Painter>{{"kelcore", "tint 32", true, &Tint}},
-    Enter<Painter>{{"kelcore", "masked tint 32", true, &TintMasked}},
-    Enter<Painter>{{"kelcore", "colour-key 32", true, &CombineKey}},
-    Enter<Painter>{{"kelcore", "colour-key 24", true, &CombineKey}},
-    Enter<Painter>{{"kelcore", "grey-out 32", true, &GreyOut}},
-    Enter<Painter>{{"kelcore", "grey-out 24", true, &GreyOut}},
+    Enter<Painter>{{"kelcore", "tint 32", true, &AlphaShade}},
+    Enter<Painter>{{"kelcore", "masked tint 32", true, &AlphaShade}},
+    Enter<Painter>{{"kelcore", "colour-key 32", true, &Combine}},
+    Enter<Painter>{{"kelcore", "colour-key 24", true, &Combine}},
+    Enter<Painter>{{"kelcore", "grey-out 32", true, &Disable}},
+    Enter<Painter>{{"kelcore", "grey-out 24", true, &Disable}},
     Enter<Painter>{{"kelcore", "find a colour 32", true, &Find}},
     Enter<Painter>{{"kelcore", "find a colour 24", true, &Find}},
     Enter<Painter>{{"kelcore", "invert 32", true, &Invert}},
-    Enter<Painter>{{"kelcore", "fill 32", true, &Fill}},
-    Enter<Painter>{{"kelcore", "or bit plane 8", true, &OrBitPlane}},
-    Enter<Painter>{{"kelcore", "key to alpha 32", true, &KeyToAlpha}},
-    Enter<Painter>{{"kelcore", "key to overlay 32", true, &KeyToOverlay}},
+    Enter<Painter>{{"kelcore", "fill 32", true, &Clear}},
+    Enter<Painter>{{"kelcore", "or bit plane 8", true, &CombinePlane}},
+    Enter<Painter>{{"kelcore", "key to alpha 32", true, &SetTransparence}},
+    Enter<Painter>{{"kelcore", "key to overlay 32", true, &SetChannel}},
+    Enter<Painter>{{"kelcore", "share 32", true, &Copy}},
+    Enter<Painter>{{"kelcore", "detach 32", true, &Detach}},
 };
 
 enum class MaskOf { none, ones, disc, random };
-enum class Limit { pass, copy, read, fill };
+enum class Limit { pass, copy, read, fill, share, copyToNew };
 
 struct Work {
-    const char* name;
+    const char* name; // kelcore's member
     const char* kind;
     std::size_t pixelBytes;
     Limit limit;
@@ -87,22 +98,24 @@ struct Work {
 };
 
 const Work kWorks[] = {
-    {"tint 40% 32", "tint 32", 4, Limit::pass, 102},
-    {"tint 50% 32", "tint 32", 4, Limit::pass, 128},
-    {"tint 40%, mask of ones 32", "masked tint 32", 4, Limit::pass, 102, MaskOf::ones},
-    {"tint 40%, mask of a disc 32", "masked tint 32", 4, Limit::pass, 102, MaskOf::disc},
-    {"tint 40%, random mask 32", "masked tint 32", 4, Limit::pass, 102, MaskOf::random},
-    {"colour-key 32", "colour-key 32", 4, Limit::copy, 0, MaskOf::none, true},
-    {"colour-key 24", "colour-key 24", 3, Limit::copy, 0, MaskOf::none, true},
-    {"grey-out 32", "grey-out 32", 4, Limit::pass},
-    {"grey-out 24", "grey-out 24", 3, Limit::pass},
-    {"find a colour 32", "find a colour 32", 4, Limit::read},
-    {"find a colour 24", "find a colour 24", 3, Limit::read},
-    {"invert 32", "invert 32", 4, Limit::pass},
-    {"fill 32", "fill 32", 4, Limit::fill},
-    {"or bit plane 8", "or bit plane 8", 1, Limit::pass, 0, MaskOf::random},
-    {"key to alpha 32", "key to alpha 32", 4, Limit::pass, 0, MaskOf::none, true},
-    {"key to overlay 32", "key to overlay 32", 4, Limit::pass, 0, MaskOf::none, true},
+    {"AlphaShadeBitmap 40%", "tint 32", 4, Limit::pass, 102},
+    {"AlphaShadeBitmap 50%", "tint 32", 4, Limit::pass, 128},
+    {"AlphaShadeBitmap 40%, mask of ones", "masked tint 32", 4, Limit::pass, 102, MaskOf::ones},
+    {"AlphaShadeBitmap 40%, mask of a disc", "masked tint 32", 4, Limit::pass, 102, MaskOf::disc},
+    {"AlphaShadeBitmap 40%, random mask", "masked tint 32", 4, Limit::pass, 102, MaskOf::random},
+    {"CombineBitmap 32", "colour-key 32", 4, Limit::copy, 0, MaskOf::none, true},
+    {"CombineBitmap 24", "colour-key 24", 3, Limit::copy, 0, MaskOf::none, true},
+    {"SetStyleDisabled 32", "grey-out 32", 4, Limit::pass},
+    {"SetStyleDisabled 24", "grey-out 24", 3, Limit::pass},
+    {"ContainsColor 32", "find a colour 32", 4, Limit::read},
+    {"ContainsColor 24", "find a colour 24", 3, Limit::read},
+    {"Invert 32", "invert 32", 4, Limit::pass},
+    {"ClearSurface 32", "fill 32", 4, Limit::fill},
+    {"Combine1BitTo8Bit", "or bit plane 8", 1, Limit::pass, 0, MaskOf::random},
+    {"SetAlphaTransparence", "key to alpha 32", 4, Limit::pass, 0, MaskOf::none, true},
+    {"SetAlphaChannel", "key to overlay 32", 4, Limit::pass, 0, MaskOf::none, true},
+    {"copy of a GDIBitmap", "share 32", 4, Limit::share},
+    {"Detach 32", "detach 32", 4, Limit::copyToNew},
 };
 
 bool InDisc(std::size_t x, std::size_t y) {
@@ -111,55 +124,72 @@ bool InDisc(std::size_t x, std::size_t y) {
     return dx * dx + dy * dy < 400.0 * 400.0;
 }
 
-// Pictures begin at a page, as the system's do.
-Byte* NewPicture(std::size_t bytes) {
-    constexpr std::size_t kPage = 4096;
-    void* const memory = std::aligned_alloc(kPage, (bytes + kPage - 1) / kPage * kPage);
-    if (memory == nullptr)
-        throw std::bad_alloc();
-    std::memset(memory, 0, bytes);
-    return static_cast<Byte*>(memory);
+// Kept for good.
+GDIBitmap& NewPicture(std::size_t bits) {
+    auto* const picture = new GDIBitmap;
+    Require(picture->CreateBitmap(Size(kWidth, kHeight), static_cast<int>(bits)));
+    return *picture;
+}
+
+Byte* BytesOf(GDIBitmap& picture) {
+    return static_cast<Byte*>(picture.LockSurfaceModify());
 }
 
 // Bytes below 0x80, so that kKey and kAbsent are nowhere but where they are put.
-const Byte* RandomPicture(std::uint64_t seed) {
-    Byte* const picture = NewPicture(4 * kPixels);
+GDIBitmap& RandomPicture(std::size_t pixelBytes, std::uint64_t seed) {
+    GDIBitmap& picture = NewPicture(8 * pixelBytes);
+    Byte* const bytes = BytesOf(picture);
     Random random(seed);
-    for (std::size_t i = 0; i < 4 * kPixels; ++i)
-        picture[i] = static_cast<Byte>(random.Below(0x80));
+    for (std::size_t i = 0; i < pixelBytes * kPixels; ++i)
+        bytes[i] = static_cast<Byte>(random.Below(0x80));
     return picture;
 }
 
-const Byte* Pattern() {
-    static const Byte* const pattern = RandomPicture(51);
-    return pattern;
+// Random pixels.
+const GDIBitmap& Pattern(std::size_t pixelBytes) {
+    static std::map<std::size_t, const GDIBitmap*> pictures;
+    const GDIBitmap*& picture = pictures[pixelBytes];
+    if (picture == nullptr)
+        picture = &RandomPicture(pixelBytes, 51);
+    return *picture;
 }
 
-// Random pixels with a disc of the key colour; kept for all works of the depth.
+// Other random pixels with a disc of the key colour.
 const Byte* WithDisc(std::size_t pixelBytes) {
     static std::map<std::size_t, const Byte*> pictures;
     const Byte*& picture = pictures[pixelBytes];
     if (picture != nullptr)
         return picture;
-    Byte* const fresh = NewPicture(pixelBytes * kPixels);
-    std::memcpy(fresh, Pattern() + 4096, pixelBytes * kPixels - 4096);
+    Byte* const fresh = BytesOf(RandomPicture(pixelBytes, 53));
     for (std::size_t i = 0; pixelBytes >= 3 && i < kPixels; ++i)
         if (InDisc(i % kWidth, i / kWidth))
             std::memcpy(fresh + pixelBytes * i, &kKey, 3);
     return picture = fresh;
 }
 
-const Byte* NewMask(MaskOf kind) {
-    if (kind == MaskOf::none)
-        return nullptr;
-    Byte* const mask = NewPicture(kPixels / 8);
+const GDIBitmap& NewMask(MaskOf kind) {
+    GDIBitmap& mask = NewPicture(1);
+    Byte* const bytes = BytesOf(mask);
     Random random(52);
     for (std::size_t i = 0; i < kPixels; ++i) {
         const bool set =
             kind == MaskOf::disc ? InDisc(i % kWidth, i / kWidth) : kind == MaskOf::ones || random.Below(2) == 0;
-        mask[i / 8] |= static_cast<Byte>(set ? 0x80 >> i % 8 : 0);
+        bytes[i / 8] |= static_cast<Byte>(set ? 0x80 >> i % 8 : 0);
     }
     return mask;
+}
+
+const Byte* BytesOf(const GDIBitmap& picture) {
+    return static_cast<const Byte*>(picture.LockSurface());
+}
+
+Canvas NewCanvas(const Work& work) {
+    GDIBitmap& target = NewPicture(8 * work.pixelBytes);
+    const GDIBitmap& source = Pattern(work.pixelBytes);
+    const GDIBitmap* const mask = work.mask == MaskOf::none ? nullptr : &NewMask(work.mask);
+    return {BytesOf(target), BytesOf(source), mask ? BytesOf(*mask) : nullptr,
+            work.pixelBytes, work.opacity,    false,
+            &target,         &source,         mask};
 }
 
 // One canvas for all who do the work.
@@ -167,8 +197,7 @@ Canvas& CanvasOf(const Work& work) {
     static std::map<const Work*, Canvas> canvases;
     Canvas& canvas = canvases[&work];
     if (canvas.target == nullptr)
-        canvas = {
-            NewPicture(work.pixelBytes * kPixels), Pattern(), NewMask(work.mask), work.pixelBytes, work.opacity, false};
+        canvas = NewCanvas(work);
     return canvas;
 }
 
@@ -210,6 +239,13 @@ __attribute__((target("avx2"))) void PassInPlace(Byte* bytes, std::size_t count)
         bytes[i] ^= 0x5A;
 }
 
+// The copy is used, so that none of it can be left out.
+void CopyToNew(const Byte* bytes, std::size_t count) {
+    const std::unique_ptr<Byte[]> copy(new Byte[count]);
+    benchmark::DoNotOptimize(std::memcpy(copy.get(), bytes, count));
+    benchmark::ClobberMemory();
+}
+
 Runner LimitRun(const Canvas& canvas, Limit limit) {
     Byte* const target = canvas.target;
     const Byte* const source = canvas.source;
@@ -221,13 +257,18 @@ Runner LimitRun(const Canvas& canvas, Limit limit) {
         return [=] { std::memcpy(target, source, bytes); };
     case Limit::read:
         return [=] { benchmark::DoNotOptimize(std::memchr(source, 0xFF, bytes)); };
+    case Limit::share:
+        return [shared = std::make_shared<int>()] { benchmark::DoNotOptimize(std::shared_ptr<int>(shared)); };
+    case Limit::copyToNew:
+        return [=] { CopyToNew(target, bytes); };
     default:
         return [=] { std::memset(target, 0x5A, bytes); };
     }
 }
 
 void AddLimit(const Work& work) {
-    const char* const names[] = {"limit-pass in place", "limit-memcpy", "limit-memchr", "limit-memset"};
+    const char* const names[] = {"limit-pass in place", "limit-memcpy",     "limit-memchr",
+                                 "limit-memset",        "limit-shared_ptr", "limit-new & memcpy"};
     AddJob("pixels", names[static_cast<int>(work.limit)], work.name, [&work] {
         const Canvas& canvas = CanvasOf(work);
         return Call{Timed(LimitRun(canvas, work.limit)), nullptr, Clearing(work, canvas)};

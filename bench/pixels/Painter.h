@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <functional>
 
+class GDIBitmap;
+
 namespace kel::bench {
 
 constexpr int kWidth = 1920;
@@ -17,7 +19,8 @@ constexpr std::uint32_t kKey = 0xFF00FF;    // within a disc
 constexpr std::uint32_t kAbsent = 0xFFFFFF; // in no pixel
 constexpr std::uint32_t kOverlay = 0x7F7F3F00;
 
-/// What is worked on. Rows follow each other without gaps; pixels are blue, green, red, and in 32 bits alpha.
+/// What is worked on: the memory of pictures, which kelcore works on by their members. Rows follow each other without
+/// gaps; pixels are blue, green, red, and in 32 bits alpha.
 struct Canvas {
     unsigned char* target;
     const unsigned char* source; ///< Of the target's size.
@@ -25,6 +28,9 @@ struct Canvas {
     std::size_t pixelBytes;
     int opacity; ///< Of 255.
     bool found;  ///< Where a search leaves its answer.
+    GDIBitmap* targetPicture;
+    const GDIBitmap* sourcePicture;
+    const GDIBitmap* maskPicture; ///< Null without a mask.
 
     std::size_t Bytes() const { return kPixels * pixelBytes; }
     int Stride() const { return static_cast<int>(kWidth * pixelBytes); }

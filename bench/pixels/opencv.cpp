@@ -88,6 +88,20 @@ Runner KeyToOverlay(Canvas& canvas) {
     };
 }
 
+// A matrix that owns its pixels, as one that does not counts nothing.
+Runner Share(Canvas& canvas) {
+    const cv::Mat owner = Matrix(canvas, canvas.target).clone();
+    return [=] {
+        const cv::Mat copy(owner);
+        benchmark::DoNotOptimize(&copy);
+    };
+}
+
+Runner Clone(Canvas& canvas) {
+    const cv::Mat target = Matrix(canvas, canvas.target);
+    return [=] { benchmark::DoNotOptimize(target.clone().data); };
+}
+
 const Enter<Painter> entered[] = {
     Enter<Painter>{{"opencv", "tint 32", false, &Tint}},
     Enter<Painter>{{"opencv", "colour-key 32", true, &CombineKey}},
@@ -100,6 +114,8 @@ const Enter<Painter> entered[] = {
     Enter<Painter>{{"opencv", "fill 32", true, &Fill}},
     Enter<Painter>{{"opencv", "key to alpha 32", true, &KeyToAlpha}},
     Enter<Painter>{{"opencv", "key to overlay 32", true, &KeyToOverlay}},
+    Enter<Painter>{{"opencv", "share 32", true, &Share}},
+    Enter<Painter>{{"opencv", "detach 32", true, &Clone}},
 };
 
 } // namespace

@@ -38,10 +38,24 @@ Runner Invert(Canvas& canvas) {
     return [image = ImageOf(canvas)]() mutable { image.invertPixels(QImage::InvertRgba); };
 }
 
+Runner Share(Canvas& canvas) {
+    return [image = ImageOf(canvas)] {
+        const QImage copy(image);
+        benchmark::DoNotOptimize(&copy);
+    };
+}
+
+Runner Detach(Canvas& canvas) {
+    return [image = ImageOf(canvas)] {
+        QImage copy(image);
+        benchmark::DoNotOptimize(copy.bits());
+    };
+}
+
 const Enter<Painter> entered[] = {
-    Enter<Painter>{{"qt", "tint 32", false, &Tint}},
-    Enter<Painter>{{"qt", "fill 32", false, &Fill}},
-    Enter<Painter>{{"qt", "invert 32", false, &Invert}},
+    Enter<Painter>{{"qt", "tint 32", false, &Tint}},     Enter<Painter>{{"qt", "fill 32", false, &Fill}},
+    Enter<Painter>{{"qt", "invert 32", false, &Invert}}, Enter<Painter>{{"qt", "share 32", true, &Share}},
+    Enter<Painter>{{"qt", "detach 32", true, &Detach}},
 };
 
 } // namespace
