@@ -133,6 +133,9 @@ bool GDIBitmap::Image::WriteRows(BITMAPINFO* header, void* rows) const {
 }
 
 bool GDIBitmap::Image::CopyTable(const IBitmap& source) {
+    const auto* const bitmap = dynamic_cast<const GDIBitmap*>(&source);
+    if (bitmap && bitmap->m_pImage->handle && !bitmap->m_pImage->bits)
+        return TakeTable(bitmap->m_pImage->handle);
     const RGBQUAD* const table = source.LockPalette();
     if (!table)
         return false;

@@ -58,6 +58,6 @@ struct GDIBitmap::Image {
     /// @return false when either cannot be reached; nothing has been copied then.
     bool CopyFrom(const IBitmap& source);
 
-    /// Takes over the colours of a picture of the same depth.
+    /// Takes over the colours of a picture of the same depth; those of a system picture are its bitmap's.
     bool CopyTable(const IBitmap& source);
 };

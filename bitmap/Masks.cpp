@@ -57,8 +57,8 @@ GDIBitmap GDIBitmap::CreateMaskBmp(const IBitmap& source, const Size& size, unsi
     MonoBitmap mono;
     kel::MemoryContext from;
     kel::MemoryContext to;
-    if (!from.Get() || !to.Get() || !WorkingCopy(copy, source, size) || !from.Select(copy.m_pImage->handle) ||
-        !to.Select(mono.Make(size)) || !copy.m_pImage->FollowTable(from.Get()) ||
+    if (!from.Get() || !to.Get() || !WorkingCopy(copy, source, size) || !mono.Make(size) ||
+        !from.Select(copy.m_pImage->handle) || !to.Select(mono.Get()) || !copy.m_pImage->FollowTable(from.Get()) ||
         !BlitMask(to.Get(), size, from.Get(), copy.GetDimension(), transparent))
         return GDIBitmap();
     if (keepDeviceMask)

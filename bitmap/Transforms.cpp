@@ -120,10 +120,8 @@ bool GDIBitmap::Crop(const Rect& part) {
     const Image& image = *cropped.m_pImage;
     kel::MemoryContext context;
     bool done = context.Select(image.handle);
-    if (done && image.HasBitmapTable()) {
-        std::copy_n(m_pImage->Table(), image.TableSize(), image.Table());
-        done = image.FollowTable(context.Get());
-    }
+    if (done && image.HasBitmapTable())
+        done = cropped.m_pImage->CopyTable(*this) && image.FollowTable(context.Get());
     done = done && Draw(context.Get(), kel::WholeOf(size), kept, SRCCOPY);
     context.End();
     Share(cropped.m_pImage);

@@ -1,4 +1,6 @@
 #include "tests/bitmap/Pictures.h"
+#include "tests/support/AllocationMeter.h"
+#include "tests/support/Faults.h"
 
 TEST_CASE("copies share a picture until one of them changes it") {
     for (const int bits : {1, 8, 24, 32}) {
@@ -28,6 +30,22 @@ TEST_CASE("copies share a picture until one of them changes it") {
     CHECK_FALSE(empty.IsEqual(MemoryPicture()));
     IBitmap* const clone = copy.GetClone();
     CHECK((copy.IsEqual(*clone) && clone->AddRef() == 2 && clone->Release() == 1 && clone->Release() == 0));
+}
+
+TEST_CASE("a copy allocates nothing, and of all changes to it the first alone makes a picture") {
+    const GDIBitmap dib = Painted({6, 4}, 24), device = OnDevice(dib);
+    for (const GDIBitmap* const original : {&dib, &device}) {
+        const std::size_t allocated = AllocatedSoFar();
+        GDIBitmap copy(*original), other(copy);
+        other = *original;
+        const std::size_t allocatedByCopies = AllocatedSoFar() - allocated;
+        CHECK(allocatedByCopies == 0);
+        const std::size_t handles = kel::test::OpenHandles();
+        const HBITMAP own = copy.GetHandle(true);
+        CHECK((own != other.GetHandle() && other == *original));
+        CHECK((copy.Invert() && copy.ExtClearSurface(1) && copy.LockPaletteModify() && copy.GetHandle(true) == own));
+        CHECK(kel::test::OpenHandles() == handles + (kel::test::FaultsAvailable() ? 1 : 0));
+    }
 }
 
 TEST_CASE("new pictures are blank, and sizes that cannot be leave the picture empty") {

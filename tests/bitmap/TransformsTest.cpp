@@ -107,6 +107,10 @@ TEST_CASE("a mask is white where the source has the colour") {
         CheckPixels(mask, marked);
         CheckPixels(inverted, [&](int x, int y) { return 1 - marked(x, y); });
         GDIBitmap device = GDIBitmap::CreateMaskBmp(picture, {70, 10}, 0xFF00FF, true);
+        GDIBitmap resized(device), cropped(device);
+        CHECK((resized.Resize({35, 5}) && cropped.Crop({60, 4, 70, 10})));
+        CheckPixels(resized, marked);
+        CheckPixels(cropped, [&](int x, int y) { return marked(30 + x / 2, 2 + y / 2); });
         CHECK((device.LockSurface() == nullptr && device.GetBitsPerPixel() == 1 && device.ConvertSysBitmap2DIB()));
         CheckPixels(device, [&](int x, int y) { return marked(x / 2, y / 2); });
     }

@@ -1,4 +1,4 @@
-#include "tests/stream/AllocationMeter.h"
+#include "tests/support/AllocationMeter.h"
 #include "tests/stream/Probes.h"
 #include "tests/stream/SampleGraph.h"
 

@@ -1,4 +1,4 @@
-#include "tests/stream/AllocationMeter.h"
+#include "tests/support/AllocationMeter.h"
 
 #include <atomic>
 #include <cstdlib>
