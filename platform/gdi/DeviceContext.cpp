@@ -3,6 +3,7 @@
 #include "platform/gdi/Colours.h"
 #include "platform/gdi/Screen.h"
 #include "platform/gdi/StockObjects.h"
+#include "platform/gdi/text/FontObject.h"
 
 #include <algorithm>
 
@@ -16,6 +17,7 @@ DeviceContext::DeviceContext(Kind kind, std::shared_ptr<const DrawingArea> area)
         m_state.bitmap = Selected(StockBitmap());
     m_state.brush = Selected(Stock<BrushObject>(WHITE_BRUSH));
     m_state.pen = Selected(Stock<PenObject>(BLACK_PEN));
+    m_state.font = Selected<GdiObject>(Stock<FontObject>(SYSTEM_FONT));
     m_state.palette = Selected<GdiObject>(Stock<PaletteObject>(DEFAULT_PALETTE));
 }
 

@@ -13,6 +13,17 @@
 
 namespace kel::platform {
 
+class SizedFont;
+
+/// The selected font in the size that the mapping gives it, as text was drawn or measured last (ContextFont).
+struct RealizedFont {
+    std::shared_ptr<SizedFont> font;
+    std::shared_ptr<const GdiObject> object; ///< what it was made from: this, and all below
+    SIZE window{0, 0};
+    SIZE viewport{0, 0};
+    unsigned files = 0;
+};
+
 /// What SaveDC puts aside.
 struct ContextState {
     Selected<BitmapObject> bitmap; ///< of a memory context
@@ -30,6 +41,8 @@ struct ContextState {
     int backMode = OPAQUE;
     int rasterMode = R2_COPYPEN;
     int stretchMode = BLACKONWHITE;
+    UINT textAlign = 0; ///< TA_ flags
+    int characterExtra = 0;
     float miterLimit = 10;
 };
 
@@ -87,6 +100,8 @@ public:
     /// From device to logical units.
     POINT ToLogical(POINT point) const { return m_state.mapping.ToLogical(point); }
 
+    RealizedFont& Realized() { return m_realized; }
+
     /// The colour that @p brush, if it has one, draws with in this context.
     COLORREF ColourOf(const BrushObject& brush) const;
 
@@ -100,6 +115,7 @@ private:
     ContextState m_state;
     std::vector<ContextState> m_saved;
     std::optional<Region> m_visible;       // made when asked for
+    RealizedFont m_realized;
     mutable std::uint8_t m_stockPixel = 0; // of the stock bitmap
 };
 

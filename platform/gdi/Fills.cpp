@@ -3,8 +3,6 @@
 #include "platform/gdi/Resolve.h"
 #include "platform/kernel/Faults.h"
 
-#include <kelcore/platform/textdrawing.h>
-
 #include <kelcore/platform/shapes.h>
 
 namespace kel::platform {
@@ -19,16 +17,6 @@ void Fill(DeviceContext& context, const RECT& rect, Pattern pattern) {
     job.rop = PATCOPY >> 16;
     job.pattern = std::move(pattern);
     Run(job);
-}
-
-// Text has no part in this; there are no fonts yet.
-bool DrawOpaque(DeviceContext& context, UINT options, const RECT* rect) {
-    if (!(options & ETO_OPAQUE) || !rect)
-        return true;
-    Pattern pattern;
-    pattern.solid = PixelFor(context.Target(), context.State().backColour);
-    Fill(context, *rect, std::move(pattern));
-    return true;
 }
 
 bool FillWith(DeviceContext& context, const RECT& rect, const BrushObject& brush) {
@@ -58,14 +46,6 @@ COLORREF Set(DeviceContext& context, POINT device, COLORREF colour) {
 } // namespace kel::platform
 
 using namespace kel::platform;
-
-BOOL WINAPI ExtTextOutA(HDC dc, int /*x*/, int /*y*/, UINT options, const RECT* rect, LPCSTR /*text*/, UINT /*count*/,
-                        const INT* /*advances*/) {
-    if (CallFails("ExtTextOutA"))
-        return FALSE;
-    const auto context = FindContext(dc);
-    return context && WithMemory(false, [&] { return DrawOpaque(*context, options, rect); });
-}
 
 int WINAPI FillRect(HDC dc, const RECT* rect, HBRUSH handle) {
     if (CallFails("FillRect") || !rect)

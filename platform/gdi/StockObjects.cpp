@@ -2,6 +2,7 @@
 
 #include "platform/gdi/Brushes.h"
 #include "platform/gdi/Colours.h"
+#include "platform/gdi/text/FontObject.h"
 
 #include <array>
 #include <cstring>
@@ -31,6 +32,9 @@ std::array<HGDIOBJ, kStockObjects> MakeStockObjects() {
     objects[BLACK_PEN] = AddPen(PS_SOLID, RGB(0, 0, 0));
     objects[NULL_PEN] = AddPen(PS_NULL, RGB(0, 0, 0));
     objects[DC_BRUSH] = AddBrush(BS_SOLID, RGB(255, 255, 255));
+    for (const int font : {OEM_FIXED_FONT, ANSI_FIXED_FONT, ANSI_VAR_FONT, SYSTEM_FONT, DEVICE_DEFAULT_FONT,
+                           SYSTEM_FIXED_FONT, DEFAULT_GUI_FONT})
+        objects[static_cast<std::size_t>(font)] = AddObject(MakeStockFont(font), /*stock*/ true);
     const auto& palette = DefaultPalette();
     objects[DEFAULT_PALETTE] = AddObject(
         std::make_shared<PaletteObject>(std::vector<RGBQUAD>(palette.begin(), palette.end())), /*stock*/ true);

@@ -86,7 +86,7 @@ typedef INT* LPINT;
 /// @}
 
 /// @name Character sets
-/// SYMBOL_CHARSET chooses a symbol font; the others do not change the choice: every face is asked for what it has.
+/// They do not change the choice: every face is asked for the characters it has.
 /// @{
 #define ANSI_CHARSET 0
 #define DEFAULT_CHARSET 1
@@ -165,7 +165,7 @@ KELPLATFORM_API HFONT WINAPI CreateFontA(int height, int width, int escapement, 
                                          DWORD outPrecision, DWORD clipPrecision, DWORD quality, DWORD pitchAndFamily,
                                          LPCSTR face);
 
-/// Adds the faces of a font file for this process, found by name before the installed ones. A file that is added
+/// Adds the faces of a font file for this process, to be found by name as the installed ones are. A file that is added
 /// several times is there until it is removed as often.
 /// @param options FR_PRIVATE, FR_NOT_ENUM: this process only, which is so in any case. @param reserved null.
 /// @return how many faces it has; 0 if it cannot be read, with ERROR_FILE_NOT_FOUND, or ERROR_INVALID_PARAMETER.
@@ -179,7 +179,7 @@ KELPLATFORM_API BOOL WINAPI GetTextMetricsA(HDC dc, LPTEXTMETRICA metrics);
 
 /// The face name that the selected font's description asks for, or, where it asks for none, that of the chosen face.
 /// @param count bytes that @p name has room for; a longer name is cut. @param name null asks for the size.
-/// @return the bytes stored, or needed, with the NUL at the end; 0 on failure.
+/// @return the bytes needed, with the NUL at the end, or stored, without it; 0 on failure.
 KELPLATFORM_API int WINAPI GetTextFaceA(HDC dc, int count, LPSTR name);
 
 /// The widths of the characters @p first to @p last of the selected font: 16-bit units, or characters of the ANSI code

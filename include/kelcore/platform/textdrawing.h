@@ -61,7 +61,6 @@
 #define DST_TEXT 0x0001
 #define DST_PREFIXTEXT 0x0002
 #define DSS_NORMAL 0x0000
-#define DSS_UNION 0x0010    ///< dithered
 #define DSS_DISABLED 0x0020 ///< embossed
 #define DSS_MONO 0x0080     ///< in the colour of the brush
 #define DSS_HIDEPREFIX 0x0200
@@ -112,8 +111,8 @@ KELPLATFORM_API BOOL WINAPI GetTextExtentPoint32W(HDC dc, LPCWSTR text, int coun
 /// Lays text out in a rectangle and draws it: lines broken at line ends (CR, LF or both) and, with DT_WORDBREAK,
 /// between words; aligned; shortened with "..." where a DT_..._ELLIPSIS format asks for it and the text does not fit;
 /// '&' underlines the character behind it, "&&" is one '&' (unless DT_NOPREFIX).
-/// @param text with DT_MODIFYSTRING together with an ellipsis format, the shortened text is written back and may take
-///        up to 4 bytes more than it had.
+/// @param text with DT_MODIFYSTRING together with an ellipsis format, the text that is shown is written back if it was
+///        shortened, of several lines the last one that was; it may take up to 4 bytes more than it had.
 /// @param count the length, or -1: up to the NUL.
 /// @param rect with DT_CALCRECT nothing is drawn: the right and bottom edges are set so that the text fits (lines are
 ///        broken at the right edge there was).
@@ -126,8 +125,8 @@ KELPLATFORM_API int WINAPI DrawTextW(HDC dc, LPCWSTR text, int count, LPRECT rec
 
 /// Draws one line of text with tabs.
 /// @param stopCount 0: a stop every 8 average characters; 1: every @p stops[0] units; more: where the array says, in
-///        rising order, from @p origin on. A negative stop aligns the text before it to the right. Behind the last stop
-///        a tab has no width.
+///        rising order, from @p origin on, and behind the last one every 8 average characters again. A negative stop is
+///        where the text behind the tab ends.
 /// @param origin where the stops are counted from.
 /// @return the width in the low and the height in the high 16 bits; 0 on failure.
 KELPLATFORM_API LONG WINAPI TabbedTextOutA(HDC dc, int x, int y, LPCSTR text, int count, int stopCount,
@@ -140,7 +139,7 @@ KELPLATFORM_API DWORD WINAPI GetTabbedTextExtentA(HDC dc, LPCSTR text, int count
 /// @param brush for DSS_MONO. @param callback null: there is no drawing by callback.
 /// @param text an LPCSTR. @param length 0: up to the NUL.
 /// @param width of the rectangle the text is drawn in; with a @p height of 0 as well the text's own.
-/// @param flags DST_TEXT or DST_PREFIXTEXT, and DSS_ states. Other kinds are refused (ERROR_INVALID_PARAMETER).
+/// @param flags DST_TEXT or DST_PREFIXTEXT, and DSS_ states. Others are refused (ERROR_INVALID_PARAMETER).
 /// @return FALSE on failure.
 KELPLATFORM_API BOOL WINAPI DrawStateA(HDC dc, HBRUSH brush, DRAWSTATEPROC callback, LPARAM text, WPARAM length, int x,
                                        int y, int width, int height, UINT flags);

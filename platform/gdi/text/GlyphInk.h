@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/gdi/Surface.h"
+#include "platform/gdi/text/GlyphCache.h"
+
+namespace kel::platform {
+
+/// Draws glyphs in one colour on a surface. What a pixel is covered by decides how far it goes from the colour it has
+/// to the ink's; surfaces with colour tables take the ink's colour where half of a pixel and more is covered.
+class GlyphInk {
+public:
+    GlyphInk(const Surface& target, COLORREF colour);
+
+    /// Draws the part of @p glyph, placed at (@p x, @p y), that lies in @p area, which lies within the surface.
+    void Draw(const Glyph& glyph, int x, int y, const RECT& area) const;
+
+private:
+    using Row = void (*)(const GlyphInk& ink, std::uint8_t* row, int x, const std::uint8_t* mask, int count);
+
+    static void RowOf32(const GlyphInk& ink, std::uint8_t* row, int x, const std::uint8_t* mask, int count);
+    static void RowOf24(const GlyphInk& ink, std::uint8_t* row, int x, const std::uint8_t* mask, int count);
+    static void RowOf16(const GlyphInk& ink, std::uint8_t* row, int x, const std::uint8_t* mask, int count);
+    static void RowOfTable(const GlyphInk& ink, std::uint8_t* row, int x, const std::uint8_t* mask, int count);
+
+    Surface m_target;
+    std::uint32_t m_pixel; // the colour as it is stored
+    Row m_row;
+};
+
+} // namespace kel::platform
