@@ -1,4 +1,4 @@
-#include "platform/gdi/Resolve.h"
+#include "platform/gdi/Painting.h"
 #include "platform/kernel/Faults.h"
 
 namespace kel::platform {
@@ -15,6 +15,11 @@ bool Draw(HDC target, const LogicalBox& to, HDC source, const LogicalBox& from, 
         return false;
     return WithMemory(false, [&] {
         RasterJob job = JobOn(*context, to);
+        if (!origin && NeedsPattern(operation >> 16 & 0xFF)) {
+            job.rop = static_cast<std::uint8_t>(operation >> 16);
+            RunWith(job, *context, *context->State().brush);
+            return true;
+        }
         if (origin)
             DrawFrom(job, *context, *origin, from);
         if (Operate(job, *context, operation))

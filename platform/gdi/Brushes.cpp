@@ -1,7 +1,10 @@
 #include "platform/gdi/Brushes.h"
 
+#include "platform/gdi/DibFormat.h"
 #include "platform/gdi/StockObjects.h"
 #include "platform/kernel/Faults.h"
+
+#include <kelcore/platform/globalmemory.h>
 
 #include <algorithm>
 #include <cstring>
@@ -9,14 +12,11 @@
 namespace kel::platform {
 namespace {
 
-template <class Handle, class Object, class... Arguments>
-Handle Make(Arguments&&... arguments) {
-    return static_cast<Handle>(WithMemory(
-        HGDIOBJ(), [&] { return AddObject(std::make_shared<Object>(std::forward<Arguments>(arguments)...)); }));
-}
+using Brush = std::shared_ptr<BrushObject>;
 
-HBRUSH MakeBrush(UINT style, COLORREF colour, ULONG_PTR hatch) {
-    return Make<HBRUSH, BrushObject>(LOGBRUSH{style, colour, hatch});
+Brush Refused() {
+    Fail(ERROR_INVALID_PARAMETER);
+    return nullptr;
 }
 
 // The brush keeps a copy, so that the bitmap may be drawn on and deleted.
@@ -26,47 +26,59 @@ std::shared_ptr<const BitmapObject> CopyOf(const BitmapObject& bitmap) {
     return copy;
 }
 
-HBRUSH MakePatternBrush(HBITMAP handle) {
+Brush PatternBrush(HBITMAP handle) {
     const auto bitmap = FindObject<BitmapObject>(handle);
     if (!bitmap)
         return nullptr;
-    return WithMemory(HBRUSH(), [&] {
-        const LOGBRUSH description{BS_PATTERN, 0, reinterpret_cast<ULONG_PTR>(handle)};
-        return Make<HBRUSH, BrushObject>(description, CopyOf(*bitmap));
-    });
+    return std::make_shared<BrushObject>(LOGBRUSH{BS_PATTERN, 0, reinterpret_cast<ULONG_PTR>(handle)}, CopyOf(*bitmap));
 }
 
-HBRUSH MakeHatchBrush(int hatch, COLORREF colour) {
+Brush HatchBrush(int hatch, COLORREF colour) {
     if (hatch < HS_HORIZONTAL || hatch > HS_DIAGCROSS)
-        return Fail(ERROR_INVALID_PARAMETER), nullptr;
-    return MakeBrush(BS_HATCHED, colour, static_cast<ULONG_PTR>(hatch));
+        return Refused();
+    return std::make_shared<BrushObject>(LOGBRUSH{BS_HATCHED, colour, static_cast<ULONG_PTR>(hatch)});
 }
 
-HBRUSH MakeBrush(const LOGBRUSH& description) {
-    switch (description.lbStyle) {
-    case BS_SOLID:
-        return MakeBrush(BS_SOLID, description.lbColor, /*hatch*/ 0);
-    case BS_NULL:
-        return static_cast<HBRUSH>(StockObject(NULL_BRUSH));
-    case BS_HATCHED:
-        return MakeHatchBrush(static_cast<int>(description.lbHatch), description.lbColor);
-    case BS_PATTERN:
-        return MakePatternBrush(reinterpret_cast<HBITMAP>(description.lbHatch));
-    default:
-        return Fail(ERROR_INVALID_PARAMETER), nullptr;
-    }
+// The rows follow the colour table, which has as many entries as the header says.
+const std::uint8_t* RowsOf(const BITMAPINFOHEADER& header, const DibFormat& format) {
+    const std::size_t table = format.bitFields ? 3 * sizeof(DWORD) : format.table.size() * sizeof(RGBQUAD);
+    const bool inHeader = format.bitFields && AfterHeader(header) != static_cast<const void*>(&header + 1);
+    return static_cast<const std::uint8_t*>(AfterHeader(header)) + (inHeader ? 0 : table);
 }
 
-HPEN MakePen(const LOGPEN& description) {
-    if (description.lopnStyle == PS_NULL)
-        return static_cast<HPEN>(StockObject(NULL_PEN));
-    return Make<HPEN, PenObject>(description);
+Brush DibBrush(const void* dib, UINT usage) {
+    DibFormat format;
+    if (!dib || usage != DIB_RGB_COLORS)
+        return Refused();
+    const auto& info = *static_cast<const BITMAPINFO*>(dib);
+    if (!ReadDibFormat(info, usage, /*context*/ nullptr, format))
+        return nullptr;
+    const std::uint8_t* rows = RowsOf(info.bmiHeader, format);
+    auto pattern = std::make_shared<BitmapObject>(BitmapLayout{format.width, format.height, format.format,
+                                                               /*section*/ true, format.topDown, format.bitFields,
+                                                               std::move(format.table)});
+    std::memcpy(pattern->Memory(), rows, static_cast<std::size_t>(format.rowBytes) * format.height);
+    return std::make_shared<BrushObject>(LOGBRUSH{BS_DIBPATTERN, 0, reinterpret_cast<ULONG_PTR>(dib)},
+                                         std::move(pattern));
 }
 
-std::string Hexadecimal(COLORREF colour) {
-    char digits[16];
-    std::snprintf(digits, sizeof digits, "%06x", colour);
-    return digits;
+Brush MemoryBrush(const LOGBRUSH& description) {
+    const auto memory = reinterpret_cast<HGLOBAL>(description.lbHatch);
+    const void* dib = GlobalLock(memory);
+    if (!dib)
+        return nullptr;
+    Brush brush = DibBrush(dib, description.lbColor);
+    GlobalUnlock(memory);
+    return brush;
+}
+
+/// Gives the object that @p make makes a handle.
+template <class Make>
+HBRUSH Handle(Make make) {
+    return static_cast<HBRUSH>(WithMemory(HGDIOBJ(), [&] {
+        Brush brush = make();
+        return brush ? AddObject(std::move(brush)) : nullptr;
+    }));
 }
 
 } // namespace
@@ -84,6 +96,30 @@ std::string BrushObject::Details() const {
     return "style " + std::to_string(Style()) + " colour " + Hexadecimal(Colour());
 }
 
+std::string Hexadecimal(COLORREF colour) {
+    char digits[16];
+    std::snprintf(digits, sizeof digits, "%06x", colour);
+    return digits;
+}
+
+Brush MakeBrushObject(const LOGBRUSH& description) {
+    switch (description.lbStyle) {
+    case BS_SOLID:
+    case BS_NULL:
+        return std::make_shared<BrushObject>(LOGBRUSH{description.lbStyle, description.lbColor, /*hatch*/ 0});
+    case BS_HATCHED:
+        return HatchBrush(static_cast<int>(description.lbHatch), description.lbColor);
+    case BS_PATTERN:
+        return PatternBrush(reinterpret_cast<HBITMAP>(description.lbHatch));
+    case BS_DIBPATTERN:
+        return MemoryBrush(description);
+    case BS_DIBPATTERNPT:
+        return DibBrush(reinterpret_cast<const void*>(description.lbHatch), description.lbColor);
+    default:
+        return Refused();
+    }
+}
+
 const std::uint8_t* HatchRows(int hatch) {
     static constexpr std::uint8_t kRows[][8] = {
         {0x00, 0x00, 0x00, 0xFF, 0x00, 0x00, 0x00, 0x00}, // horizontal
@@ -96,49 +132,34 @@ const std::uint8_t* HatchRows(int hatch) {
     return kRows[hatch];
 }
 
-int PenObject::Describe(int size, void* buffer) const {
-    if (buffer && size < static_cast<int>(sizeof m_description))
-        return 0;
-    if (buffer)
-        std::memcpy(buffer, &m_description, sizeof m_description);
-    return sizeof m_description;
-}
-
-std::string PenObject::Details() const {
-    return "style " + std::to_string(m_description.lopnStyle) + " width " + std::to_string(m_description.lopnWidth.x) +
-           " colour " + Hexadecimal(m_description.lopnColor);
-}
-
 } // namespace kel::platform
 
 using namespace kel::platform;
 
 HBRUSH WINAPI CreateSolidBrush(COLORREF colour) {
-    return CallFails("CreateSolidBrush") ? nullptr : MakeBrush(BS_SOLID, colour, /*hatch*/ 0);
+    if (CallFails("CreateSolidBrush"))
+        return nullptr;
+    return Handle([&] { return MakeBrushObject({BS_SOLID, colour, /*hatch*/ 0}); });
 }
 
 HBRUSH WINAPI CreateHatchBrush(int hatch, COLORREF colour) {
-    return CallFails("CreateHatchBrush") ? nullptr : MakeHatchBrush(hatch, colour);
+    return CallFails("CreateHatchBrush") ? nullptr : Handle([&] { return HatchBrush(hatch, colour); });
 }
 
 HBRUSH WINAPI CreatePatternBrush(HBITMAP bitmap) {
-    return CallFails("CreatePatternBrush") ? nullptr : MakePatternBrush(bitmap);
+    return CallFails("CreatePatternBrush") ? nullptr : Handle([&] { return PatternBrush(bitmap); });
+}
+
+HBRUSH WINAPI CreateDIBPatternBrushPt(const void* dib, UINT usage) {
+    return CallFails("CreateDIBPatternBrushPt") ? nullptr : Handle([&] { return DibBrush(dib, usage); });
 }
 
 HBRUSH WINAPI CreateBrushIndirect(const LOGBRUSH* brush) {
     if (CallFails("CreateBrushIndirect"))
         return nullptr;
-    return brush ? MakeBrush(*brush) : (Fail(ERROR_INVALID_PARAMETER), nullptr);
-}
-
-HPEN WINAPI CreatePen(int style, int width, COLORREF colour) {
-    if (CallFails("CreatePen"))
-        return nullptr;
-    return MakePen({static_cast<UINT>(style), {width, 0}, colour});
-}
-
-HPEN WINAPI CreatePenIndirect(const LOGPEN* pen) {
-    if (CallFails("CreatePenIndirect"))
-        return nullptr;
-    return pen ? MakePen(*pen) : (Fail(ERROR_INVALID_PARAMETER), nullptr);
+    if (!brush)
+        return Fail(ERROR_INVALID_PARAMETER), nullptr;
+    if (brush->lbStyle == BS_NULL)
+        return static_cast<HBRUSH>(StockObject(NULL_BRUSH));
+    return Handle([&] { return MakeBrushObject(*brush); });
 }

@@ -1,11 +1,11 @@
 #pragma once
 
 /// @file
-/// Brushes and pens.
+/// Brushes.
 
 #include "platform/gdi/BitmapObject.h"
 
-#include <kelcore/platform/pens.h>
+#include <kelcore/platform/brushes.h>
 
 namespace kel::platform {
 
@@ -39,19 +39,11 @@ private:
 /// The eight rows of a hatch, the left pixel in bit 7; a set bit is a line.
 const std::uint8_t* HatchRows(int hatch);
 
-class PenObject final : public GdiObject {
-public:
-    static constexpr GdiType kType = GdiType::Pen;
+/// The object that @p description asks for, without a handle. @return null, with the last error set, if there is none.
+/// @throws std::bad_alloc
+std::shared_ptr<BrushObject> MakeBrushObject(const LOGBRUSH& description);
 
-    explicit PenObject(const LOGPEN& description) : GdiObject(kType), m_description(description) {}
-
-    DWORD PublicType() const override { return OBJ_PEN; }
-    int Describe(int size, void* buffer) const override;
-    std::string Details() const override;
-    const LOGPEN& Description() const { return m_description; }
-
-private:
-    const LOGPEN m_description;
-};
+/// For the ledger.
+std::string Hexadecimal(COLORREF colour);
 
 } // namespace kel::platform

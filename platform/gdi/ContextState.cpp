@@ -1,6 +1,8 @@
 #include "platform/gdi/DeviceContext.h"
 #include "platform/kernel/Faults.h"
 
+#include <kelcore/platform/shapes.h>
+
 #include <utility>
 
 namespace kel::platform {
@@ -61,6 +63,10 @@ COLORREF WINAPI SetDCBrushColor(HDC dc, COLORREF colour) {
     return Set("SetDCBrushColor", dc, &ContextState::brushColour, colour, CLR_INVALID);
 }
 
+COLORREF WINAPI SetDCPenColor(HDC dc, COLORREF colour) {
+    return Set("SetDCPenColor", dc, &ContextState::penColour, colour, CLR_INVALID);
+}
+
 int WINAPI SetBkMode(HDC dc, int mode) {
     return SetMode("SetBkMode", dc, &ContextState::backMode, mode, TRANSPARENT, OPAQUE);
 }
@@ -75,6 +81,22 @@ int WINAPI SetROP2(HDC dc, int mode) {
 
 int WINAPI GetROP2(HDC dc) {
     return Get("GetROP2", dc, &ContextState::rasterMode, 0);
+}
+
+int WINAPI SetPolyFillMode(HDC dc, int mode) {
+    return SetMode("SetPolyFillMode", dc, &ContextState::fillMode, mode, ALTERNATE, WINDING);
+}
+
+int WINAPI GetPolyFillMode(HDC dc) {
+    return Get("GetPolyFillMode", dc, &ContextState::fillMode, 0);
+}
+
+int WINAPI SetArcDirection(HDC dc, int direction) {
+    return SetMode("SetArcDirection", dc, &ContextState::arcDirection, direction, AD_COUNTERCLOCKWISE, AD_CLOCKWISE);
+}
+
+int WINAPI GetArcDirection(HDC dc) {
+    return Get("GetArcDirection", dc, &ContextState::arcDirection, 0);
 }
 
 int WINAPI SetStretchBltMode(HDC dc, int mode) {

@@ -113,4 +113,8 @@ COLORREF DeviceContext::ColourOf(const BrushObject& brush) const {
     return Resolved(brush.Handle() == StockObject(DC_BRUSH) ? m_state.brushColour : brush.Colour());
 }
 
+COLORREF DeviceContext::ColourOf(const PenObject& pen) const {
+    return Resolved(pen.Handle() == StockObject(DC_PEN) ? m_state.penColour : pen.Colour());
+}
+
 } // namespace kel::platform

@@ -6,7 +6,11 @@
 #include "platform/gdi/Brushes.h"
 #include "platform/gdi/Clip.h"
 #include "platform/gdi/DrawingArea.h"
+#include "platform/gdi/DrawingPath.h"
 #include "platform/gdi/Mapping.h"
+#include "platform/gdi/Pens.h"
+
+#include <kelcore/platform/shapes.h>
 
 #include <optional>
 #include <vector>
@@ -38,12 +42,17 @@ struct ContextState {
     COLORREF textColour = RGB(0, 0, 0);
     COLORREF backColour = RGB(255, 255, 255);
     COLORREF brushColour = RGB(255, 255, 255); ///< of DC_BRUSH
+    COLORREF penColour = RGB(0, 0, 0);         ///< of DC_PEN
     int backMode = OPAQUE;
     int rasterMode = R2_COPYPEN;
     int stretchMode = BLACKONWHITE;
     UINT textAlign = 0; ///< TA_ flags
     int characterExtra = 0;
     float miterLimit = 10;
+    int fillMode = ALTERNATE;
+    int arcDirection = AD_COUNTERCLOCKWISE;
+    std::optional<DrawingPath> path; ///< in device units
+    bool pathIsOpen = false;         ///< drawing adds to it
 };
 
 class DeviceContext final : public GdiObject {
@@ -102,8 +111,9 @@ public:
 
     RealizedFont& Realized() { return m_realized; }
 
-    /// The colour that @p brush, if it has one, draws with in this context.
+    /// The colour that a brush or a pen, if it has one, draws with in this context.
     COLORREF ColourOf(const BrushObject& brush) const;
+    COLORREF ColourOf(const PenObject& pen) const;
 
 private:
     DeviceContext(Kind kind, std::shared_ptr<const DrawingArea> area);
@@ -114,7 +124,7 @@ private:
     unsigned m_areaVersion = 0;                      // that m_visible is of
     ContextState m_state;
     std::vector<ContextState> m_saved;
-    std::optional<Region> m_visible;       // made when asked for
+    std::optional<Region> m_visible; // made when asked for
     RealizedFont m_realized;
     mutable std::uint8_t m_stockPixel = 0; // of the stock bitmap
 };

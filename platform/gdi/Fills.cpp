@@ -3,27 +3,8 @@
 #include "platform/gdi/Resolve.h"
 #include "platform/kernel/Faults.h"
 
-#include <kelcore/platform/shapes.h>
-
 namespace kel::platform {
 namespace {
-
-LogicalBox BoxOf(const RECT& rect) {
-    return {rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top};
-}
-
-void Fill(DeviceContext& context, const RECT& rect, Pattern pattern) {
-    RasterJob job = JobOn(context, BoxOf(rect));
-    job.rop = PATCOPY >> 16;
-    job.pattern = std::move(pattern);
-    Run(job);
-}
-
-bool FillWith(DeviceContext& context, const RECT& rect, const BrushObject& brush) {
-    if (brush.Style() != BS_NULL)
-        Fill(context, rect, PatternOf(context, brush, context.Target()));
-    return true;
-}
 
 bool IsVisible(DeviceContext& context, POINT device) {
     return pixman_region32_contains_point(const_cast<pixman_region32_t*>(context.Visible().Get()), device.x, device.y,
@@ -46,26 +27,6 @@ COLORREF Set(DeviceContext& context, POINT device, COLORREF colour) {
 } // namespace kel::platform
 
 using namespace kel::platform;
-
-int WINAPI FillRect(HDC dc, const RECT* rect, HBRUSH handle) {
-    if (CallFails("FillRect") || !rect)
-        return 0;
-    const auto context = FindContext(dc);
-    const auto brush = FindObject<BrushObject>(handle);
-    return context && brush && WithMemory(false, [&] { return FillWith(*context, *rect, *brush); });
-}
-
-BOOL WINAPI InvertRect(HDC dc, const RECT* rect) {
-    if (CallFails("InvertRect") || !rect)
-        return FALSE;
-    const auto context = FindContext(dc);
-    return context && WithMemory(false, [&] {
-               RasterJob job = JobOn(*context, BoxOf(*rect));
-               job.rop = DSTINVERT >> 16;
-               Run(job);
-               return true;
-           });
-}
 
 COLORREF WINAPI SetPixel(HDC dc, int x, int y, COLORREF colour) {
     if (CallFails("SetPixel"))

@@ -1,7 +1,7 @@
 #include "platform/gdi/StockObjects.h"
 
-#include "platform/gdi/Brushes.h"
 #include "platform/gdi/Colours.h"
+#include "platform/gdi/Pens.h"
 #include "platform/gdi/text/FontObject.h"
 
 #include <array>
@@ -10,7 +10,7 @@
 namespace kel::platform {
 namespace {
 
-constexpr int kStockObjects = DC_BRUSH + 1;
+constexpr int kStockObjects = DC_PEN + 1;
 
 HGDIOBJ AddBrush(UINT style, COLORREF colour) {
     return AddObject(std::make_shared<BrushObject>(LOGBRUSH{style, colour, /*hatch*/ 0}), /*stock*/ true);
@@ -32,6 +32,7 @@ std::array<HGDIOBJ, kStockObjects> MakeStockObjects() {
     objects[BLACK_PEN] = AddPen(PS_SOLID, RGB(0, 0, 0));
     objects[NULL_PEN] = AddPen(PS_NULL, RGB(0, 0, 0));
     objects[DC_BRUSH] = AddBrush(BS_SOLID, RGB(255, 255, 255));
+    objects[DC_PEN] = AddPen(PS_SOLID, RGB(0, 0, 0));
     for (const int font : {OEM_FIXED_FONT, ANSI_FIXED_FONT, ANSI_VAR_FONT, SYSTEM_FONT, DEVICE_DEFAULT_FONT,
                            SYSTEM_FIXED_FONT, DEFAULT_GUI_FONT})
         objects[static_cast<std::size_t>(font)] = AddObject(MakeStockFont(font), /*stock*/ true);

@@ -12,17 +12,25 @@ target_sources(kelplatform PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/Colours.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ContextCalls.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ContextState.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/CosmeticLines.cpp
   ${CMAKE_CURRENT_LIST_DIR}/DeviceContext.cpp
   ${CMAKE_CURRENT_LIST_DIR}/DibDrawing.cpp
   ${CMAKE_CURRENT_LIST_DIR}/DibFormat.cpp
   ${CMAKE_CURRENT_LIST_DIR}/DibRows.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/DrawingPath.cpp
   ${CMAKE_CURRENT_LIST_DIR}/EllipseRows.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Fills.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/Frames.cpp
   ${CMAKE_CURRENT_LIST_DIR}/GdiObject.cpp
   ${CMAKE_CURRENT_LIST_DIR}/GenericKernel.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/Lines.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Mapping.cpp
   ${CMAKE_CURRENT_LIST_DIR}/MappingCalls.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ObjectCalls.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/Painting.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PathCalls.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PenLines.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/Pens.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PixelCopy.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Rectangles.cpp
   ${CMAKE_CURRENT_LIST_DIR}/RegionCalls.cpp
@@ -34,8 +42,11 @@ target_sources(kelplatform PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/Run.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ScanConversion.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Screen.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/ShapePaths.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/Shapes.cpp
   ${CMAKE_CURRENT_LIST_DIR}/StockObjects.cpp
   ${CMAKE_CURRENT_LIST_DIR}/StretchMap.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/WideLines.cpp
   ${CMAKE_CURRENT_LIST_DIR}/kernels/Columns.cpp
   ${CMAKE_CURRENT_LIST_DIR}/kernels/Rows.cpp
   ${CMAKE_CURRENT_LIST_DIR}/kernels/RowsAvx2.cpp)

@@ -1,0 +1,184 @@
+#include "platform/gdi/ShapeDrawing.h"
+#include "platform/gdi/ShapePaths.h"
+
+#include <algorithm>
+
+namespace kel::platform {
+namespace {
+
+bool HasPixels(const RECT& box) {
+    return box.left < box.right && box.top < box.bottom;
+}
+
+RECT Shrunk(const RECT& box, int by) {
+    return {box.left + by, box.top + by, box.right - by, box.bottom - by};
+}
+
+/// The pixels of a region all four of whose neighbours are in it.
+Region Inside(const Region& region) {
+    Region inside(region);
+    const POINT steps[] = {{1, 0}, {-1, 0}, {0, 1}, {0, -1}};
+    for (const POINT& step : steps) {
+        Region moved(region);
+        moved.Offset(step.x, step.y);
+        inside.Intersect(moved);
+    }
+    return inside;
+}
+
+/// The box of a shape, and what its outline takes of it.
+struct Outline {
+    RECT box; ///< the outermost pixels of the middle of the line
+    int width;
+
+    /// The bounds of the line's outer and inner edge.
+    RECT Outer() const {
+        return {box.left - width / 2, box.top - width / 2, box.right + (width - 1) / 2, box.bottom + (width - 1) / 2};
+    }
+    RECT Inner() const { return Shrunk(Outer(), width); }
+};
+
+// A line of an even width has its greater half before its middle.
+Outline OutlineOf(const DeviceContext& context, const RECT& logical) {
+    RECT box = context.ToDevice(logical);
+    const int width = PenWidth(context);
+    if (context.State().pen->Style() == PS_INSIDEFRAME && width > 1)
+        box = {box.left + width / 2, box.top + width / 2, box.right - (width - 1) / 2, box.bottom - (width - 1) / 2};
+    return {box, width};
+}
+
+bool IsDashed(const PenObject& pen, int width) {
+    const bool canHaveGaps = pen.IsExtended() || width == 1;
+    return canHaveGaps && pen.Style() != PS_SOLID && pen.Style() != PS_INSIDEFRAME;
+}
+
+/// Fills and outlines a round shape: @p pixels makes its region in a box, @p grows by how much the outline is bigger.
+template <class Pixels>
+void DrawRound(DeviceContext& context, const Outline& outline, const DrawingPath& path, Pixels pixels) {
+    const Region area = pixels(outline.box, 0);
+    FillArea(context, area);
+    if (outline.width == 0)
+        return;
+    if (IsDashed(*context.State().pen, outline.width))
+        return DrawLines(context, path.Figures());
+    if (outline.width == 1)
+        return PaintOutline(context, area, Inside(area));
+    const RECT inner = outline.Inner();
+    const Region hole = HasPixels(inner) ? pixels(inner, -outline.width) : Region();
+    PaintOutline(context, pixels(outline.Outer(), outline.width), hole);
+}
+
+bool DrawEllipse(DeviceContext& context, const RECT& logical) {
+    const Outline outline = OutlineOf(context, logical);
+    if (DrawingPath* open = OpenPath(context))
+        open->Append(EllipsePath(outline.box));
+    else if (HasPixels(outline.box))
+        DrawRound(context, outline, EllipsePath(outline.box),
+                  [](const RECT& box, int /*growth*/) { return EllipseRegion(box); });
+    return true;
+}
+
+bool DrawRectangle(DeviceContext& context, const RECT& logical) {
+    Outline outline = OutlineOf(context, logical);
+    RECT& box = outline.box;
+    if (DrawingPath* open = OpenPath(context)) {
+        open->Append(RectanglePath(box));
+    } else if (outline.width == 0) { // the room of the outline stays empty
+        FillArea(context,
+                 Region(RECT{box.left, box.top, std::max(box.right - 1, box.left), std::max(box.bottom - 1, box.top)}));
+    } else if (HasPixels(box)) {
+        const RECT inner = Shrunk(box, 1);
+        const Region inside = HasPixels(inner) ? Region(inner) : Region();
+        FillArea(context, inside);
+        if (outline.width == 1 && !IsDashed(*context.State().pen, outline.width))
+            PaintOutline(context, Region(box), inside);
+        else
+            DrawLines(context, RectanglePath(box).Figures());
+    }
+    return true;
+}
+
+bool DrawRoundRect(DeviceContext& context, const RECT& logical, const SIZE& corner) {
+    const Outline outline = OutlineOf(context, logical);
+    const RECT size = context.ToDevice(RECT{0, 0, corner.cx, corner.cy});
+    const int width = size.right - size.left;
+    const int height = size.bottom - size.top;
+    if (width == 0 || height == 0)
+        return DrawRectangle(context, logical);
+    const DrawingPath path = RoundRectPath(outline.box, width, height);
+    if (DrawingPath* open = OpenPath(context))
+        open->Append(path);
+    else if (HasPixels(outline.box))
+        DrawRound(context, outline, path, [&](const RECT& box, int growth) {
+            return RoundRectRegion(box, std::max(width + growth, 0), std::max(height + growth, 0));
+        });
+    return true;
+}
+
+/// The corners of calls of arcs.
+struct ArcPoints {
+    RECT box;
+    POINT start;
+    POINT end;
+};
+
+BOOL DrawArc(const char* name, HDC dc, const ArcPoints& points, ArcKind kind) {
+    return OnContext(name, dc, [&](DeviceContext& context) {
+        const RECT box = OutlineOf(context, points.box).box;
+        if (!HasPixels(box))
+            return true;
+        const bool clockwise = context.State().arcDirection == AD_CLOCKWISE;
+        DrawPath(context, ArcPath(box, context.ToDevice(points.start), context.ToDevice(points.end), clockwise, kind),
+                 /*filled*/ kind != ArcKind::Arc);
+        return true;
+    });
+}
+
+} // namespace
+
+void FillFigures(DeviceContext& context, const std::vector<Figure>& figures) {
+    FillArea(context, PolygonRegion(PolygonsOf(figures), context.State().fillMode, context.Visible().Box()));
+}
+
+void DrawPath(DeviceContext& context, const DrawingPath& path, bool filled) {
+    if (DrawingPath* open = OpenPath(context))
+        return open->Append(path);
+    const std::vector<Figure> figures = path.Figures();
+    if (filled)
+        FillFigures(context, figures);
+    DrawLines(context, figures);
+}
+
+} // namespace kel::platform
+
+using namespace kel::platform;
+
+BOOL WINAPI Rectangle(HDC dc, int left, int top, int right, int bottom) {
+    return OnContext("Rectangle", dc, [&](DeviceContext& context) {
+        return DrawRectangle(context, {left, top, right, bottom});
+    });
+}
+
+BOOL WINAPI Ellipse(HDC dc, int left, int top, int right, int bottom) {
+    return OnContext("Ellipse", dc, [&](DeviceContext& context) {
+        return DrawEllipse(context, {left, top, right, bottom});
+    });
+}
+
+BOOL WINAPI RoundRect(HDC dc, int left, int top, int right, int bottom, int width, int height) {
+    return OnContext("RoundRect", dc, [&](DeviceContext& context) {
+        return DrawRoundRect(context, {left, top, right, bottom}, {width, height});
+    });
+}
+
+BOOL WINAPI Arc(HDC dc, int left, int top, int right, int bottom, int startX, int startY, int endX, int endY) {
+    return DrawArc("Arc", dc, {{left, top, right, bottom}, {startX, startY}, {endX, endY}}, ArcKind::Arc);
+}
+
+BOOL WINAPI Chord(HDC dc, int left, int top, int right, int bottom, int startX, int startY, int endX, int endY) {
+    return DrawArc("Chord", dc, {{left, top, right, bottom}, {startX, startY}, {endX, endY}}, ArcKind::Chord);
+}
+
+BOOL WINAPI Pie(HDC dc, int left, int top, int right, int bottom, int startX, int startY, int endX, int endY) {
+    return DrawArc("Pie", dc, {{left, top, right, bottom}, {startX, startY}, {endX, endY}}, ArcKind::Pie);
+}
