@@ -20,6 +20,7 @@
 #endif
 #include <windows.h>
 // The order below matters: these headers build on windows.h.
+#include <comdef.h>
 #include <commctrl.h>
 #include <mbstring.h>
 #include <mmsystem.h>

@@ -32,6 +32,7 @@ typedef std::size_t SIZE_T;
 typedef std::uintptr_t WPARAM;
 typedef std::intptr_t LPARAM;
 typedef char CHAR;
+typedef short SHORT;
 typedef unsigned short WCHAR;
 typedef void* LPVOID;
 typedef void* HANDLE;
