@@ -6,6 +6,7 @@
 #include <kelcore/bitmap.h>
 #include <kelcore/file.h>
 #include <kelcore/gdi.h>
+#include <kelcore/picture.h>
 #include <kelcore/registry.h>
 #include <kelcore/runtime.h>
 #include <kelcore/stream.h>

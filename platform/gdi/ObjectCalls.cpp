@@ -89,6 +89,23 @@ HGDIOBJ WINAPI GetStockObject(int index) {
     return CallFails("GetStockObject") ? nullptr : StockObject(index);
 }
 
+HPALETTE WINAPI SelectPalette(HDC dc, HPALETTE handle, BOOL) {
+    if (CallFails("SelectPalette"))
+        return nullptr;
+    const auto context = FindContext(dc);
+    auto palette = context ? FindObject<PaletteObject>(handle) : nullptr;
+    if (!palette)
+        return nullptr;
+    Selected<GdiObject>& place = context->State().palette;
+    const HGDIOBJ previous = place->Handle();
+    place = Selected<GdiObject>(std::move(palette));
+    return static_cast<HPALETTE>(previous);
+}
+
+UINT WINAPI RealizePalette(HDC dc) {
+    return !CallFails("RealizePalette") && FindContext(dc) ? 0 : GDI_ERROR;
+}
+
 HGDIOBJ WINAPI GetCurrentObject(HDC dc, UINT type) {
     if (CallFails("GetCurrentObject"))
         return nullptr;

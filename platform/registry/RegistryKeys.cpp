@@ -1,3 +1,5 @@
+#include <kelcore/platform/files.h>
+
 #include "platform/kernel/HostText.h"
 #include "platform/registry/HiveSchema.h"
 #include "platform/registry/KeyChanges.h"
@@ -89,6 +91,20 @@ LONG WINAPI RegOpenKeyExA(HKEY key, LPCSTR subkey, DWORD, REGSAM access, PHKEY r
             return ERROR_INVALID_PARAMETER;
         *result = nullptr;
         return OpenPath(key, subkey, access, result);
+    });
+}
+
+LONG WINAPI RegOpenKeyA(HKEY key, LPCSTR subkey, PHKEY result) {
+    return RegistryCall("RegOpenKeyA", [&]() -> LONG {
+        if (result == nullptr)
+            return ERROR_INVALID_PARAMETER;
+        *result = nullptr;
+        if (subkey != nullptr && *subkey != '\0')
+            return OpenPath(key, subkey, MAXIMUM_ALLOWED, result);
+        if (const LONG code = UsedKey(key).Check(/*rights*/ 0))
+            return code;
+        *result = key;
+        return ERROR_SUCCESS;
     });
 }
 

@@ -1,6 +1,7 @@
 #include "platform/registry/KeyChanges.h"
 #include "platform/registry/KeyHandles.h"
 #include "platform/registry/RegistryAsks.h"
+#include "platform/registry/RegistryText.h"
 
 #include <cstring>
 #include <kelcore/platform/codepages.h>
@@ -47,6 +48,15 @@ struct SameAsk : Ask {
     }
 };
 
+// What a key without a default value has.
+Value EmptyText() {
+    Value value{};
+    value.type = REG_SZ;
+    value.data.assign(1, '\0');
+    value.size = 1;
+    return value;
+}
+
 // Setting a value to what it is changes nothing, not even the time of the last change. A page that lacks characters may
 // show two texts alike.
 bool IsSetAlready(const SetValueChange& change) {
@@ -87,6 +97,25 @@ LONG WINAPI RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD reserved, LPDWORD ty
             return code;
         const FoldedName folded(name);
         return Registry::Get().Look(used.Id(), ValueAsk(folded.View(), type, data, dataSize));
+    });
+}
+
+LONG WINAPI RegQueryValueA(HKEY key, LPCSTR subkey, LPSTR data, PLONG dataSize) {
+    return RegistryCall("RegQueryValueA", [&]() -> LONG {
+        if (data != nullptr && dataSize == nullptr)
+            return ERROR_INVALID_PARAMETER;
+        const UsedKey used(key);
+        const std::vector<Name> path = SplitKeyPath(subkey == nullptr ? "" : subkey);
+        if (const LONG code = used.Check(path.empty() ? KEY_QUERY_VALUE : 0))
+            return code;
+        std::int64_t found = 0;
+        if (const LONG code = FindKey(used.Id(), path, found))
+            return code;
+        const FoldedName unnamed(nullptr);
+        BYTE* const room = reinterpret_cast<BYTE*>(data);
+        LPDWORD const size = reinterpret_cast<LPDWORD>(dataSize);
+        const LONG code = Registry::Get().Look(found, ValueAsk(unnamed.View(), /*type*/ nullptr, room, size));
+        return code == ERROR_FILE_NOT_FOUND ? GiveData(EmptyText(), /*type*/ nullptr, room, size) : code;
     });
 }
 

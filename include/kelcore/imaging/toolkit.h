@@ -148,14 +148,14 @@ inline constexpr Operation<SHORT> Soften{381};
 inline constexpr Operation<> Outline{382};
 inline constexpr Operation<> Equalize{383};
 inline constexpr Operation<double> Rotate{385};
-inline constexpr Operation<WORD, WORD> ResizeTo{386}; ///< width, height
+inline constexpr Operation<WORD, WORD> ResizeTo{386}; ///< width, height; a side of 0 counts as 1
 inline constexpr Operation<float> Gamma{403};
 inline constexpr Operation<SHORT> Solarize{405};
 inline constexpr Operation<SHORT> Posterize{406};
 inline constexpr Operation<LONG> Bulge{407}; ///< 1 concave, 0 convex
 inline constexpr Operation<double> Swirl{414};
 inline constexpr Operation<SHORT> Pinch{416};
-inline constexpr Operation<WORD, WORD> ResampleTo{417}; ///< width, height
+inline constexpr Operation<WORD, WORD> ResampleTo{417}; ///< width, height; a side of 0 counts as 1
 inline constexpr Operation<> Erode{419};
 /// @}
 

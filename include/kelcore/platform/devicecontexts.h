@@ -149,6 +149,18 @@ KELPLATFORM_API int WINAPI SetStretchBltMode(HDC dc, int mode);
 KELPLATFORM_API int WINAPI GetStretchBltMode(HDC dc);
 /// @}
 
+/// @name Palettes
+/// The screen has true colours, so a palette that is selected changes nothing that is drawn.
+/// @{
+
+/// Selects a palette. @param background not looked at.
+/// @return the previous one; null on failure.
+KELPLATFORM_API HPALETTE WINAPI SelectPalette(HDC dc, HPALETTE palette, BOOL background);
+
+/// Puts the selected palette into the device. @return the entries that changed: 0. GDI_ERROR for what is no context.
+KELPLATFORM_API UINT WINAPI RealizePalette(HDC dc);
+/// @}
+
 /// @name Clipping
 /// Rectangles are in logical units. All return the kind of the resulting region: NULLREGION, SIMPLEREGION,
 /// COMPLEXREGION; ERROR on failure.

@@ -100,6 +100,9 @@ extern "C" {
 /// @return ERROR_FILE_NOT_FOUND if there is none; @p result is then null.
 KELPLATFORM_API LONG WINAPI RegOpenKeyExA(HKEY key, LPCSTR subkey, DWORD options, REGSAM access, PHKEY result);
 
+/// RegOpenKeyExA with MAXIMUM_ALLOWED; but no path or an empty one means @p key itself, not another handle of it.
+KELPLATFORM_API LONG WINAPI RegOpenKeyA(HKEY key, LPCSTR subkey, PHKEY result);
+
 /// Opens a subkey, making every key of the path that is missing. Needs no right.
 /// @param className the class of the last key, if it is made; may be null.
 /// @param options REG_OPTION_VOLATILE: keys that are made live until the host starts again. All that is made below them
@@ -169,6 +172,11 @@ KELPLATFORM_API LONG WINAPI RegSetValueExA(HKEY key, LPCSTR name, DWORD reserved
 /// Sets the default value of a subkey, which is made if it is missing, to a text with its terminator. Needs
 /// KEY_SET_VALUE if the subkey is the key itself. @param type REG_SZ. @param dataSize not looked at.
 KELPLATFORM_API LONG WINAPI RegSetValueA(HKEY key, LPCSTR subkey, DWORD type, LPCSTR data, DWORD dataSize);
+
+/// Reads the default value of a subkey like RegQueryValueExA; a key without one has the empty text. Needs
+/// KEY_QUERY_VALUE if the subkey is the key itself.
+/// @return ERROR_FILE_NOT_FOUND if there is no such subkey.
+KELPLATFORM_API LONG WINAPI RegQueryValueA(HKEY key, LPCSTR subkey, LPSTR data, PLONG dataSize);
 
 /// Deletes a value. Needs KEY_SET_VALUE. @return ERROR_FILE_NOT_FOUND if there is none.
 KELPLATFORM_API LONG WINAPI RegDeleteValueA(HKEY key, LPCSTR name);
