@@ -35,8 +35,12 @@ struct DibLayout {
 /// @return nothing for a depth other than 1, 4, 8, 16, 24, 32, a size below 1, and rows of 2 GiB and more.
 std::optional<DibLayout> LayoutOf(std::int64_t width, std::int64_t height, int depth, std::size_t colours = 0);
 
-/// The layout of a bitmap that came from elsewhere. @return nothing unless all of it lies in @p block.
+/// The layout of a bitmap that came from elsewhere. @return nothing unless all of it lies in @p block, and for depths,
+/// compressions and masks that are not held.
 std::optional<DibLayout> ExamineDib(std::span<const BYTE> block);
+
+/// The same of a block that may end where the rows begin.
+std::optional<DibLayout> ExamineDibFront(std::span<const BYTE> block);
 
 /// Owns a block with a whole packed bitmap in it, or nothing. The block is not locked.
 class PackedDib {
@@ -55,6 +59,8 @@ public:
     static PackedDib Make(const DibLayout& layout);
     /// The same from a size, which is examined by LayoutOf.
     static PackedDib Make(std::int64_t width, std::int64_t height, int depth, std::size_t colours = 0);
+    /// A picture that begins with @p front, the bytes before the rows, which @p layout was made from; pixels are zero.
+    static PackedDib Make(const DibLayout& layout, std::span<const BYTE> front);
     /// Takes a block over. @return an empty object, and the block stays the caller's, unless it holds a whole bitmap.
     static PackedDib Adopt(HGLOBAL block);
 
