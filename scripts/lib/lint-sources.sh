@@ -10,6 +10,7 @@ declare -A MAY_INCLUDE=(
   [registry]="text"
   [bitmap]="runtime"
   [gdi]="text runtime"
+  [imaging]="bitmap stream file text runtime"
 )
 
 # sources [PATHSPEC...] : the tracked C++ files that exist, one a line.

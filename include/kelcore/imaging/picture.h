@@ -19,6 +19,8 @@ struct IControl;
 
 namespace kel {
 
+class OwnedBlock;
+
 /// What is thrown for an operation of the toolkit that fails: a _com_error with the control it was asked of.
 class KELCORE_API ToolkitError : public _com_error {
 public:
@@ -245,7 +247,8 @@ protected:
 private:
     void LeaveRecord();
     void TakeNewRecord();
-    bool TakeBlock(void* block);
+    bool TakeBlock(kel::OwnedBlock& block);
+    bool MayChange();
     bool PrescaleByRendering(const Rect& target, BM_Mode mode, XSize<double> scale, double limit);
     bool Prescale_internal(const Rect& target, BM_Mode mode, XSize<double> scale, double limit);
 
