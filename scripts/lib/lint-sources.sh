@@ -42,7 +42,10 @@ check_format() {
 subsystem_of() {
   local path=${1#include/kelcore/}
   path=${path%%/*}
-  echo "${path%.h}"
+  case ${path%.h} in
+    picture) echo imaging ;;
+    *) echo "${path%.h}" ;;
+  esac
 }
 
 # includes_of FILE : what it includes from the project, as TARGET-SUBSYSTEM:LINE.
