@@ -1,6 +1,6 @@
 #include "imaging/LzwScan.h"
 
-#include <kelcore/imaging/picture.h>
+#include <kelcore/platform.h>
 #include <kelcore/text.h>
 
 #include <algorithm>
@@ -157,7 +157,3 @@ bool IsRefusedForLzw(const WideString& path) noexcept {
 }
 
 } // namespace kel
-
-bool XPDib::CheckLZW(const WideString& path) {
-    return kel::IsRefusedForLzw(path);
-}

@@ -45,6 +45,10 @@ void kel::LoadPicture(toolkit::IControl* control, const WideString& path) {
     CheckLoaded(control);
 }
 
+bool XPDib::CheckLZW(const WideString& path) {
+    return kel::IsRefusedForLzw(path);
+}
+
 bool XPDib::LoadBitmapA(const WideString& path, const WideString&, const WideString&, const WideString&,
                         const WideString&) {
     if (CheckLZW(path))

@@ -20,7 +20,7 @@ constexpr Form kSavedFile = 0; // any other form is a packed bitmap
 constexpr Length kLongest = std::numeric_limits<std::int32_t>::max();
 
 // What a stored length may claim before its bytes have arrived.
-constexpr Length kFirstPiece = 1 << 20;
+constexpr Length kFirstPiece = 16 << 20;
 
 constexpr LONG kToMemory = 1;
 constexpr LONG kOwnFormat = 10;
