@@ -90,7 +90,7 @@ HRESULT Control::SetFileName(BSTR path) {
 }
 
 HRESULT Control::LoadFromMemory(const BYTE* file, LONG length) {
-    if (!file || length < 0)
+    if (length < 0 || (!file && length != 0))
         return E_INVALIDARG;
     Replace({});
     Take(LoadBytes({file, static_cast<std::size_t>(length)}, Settings()));

@@ -54,7 +54,7 @@ inline constexpr char kDisconnectEventsName[] = "IX_DisConnectEvents";
 inline constexpr SHORT kLoaded = 0;
 inline constexpr SHORT kDamaged = -2;   ///< a file of a known kind that cannot be decoded
 inline constexpr SHORT kUnknown = 1;    ///< a file of an unknown kind, or none that can be read
-inline constexpr SHORT kOverBudget = 2; ///< the picture would exceed the budget; nothing was allocated for it
+inline constexpr SHORT kOverBudget = 2; ///< the picture would exceed the budget, or what memory there is
 /// @}
 
 /// One operation of the control: where it stands and what it is called with. Its result is an HRESULT; a negative one

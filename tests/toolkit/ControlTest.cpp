@@ -1,0 +1,278 @@
+#include "tests/toolkit/Toolkit.h"
+
+#include "tests/support/TempFolder.h"
+
+#include <array>
+#include <set>
+#include <thread>
+
+using namespace kel::test;
+
+namespace {
+
+constexpr std::initializer_list<DWORD> kPlain16 = {0x7C00, 0x03E0, 0x001F};
+constexpr std::initializer_list<DWORD> kPlain32 = {0xFF0000, 0x00FF00, 0x0000FF};
+
+// Positions that have a meaning.
+const std::set<int> kNamed = {0,   1,   2,   26,  60,  85,  86,  87,  101, 102, 200, 260, 366, 367, 369,
+                              372, 373, 374, 375, 376, 377, 380, 381, 382, 383, 385, 386, 399, 401, 403,
+                              405, 406, 407, 414, 416, 417, 419, 456, 457, 459, 461, 477, 511, 513};
+
+std::string RegisteredPath() {
+    char path[MAX_PATH] = {};
+    LONG size = sizeof path;
+    const std::string key = std::string("Software\\Classes\\CLSID\\") + toolkit::kControlClassText + "\\InprocServer32";
+    return RegQueryValueA(HKEY_LOCAL_MACHINE, key.c_str(), path, &size) == ERROR_SUCCESS ? path : "";
+}
+
+} // namespace
+
+TEST_CASE("a control outlives the module's handle, its connection and all but its last reference") {
+    const Control control;
+    CHECK(control.SinkReferences() == 1);
+    CHECK(control.Cookie() != 0);
+    const Control other;
+    CHECK(other.Cookie() != control.Cookie());
+
+    for (const IID& id : {toolkit::kControlInterface, IID_IUnknown}) {
+        void* same = nullptr;
+        CHECK(control.Interface()->QueryInterface(id, &same) == S_OK);
+        CHECK(same == control.Interface());
+        CHECK(control.Interface()->Release() == 1);
+    }
+    void* none = &none;
+    CHECK(control.Interface()->QueryInterface(toolkit::kEventInterface, &none) == E_NOINTERFACE);
+    CHECK(none == nullptr);
+    CHECK(control.Interface()->QueryInterface(IID_IUnknown, nullptr) == E_POINTER);
+
+    const Module module;
+    const auto disconnect = module.Entry<toolkit::DisconnectEvents>(toolkit::kDisconnectEventsName);
+    disconnect(control.Interface(), other.Cookie());
+    CHECK(control.SinkReferences() == 1);
+    disconnect(control.Interface(), control.Cookie());
+    disconnect(control.Interface(), control.Cookie());
+    disconnect(nullptr, control.Cookie());
+    CHECK(control.SinkReferences() == 0);
+    CHECK(control(toolkit::CreateBlank, 2, 2, 8, 0) == S_OK);
+}
+
+TEST_CASE("a sink that does not answer for the events gets no control") {
+    const Module module;
+    const auto connect = module.Entry<toolkit::ConnectEvents>(toolkit::kConnectEventsName);
+    Sink sink;
+    sink.answer = E_NOINTERFACE;
+    for (IDispatch* refused : {static_cast<IDispatch*>(&sink), static_cast<IDispatch*>(nullptr)}) {
+        auto* control = reinterpret_cast<toolkit::IControl*>(&sink);
+        DWORD cookie = 7;
+        connect(&control, &cookie, refused, &sink.references);
+        CHECK(control == nullptr);
+        CHECK(cookie == 0);
+    }
+    CHECK(sink.references == 0);
+}
+
+TEST_CASE("positions without a name answer that there is nothing") {
+    const Control control;
+    int unnamed = 0;
+    for (int position = 0; position < toolkit::kSlots; ++position)
+        if (kNamed.count(position) == 0 && control(toolkit::Operation<>{position}) == E_NOTIMPL)
+            ++unnamed;
+    CHECK(unnamed == toolkit::kSlots - static_cast<int>(kNamed.size()));
+}
+
+TEST_CASE("settings take what has a meaning") {
+    const Control control;
+    const struct {
+        toolkit::Operation<LONG> setting;
+        LONG value;
+        HRESULT result;
+    } rows[] = {
+        {toolkit::SetStorage, 2, S_OK},
+        {toolkit::SetStorage, 1, E_INVALIDARG},
+        {toolkit::SetKeepOrientation, 0, S_OK},
+        {toolkit::SetBudget, 0, S_OK},
+        {toolkit::SetBudget, -1, E_INVALIDARG},
+        {toolkit::SetPixelBudget, -1, E_INVALIDARG},
+        {toolkit::SetPixelBudget, 0, S_OK},
+        {toolkit::SetSaveTarget, 2, E_INVALIDARG},
+        {toolkit::SetSaveFormat, 1, E_INVALIDARG},
+    };
+    for (const auto& row : rows) {
+        CAPTURE(row.setting.position);
+        CAPTURE(row.value);
+        CHECK(control(row.setting, row.value) == row.result);
+    }
+    CHECK(control.Get(toolkit::GetLoadStatus) == toolkit::kLoaded);
+    CHECK(control(toolkit::GetDibHandle, nullptr) == E_POINTER);
+}
+
+TEST_CASE("a whole packed bitmap is taken over as it is, in its block") {
+    const Shape rows[] = {
+        {1, 1, 1},
+        {33, 3, 1, 1},
+        {7, 5, 4},
+        {7, -5, 4, 3},
+        {9, 2, 8},
+        {9, 2, 8, 200},
+        {3, 2, 16},
+        {3, 3, 24},
+        {3, -3, 24, 5},
+        {3, 2, 32},
+        {3, 2, 32, 0, 124},
+        {3, 2, 16, 0, 40, BI_BITFIELDS, kPlain16},
+        {5, 1, 32, 0, 108, BI_BITFIELDS, kPlain32},
+    };
+    const Control control;
+    HGLOBAL last = nullptr;
+    for (const Shape& shape : rows) {
+        CAPTURE(shape.depth);
+        CAPTURE(shape.height);
+        Bytes dib = DibOf(shape);
+        dib.resize(dib.size() + 5); // blocks may be larger than what lies in them
+        const HGLOBAL block = BlockOf(dib);
+        REQUIRE(control(toolkit::SetDibHandle, block) == S_OK);
+        CHECK(control.Get(toolkit::GetDibHandle) == block);
+        CHECK(control.Picture() == dib);
+        if (last)
+            CHECK(GlobalFlags(last) == GMEM_INVALID_HANDLE);
+        last = block;
+    }
+    CHECK(control(toolkit::SetDibHandle, last) == S_OK); // its own one
+    CHECK(control.Get(toolkit::GetDibHandle) == last);
+    const HGLOBAL copy = control.Get(toolkit::CopyDibHandle);
+    CHECK(copy != last);
+    CHECK(control(toolkit::SetDibHandle, nullptr) == S_OK);
+    CHECK(GlobalFlags(last) == GMEM_INVALID_HANDLE);
+    CHECK(control.Get(toolkit::GetDibHandle) == nullptr);
+    CHECK(control.Get(toolkit::CopyDibHandle) == nullptr);
+    CHECK(Control::BytesOf(copy) == DibOf(rows[12]));
+    GlobalFree(copy);
+}
+
+TEST_CASE("what is no whole packed bitmap is refused and stays the caller's") {
+    const Shape rows[] = {
+        {0, 1, 24},
+        {1, 0, 24},
+        {-1, 1, 24},
+        {1, 1, 2},
+        {1, 1, 0},
+        {1, 1, 64},
+        {2, 2, 8, 257},
+        {2, 2, 1, 3},
+        {2, 2, 24, 0, 12},
+        {2, 2, 8, 0, 40, 1},
+        {2, 2, 24, 0, 40, BI_BITFIELDS, kPlain32},
+        {2, 2, 16, 0, 40, BI_BITFIELDS, {0xF800, 0x07E0, 0x001F}},
+        {2, 2, 32, 0, 44, BI_BITFIELDS, kPlain32},
+        {2, 2, 24, 0xFFFFFFFF},
+        {0x7FFFFFFF, 0x7FFFFFFF, 32},
+        {0x10000, 0x10000, 1},
+    };
+    const Control control;
+    REQUIRE(control(toolkit::CreateBlank, 1, 1, 24, 0) == S_OK);
+    const Bytes before = control.Picture();
+    const auto refuses = [&](const Bytes& bytes) {
+        const HGLOBAL block = BlockOf(bytes);
+        CHECK(control(toolkit::SetDibHandle, block) == E_INVALIDARG);
+        CHECK(Control::BytesOf(block) == bytes);
+        GlobalFree(block);
+        CHECK(control.Picture() == before);
+    };
+    for (const Shape& shape : rows) {
+        CAPTURE(shape.width);
+        CAPTURE(shape.depth);
+        CAPTURE(shape.compression);
+        Bytes dib;
+        Append(dib, HeaderOf(shape));
+        for (const DWORD mask : shape.masks)
+            Append(dib, mask);
+        dib.resize(4096);
+        refuses(dib);
+    }
+    const Bytes whole = DibOf({2, 2, 4});
+    for (std::size_t size = 1; size < whole.size(); ++size)
+        refuses({whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)});
+}
+
+TEST_CASE("blank pictures are black at every depth") {
+    const Control control;
+    for (const WORD depth : {1, 4, 8, 16, 24, 32}) {
+        CAPTURE(depth);
+        REQUIRE(control(toolkit::CreateBlank, 5, 3, depth, 0) == S_OK);
+        const Shape shape = {5, 3, depth};
+        Bytes expected;
+        Append(expected, HeaderOf(shape));
+        expected.resize(40 + shape.Table() + 3 * shape.RowBytes());
+        CHECK(control.Picture() == expected);
+    }
+    const Bytes last = control.Picture();
+    const std::array<LONG, 4> refused[] = {{0, 1, 24, 0}, {1, 0, 24, 0}, {1, 1, 5, 0}, {1, 1, 24, 1}, {1, 1, -24, 0}};
+    for (const auto& row : refused)
+        CHECK(control(toolkit::CreateBlank, row[0], row[1], row[2], row[3]) == E_INVALIDARG);
+    CHECK(control.Picture() == last);
+}
+
+TEST_CASE("undo brings back the picture before the last effect, once, while it is enabled") {
+    const Control control;
+    CHECK(control(toolkit::Negate) == S_FALSE); // no picture
+    const Bytes dib = DibOf({5, 4, 24});
+    const auto begin = [&] { REQUIRE(control(toolkit::SetDibHandle, BlockOf(dib)) == S_OK); };
+    begin();
+    CHECK(control.Get(toolkit::GetUndoEnabled) == 0);
+    CHECK(control(toolkit::Negate) == S_OK);
+    CHECK(control.Get(toolkit::GetUndoState) == 0);
+    CHECK(control(toolkit::Undo) == S_FALSE);
+
+    begin();
+    CHECK(control(toolkit::SetUndoEnabled, 1) == S_OK);
+    CHECK(control.Get(toolkit::GetUndoEnabled) == 1);
+    CHECK(control(toolkit::Negate) == S_OK);
+    const Bytes negative = control.Picture();
+    CHECK(negative != dib);
+    CHECK(control(toolkit::ResampleTo, 2, 2) == S_OK);
+    CHECK(control.Get(toolkit::GetUndoState) != 0);
+    CHECK(control(toolkit::Undo) == S_OK);
+    CHECK(control.Picture() == negative);
+    CHECK(control.Get(toolkit::GetUndoState) == 0);
+
+    // A picture that comes from elsewhere has no past, and what is disabled is forgotten.
+    CHECK(control(toolkit::Negate) == S_OK);
+    begin();
+    CHECK(control.Get(toolkit::GetUndoState) == 0);
+    CHECK(control(toolkit::Negate) == S_OK);
+    CHECK(control(toolkit::SetUndoEnabled, 0) == S_OK);
+    CHECK(control(toolkit::SetUndoEnabled, 1) == S_OK);
+    CHECK(control.Get(toolkit::GetUndoState) == 0);
+}
+
+TEST_CASE("the module registers itself by its own path and takes that back") {
+    const Module module;
+    using Entry = HRESULT(STDMETHODCALLTYPE*)();
+    const auto unregister = module.Entry<Entry>("DllUnregisterServer");
+    char path[MAX_PATH] = {};
+    GetModuleFileNameA(module.Handle(), path, sizeof path);
+    CHECK(module.Entry<Entry>("DllRegisterServer")() == S_OK);
+    CHECK(RegisteredPath() == path);
+    CHECK(unregister() == S_OK);
+    CHECK(RegisteredPath().empty());
+    CHECK(unregister() == S_OK);
+}
+
+TEST_CASE("controls work on different threads at once") {
+    const auto work = [](std::uint32_t seed, bool& same) {
+        for (int i = 0; i < 20; ++i) {
+            const Control control;
+            const Bytes dib = DibOf({40, 30, 24}, seed);
+            control(toolkit::SetDibHandle, BlockOf(dib));
+            const Bytes saved = control.Saved();
+            same = control.Load(saved) == toolkit::kLoaded && control.Picture() == dib && same;
+        }
+    };
+    bool same[4] = {true, true, true, true};
+    std::vector<std::thread> threads;
+    for (std::uint32_t i = 0; i < 4; ++i)
+        threads.emplace_back(work, i, std::ref(same[i]));
+    for (std::thread& thread : threads)
+        thread.join();
+    CHECK((same[0] && same[1] && same[2] && same[3]));
+}
