@@ -1,0 +1,151 @@
+#include "tests/imaging/Recording.h"
+
+using namespace kel::test;
+
+TEST_CASE("a picture starts its control once, when it first needs one, and lets go of it in order") {
+    Recording recording;
+    {
+        XPDib picture;
+        picture.SetEmpty();
+        picture.EnableEffectUndo(true);
+        picture.UndoEffect();
+        CHECK(picture.IsEmpty());
+        CHECK(picture.GetDimension().cx == 0);
+        CHECK(picture.GetBitsPerPixel() == 0);
+        CHECK(picture.LockSurfaceModify() == nullptr);
+        CHECK(recording.Calls() == "");
+        CHECK(picture.CreateBitmap({4, 3}, 24));
+        CHECK(recording.Calls() == kStart + ", 399 4 3 24 0, 85");
+        CHECK(recording->Sinks() == 1);
+        picture.SetEmpty();
+        CHECK(recording.Calls() == "85, 85, 86 0");
+        CHECK(picture.CreateBitmap({4, 3}, 24));
+        CHECK(recording.Calls() == "85, 399 4 3 24 0, 85");
+    }
+    CHECK(recording.Calls() == kStop);
+}
+
+TEST_CASE("a setting that fails is thrown with its control, which stays started") {
+    const int positions[] = {26, 200, 513, 102, 260};
+    for (int nth = 1; nth <= 5; ++nth) {
+        Recording recording;
+        OpenPicture picture;
+        recording->Order(kel::recorder::kAnyPosition, nth, E_NOTIMPL - nth);
+        try {
+            picture.CreateBitmap({4, 3}, 24);
+            FAIL("nothing was thrown");
+        } catch (const _com_error& thrown) {
+            const auto& failure = dynamic_cast<const kel::ToolkitError&>(thrown);
+            CHECK(failure.Error() == E_NOTIMPL - nth);
+            CHECK(failure.Interface() != nullptr);
+            CHECK(failure.InterfaceId() == kel::toolkit::kControlInterface);
+        }
+        const std::string last = ", " + std::to_string(positions[nth - 1]) + " ";
+        CHECK(recording.Calls().starts_with(kStart.substr(0, kStart.find(last) + last.size() + 1)));
+        CHECK(recording->Sinks() == 1);
+        CHECK(picture.CreateBitmap({4, 3}, 24));
+        CHECK(recording.Calls() == "85, 399 4 3 24 0, 85");
+    }
+}
+
+TEST_CASE("what is neither failure nor S_OK is no failure") {
+    Recording recording;
+    recording->Order(kel::recorder::kAnyPosition, 1, S_FALSE);
+    XPDib picture;
+    CHECK(picture.CreateBitmap({4, 3}, 24));
+}
+
+namespace {
+
+// What needs a toolkit, and what it comes to without one.
+const struct {
+    const char* name;
+    std::string (*run)(OpenPicture& picture);
+    std::string expected;
+} kWithoutToolkit[] = {
+    {"CreateBitmap",
+     [](OpenPicture& p) {
+         return std::to_string(p.CreateBitmap({4, 3}, 24));
+     },
+     "0"},
+    {"load", [](OpenPicture& p) { return Thrown([&] { p.LoadBitmapA(u"C:\\none.pic"_w); }); }, "X 3"},
+    {"load from memory", [](OpenPicture& p) { return Thrown([&] { LoadText(p, "4x3x24"); }); }, "X 3"},
+    {"deferred load",
+     [](OpenPicture& p) {
+         return Thrown([&] { p.LoadBitmapDeferred(u"C:\\none.pic"_w, nullptr, Rect(), 0); }) +
+                (p.IsLoadBitmapPending() ? " pending" : "");
+     },
+     "X 3"},
+    {"AssignBitmap",
+     [](OpenPicture& p) {
+         GDIBitmap source;
+         source.CreateBitmap({4, 3}, 24);
+         return std::to_string(p.AssignBitmap(source));
+     },
+     "0"},
+    {"SetDDB",
+     [](OpenPicture& p) {
+         const HBITMAP bitmap = CreateBitmap(4, 3, 1, 1, nullptr);
+         const bool done = p.SetDDB(bitmap, nullptr);
+         DeleteObject(bitmap);
+         return std::to_string(done);
+     },
+     "0"},
+    {"Read", [](OpenPicture& p) { return Thrown([&] { ReadStored(p, std::string("\1\0\0\0", 4)); }); },
+     "S 0: Initializing ImageXpress failed"}};
+
+void CheckWithoutToolkit(const char* why) {
+    CAPTURE(why);
+    for (const auto& row : kWithoutToolkit) {
+        OpenPicture picture;
+        const std::string name = row.name;
+        CAPTURE(name);
+        CHECK(row.run(picture) == row.expected);
+        CHECK(picture.IsEmpty());
+    }
+}
+
+} // namespace
+
+TEST_CASE("without a toolkit pictures stay empty") {
+    Recording recording;
+    recording->RefuseControls();
+    CheckWithoutToolkit("it makes no control");
+    recording->Reset();
+    // The plain name would find the recorder: there is no second attempt.
+    Recording::Register("C:\\no such folder\\ImagXpr5.dll");
+    CheckWithoutToolkit("the registered file is missing");
+    Recording::Register(KELCORE_TEST_LANGUAGES "/module.dll");
+    CheckWithoutToolkit("the registered module has no such function");
+    CHECK(recording.Calls() == "");
+}
+
+TEST_CASE("a toolkit that is not registered, or by too long a path, is found by its name") {
+    for (const std::string& path : {std::string(), std::string(255, 'x')}) {
+        Recording recording;
+        Recording::Register(path.empty() ? nullptr : path.c_str());
+        XPDib picture;
+        CHECK(picture.CreateBitmap({4, 3}, 24));
+    }
+}
+
+TEST_CASE("every failing call of the system ends in a stated failure and leaves nothing behind") {
+    const TempFolder folder;
+    const String file = folder.Write("a.pic", "9x7x8");
+    Recording recording;
+    WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [&] {
+        XPDib picture;
+        const std::string thrown = Thrown([&] {
+            picture.LoadBitmapA(file);
+            XPDib copy(picture);
+            copy.ClearSurface(1);
+            copy.Prescale(Rect(0, 0, 2, 2), IBitmap::BM_Center, {1, 1}, 1);
+            DibOf(copy);
+            ReadStored(copy, StoredOf(picture));
+            const HBITMAP bitmap = CreateBitmap(4, 3, 1, 32, nullptr);
+            copy.SetDDB(bitmap, nullptr);
+            DeleteObject(bitmap);
+        });
+        CHECK((thrown == "" || *FaultedCall() != 0));
+    });
+}

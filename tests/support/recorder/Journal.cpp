@@ -1,0 +1,58 @@
+#include "tests/support/recorder/Journal.h"
+
+#include <utility>
+
+namespace kel::recorder {
+
+void Journal::Reset() {
+    const std::lock_guard guard(m_mutex);
+    m_lines.clear();
+    m_orders.clear();
+    m_controls = 0;
+    silent = refuses = false;
+    status = Recorder::kByMerit;
+    hook = nullptr;
+}
+
+std::string Journal::TakeLines() {
+    const std::lock_guard guard(m_mutex);
+    return std::exchange(m_lines, std::string());
+}
+
+void Journal::Write(const std::string& line) {
+    if (silent)
+        return;
+    const std::lock_guard guard(m_mutex);
+    m_lines += line + '\n';
+}
+
+bool Journal::Called(int control, int position, const std::string& arguments, HRESULT& result) {
+    if (const Hook now = hook)
+        now(context, position);
+    if (silent)
+        return false;
+    Write(std::to_string(control) + ": " + std::to_string(position) + arguments);
+    const std::lock_guard guard(m_mutex);
+    for (Ordered& order : m_orders) {
+        if (order.position != kAnyPosition && order.position != position)
+            continue;
+        ++order.calls;
+        if (order.nth != 0 && order.nth != order.calls)
+            continue;
+        result = order.result;
+        return true;
+    }
+    return false;
+}
+
+void Journal::Order(int position, int nth, HRESULT result) {
+    const std::lock_guard guard(m_mutex);
+    m_orders.push_back({position, nth, result, /*calls*/ 0});
+}
+
+Journal& TheJournal() {
+    static Journal journal;
+    return journal;
+}
+
+} // namespace kel::recorder
