@@ -18,6 +18,10 @@
 #ifndef _WIN32_WINNT
 #define _WIN32_WINNT 0x0602
 #endif
+// Keeps comdef.h from declaring a class Font and a class Picture of its own.
+#ifndef _COM_NO_STANDARD_GUIDS_
+#define _COM_NO_STANDARD_GUIDS_
+#endif
 #include <windows.h>
 // The order below matters: these headers build on windows.h.
 #include <comdef.h>
