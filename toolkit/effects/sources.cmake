@@ -37,3 +37,13 @@ else()
   # The threads that OpenCV starts live on, so its code must not go with the module.
   target_link_options(imagxpr5 PRIVATE LINKER:-z,nodelete)
 endif()
+
+if(NOT WIN32)
+  # The pictures of docs/effects.md, made by the build; to renew those of the page: keleffects docs/effects.
+  find_package(ZLIB REQUIRED)
+  add_executable(keleffects ${CMAKE_CURRENT_LIST_DIR}/Gallery.cpp ${CMAKE_CURRENT_LIST_DIR}/../PackedDib.cpp)
+  target_link_libraries(keleffects PRIVATE kelcore_settings kelplatform imagxpr5_effects ZLIB::ZLIB)
+  add_custom_command(TARGET keleffects POST_BUILD
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_BINARY_DIR}/effects
+    COMMAND keleffects ${CMAKE_BINARY_DIR}/effects)
+endif()
