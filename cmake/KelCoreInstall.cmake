@@ -32,3 +32,8 @@ file(RELATIVE_PATH kelcore_pc_up /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /pref
 string(REGEX REPLACE "/$" "" kelcore_pc_up ${kelcore_pc_up})
 configure_file(${CMAKE_CURRENT_LIST_DIR}/kelcore.pc.in ${CMAKE_BINARY_DIR}/kelcore.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/kelcore.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+# Last: it runs what has been installed.
+if(DEFINED KELCORE_REGISTER_SCRIPT)
+  install(SCRIPT ${KELCORE_REGISTER_SCRIPT})
+endif()

@@ -18,7 +18,9 @@ consumer_by_pkg_config() {
 check_consumer() {
   STAGE=$ROOT/build/stage
   rm -rf "$STAGE" "$ROOT/build/consumer"
-  quietly "installing" cmake --install "$ROOT/build/release" --prefix "$STAGE"
+  mkdir -p "$STAGE"
+  # The installed toolkit registers itself: in a registry of the stage's own, as the stage goes away again.
+  KELCORE_REGISTRY=$STAGE/registry.db quietly "installing" cmake --install "$ROOT/build/release" --prefix "$STAGE"
   quietly "the consumer project (CMake package)" consumer_by_cmake
   quietly "the consumer project (pkg-config)" consumer_by_pkg_config
 }

@@ -86,6 +86,17 @@ platform_offences() {
   done
 }
 
+# The toolkit is a module of its own: of the library it knows the contract between them.
+toolkit_offences() {
+  local included
+  for included in $(includes_of "$1"); do
+    case $included in
+      toolkit/* | kelcore/imaging/toolkit.h | kelcore/platform.h | kelcore/export.h) ;;
+      *) echo "$1: the toolkit may not include $included" ;;
+    esac
+  done
+}
+
 subsystems() {
   sed -n 's/^set(subsystems \(.*\))/\1/p' "$ROOT/CMakeLists.txt"
 }
@@ -99,6 +110,9 @@ layer_lines() {
   done
   for file in $(sources platform include/kelcore/platform); do
     platform_offences "$file"
+  done
+  for file in $(sources toolkit); do
+    toolkit_offences "$file"
   done
 }
 
