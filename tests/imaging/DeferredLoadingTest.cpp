@@ -150,7 +150,7 @@ TEST_CASE("a deferred load ends as the toolkit says and tells so, by the calls t
         if (row.calls)
             CHECK(test.recording.Calls() ==
                   (*row.calls ? "477, 60 " + StdW2A(File::GetShortPath(file)) : "") + row.calls);
-        CHECK((picture.GetFilename() == u"a.pic"_w) == (isLoaded || row.position == 417));
+        CHECK((picture.GetFilename() == u"a.pic"_w) == isLoaded);
     }
 }
 
