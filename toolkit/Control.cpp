@@ -4,7 +4,6 @@
 #include "toolkit/ControlTable.h"
 #include "toolkit/SavedPicture.h"
 
-#include <type_traits>
 #include <utility>
 
 namespace kel::toolkit {
@@ -21,9 +20,7 @@ HRESULT Accept(bool meaningful) {
 
 } // namespace
 
-Control::Control() : m_table(ControlTable()) {
-    static_assert(std::is_standard_layout_v<Control>, "a pointer to a control points to its table's");
-}
+Control::Control() : m_face{ControlTable(), this} {}
 
 Control::~Control() {
     FreeSaved();

@@ -20,8 +20,8 @@ public:
     Control& operator=(const Control&) = delete;
 
     /// What clients have in their hands.
-    IControl* Interface() { return reinterpret_cast<IControl*>(this); }
-    static Control& From(IControl* control) { return *reinterpret_cast<Control*>(control); }
+    IControl* Interface() { return reinterpret_cast<IControl*>(&m_face); }
+    static Control& From(IControl* control) { return *reinterpret_cast<Face*>(control)->owner; }
 
     /// @name IUnknown
     /// @{
@@ -86,8 +86,13 @@ private:
     HRESULT BeforeEffect(PackedDib& before) const;
     HRESULT AfterEffect(HRESULT result, PackedDib before);
 
-    // First: clients find the operations through it.
-    const void* const* const m_table;
+    /// Clients find the operations through its first member.
+    struct Face {
+        const void* const* table;
+        Control* owner;
+    };
+
+    Face m_face;
     std::atomic<ULONG> m_references{1};
     EventSink m_sink;
     Picture m_picture;
