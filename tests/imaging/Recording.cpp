@@ -1,5 +1,7 @@
 #include "tests/imaging/Recording.h"
 
+#include "tests/support/Threads.h"
+
 namespace kel::test {
 namespace {
 
@@ -14,17 +16,30 @@ recorder::Recorder& TheRecorder() {
     return *reinterpret_cast<recorder::RecorderFunction>(procedure)();
 }
 
+// The library's loader is made by the first deferred load and stays; its last run lets go of its handles as it ends.
+std::size_t HandlesAtRest() {
+    XPDib picture;
+    picture.LoadBitmapDeferred(u"C:\\none.pic"_w, /*notifier*/ nullptr, Rect(), /*user value*/ 0);
+    while (picture.IsLoadBitmapPending())
+        Sleep(0);
+    picture = XPDib();
+    CHECK(ExtraThreadsEnd());
+    return OpenHandles();
+}
+
 } // namespace
 
 Recording::Recording() : m_recorder(TheRecorder()) {
     Register(KELCORE_TEST_RECORDER);
     m_recorder.Reset();
-    m_handles = OpenHandles();
+    m_handles = HandlesAtRest();
+    m_recorder.Reset();
 }
 
 Recording::~Recording() {
     CHECK(m_recorder.Controls() == 0);
     CHECK(m_recorder.Sinks() == 0);
+    CHECK(ExtraThreadsEnd());
     CHECK(OpenHandles() == m_handles);
 }
 
