@@ -17,5 +17,6 @@ void AddTimeJobs();
 void AddRegistryJobs();
 void AddModuleJobs();
 void AddPixelJobs();
+void AddPictureJobs();
 
 } // namespace kel::bench
