@@ -124,7 +124,7 @@ TEST_CASE("kernels draw what the definition draws") {
         };
         const auto expected = drawn([&] { RunGeneric(job); });
         CAPTURE(seed);
-        CHECK(drawn([&] { RunRows(job, /*upwards*/ false, kPlainRows); }) == expected);
+        CHECK(drawn([&] { RunRows(job, RowOrder::AsInMemory, kPlainRows); }) == expected);
         CHECK(drawn([&] { RunRows(job); }) == expected);
     }
     CHECK(byRows > 2500);

@@ -245,21 +245,47 @@ KEL_AVX2_INLINE __m256i High(__m256i bytes) {
     return _mm256_unpackhi_epi8(bytes, _mm256_setzero_si256());
 }
 
-KEL_AVX2_INLINE __m256i Weighed(__m256i from, __m256i to, __m256i opacity, __m256i rest) {
-    return Over255(_mm256_add_epi16(_mm256_mullo_epi16(from, opacity), _mm256_mullo_epi16(to, rest)));
+/// Weights of two rows that add up to 255, the larger one as what it leaves of 255: that is less than 128, as the
+/// products of bytes want it.
+struct Weights {
+    bool swapped;  ///< whether the row that is weighed less is the target
+    __m256i pairs; ///< less and more, for channels of both rows side by side
+};
+
+KEL_AVX2_INLINE Weights WeightsOf(unsigned opacity) {
+    const unsigned less = opacity < 128 ? opacity : 255 - opacity;
+    return {opacity >= 128, Words(static_cast<unsigned short>(less << 8 | (-less & 0xFF)))};
 }
 
-KEL_AVX2 void Weigh(std::uint8_t* to, const std::uint8_t* from, std::size_t count, unsigned opacity) {
-    const __m256i share = Words(static_cast<unsigned short>(opacity));
-    const __m256i rest = Words(static_cast<unsigned short>(255 - opacity));
+// The row that weighs more is changed by a share of the difference, the quotient by 255 of a number with a sign: half
+// of the range is added first, and 128 taken from the quotient afterwards.
+KEL_AVX2_INLINE __m256i Changes(__m256i pairs, const Weights& weights) {
+    const __m256i products = _mm256_maddubs_epi16(pairs, weights.pairs);
+    return _mm256_mulhi_epu16(_mm256_xor_si256(products, Words(0x8000)), Words(257));
+}
+
+KEL_AVX2_INLINE __m256i Weighed(__m256i more, __m256i less, const Weights& weights) {
+    const __m256i changes = _mm256_packus_epi16(Changes(_mm256_unpacklo_epi8(more, less), weights),
+                                                Changes(_mm256_unpackhi_epi8(more, less), weights));
+    return _mm256_xor_si256(_mm256_add_epi8(more, changes), Bytes(0x80));
+}
+
+template <bool swapped>
+KEL_AVX2 std::size_t WeighVectors(std::uint8_t* to, const std::uint8_t* from, std::size_t count,
+                                  const Weights& weights) {
     std::size_t i = 0;
     for (; i + kVector <= count; i += kVector) {
         const __m256i source = Load(from + i);
         const __m256i target = Load(to + i);
-        Store(to + i, _mm256_packus_epi16(Weighed(Low(source), Low(target), share, rest),
-                                          Weighed(High(source), High(target), share, rest)));
+        Store(to + i, swapped ? Weighed(source, target, weights) : Weighed(target, source, weights));
     }
-    WeighLoop(to + i, from + i, count - i, opacity);
+    return i;
+}
+
+KEL_AVX2 void Weigh(std::uint8_t* to, const std::uint8_t* from, std::size_t count, unsigned opacity) {
+    const Weights weights = WeightsOf(opacity);
+    const std::size_t done = (weights.swapped ? WeighVectors<true> : WeighVectors<false>)(to, from, count, weights);
+    WeighLoop(to + done, from + done, count - done, opacity);
 }
 
 // Four pixels in each half; the opacities of the lower two, and of the higher, become those of all their channels.
