@@ -29,6 +29,7 @@ void AddAllJobs() {
     kel::bench::AddRegistryJobs();
     kel::bench::AddModuleJobs();
     kel::bench::AddPixelJobs();
+    kel::bench::AddLayerJobs();
 }
 
 bool PrintAllNotes(const kel::bench::Table& table) {

@@ -17,5 +17,6 @@ void AddTimeJobs();
 void AddRegistryJobs();
 void AddModuleJobs();
 void AddPixelJobs();
+void AddLayerJobs(); ///< of the area "pixels" too
 
 } // namespace kel::bench
