@@ -26,8 +26,6 @@ std::vector<RECT> RectanglesOf(const RGNDATA& data) {
     std::vector<RECT> rectangles(data.rdh.nCount);
     if (!rectangles.empty())
         std::memcpy(rectangles.data(), data.Buffer, rectangles.size() * sizeof(RECT));
-    const auto isEmpty = [](const RECT& rect) { return rect.left >= rect.right || rect.top >= rect.bottom; };
-    rectangles.erase(std::remove_if(rectangles.begin(), rectangles.end(), isEmpty), rectangles.end());
     return rectangles;
 }
 
