@@ -129,13 +129,13 @@ void FillWithin(DeviceContext& context, Region region, const Region& reachable, 
 void DrawDecoration(DeviceContext& context, const Line& line, const Region& reachable) {
     const FontMetrics& metrics = line.font.Font().Metrics();
     const COLORREF colour = context.State().textColour;
-    const auto draw = [&](int top) {
-        FillWithin(context, line.Band(top, top + metrics.lineThickness), reachable, colour);
+    const auto draw = [&](int top, int thickness) {
+        FillWithin(context, line.Band(top, top + thickness), reachable, colour);
     };
     if (line.font.Description().lfUnderline)
-        draw(metrics.underlineTop);
+        draw(metrics.underlineTop, metrics.underlineThickness);
     if (line.font.Description().lfStrikeOut)
-        draw(metrics.strikeTop);
+        draw(metrics.strikeTop, metrics.strikeThickness);
 }
 
 void DrawLine(DeviceContext& context, const Line& line, const TextCharacter* first, std::size_t count,
