@@ -51,6 +51,12 @@ void Invalidate(Window& window, const Region& region, bool erase, Spread spread)
             InvalidateOwn(*child, FromParent(*child, part), erase, spread);
 }
 
+void InvalidateCovered(Window& window, const Region& region) {
+    if (SpreadsTo(window, Spread::Unclipped) && region.Kind() != NULLREGION)
+        for (const auto& child : window.Children())
+            InvalidateOwn(*child, FromParent(*child, region), /*erase*/ true, Spread::Unclipped);
+}
+
 void InvalidateAll(Window& window) {
     if (!window.IsVisible())
         return;
