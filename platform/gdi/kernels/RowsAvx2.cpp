@@ -30,28 +30,35 @@ KEL_AVX2_INLINE __m256i Placed(__m256i bytes, __m128i places) {
 
 // --- picking
 
-KEL_AVX2_INLINE __m128i Picked(const std::uint8_t* from, const ColumnPlan::Piece& piece) {
-    return _mm_shuffle_epi8(LoadHalf(from + piece.from), LoadHalf(piece.places.data()));
+// A step in each half.
+KEL_AVX2_INLINE __m256i Picked(const std::uint8_t* first, const std::uint8_t* second, const std::uint8_t* places) {
+    const __m256i pixels = _mm256_inserti128_si256(_mm256_castsi128_si256(LoadHalf(first)), LoadHalf(second), 1);
+    return _mm256_shuffle_epi8(pixels, Load(places));
 }
 
-template <int pieces>
-KEL_AVX2 void PickSteps(std::uint8_t* to, const std::uint8_t* from, const ColumnPlan& plan) {
+template <std::size_t pieces>
+KEL_AVX2 void PickPairs(std::uint8_t* to, const std::uint8_t* from, const ColumnPlan& plan) {
+    constexpr std::size_t kPiece = ColumnPlan::kPieceBytes;
     const std::size_t stepBytes = plan.PixelsOfStep() * plan.Bytes();
-    const ColumnPlan::Piece* piece = plan.Pieces();
-    for (std::size_t i = plan.Steps(); i > 0; --i, to += stepBytes, piece += pieces) {
-        __m128i pixels = Picked(from, piece[0]);
+    const std::uint32_t* windows = plan.Windows();
+    const std::uint8_t* places = plan.Places();
+    for (std::size_t i = plan.Pairs(); i > 0; --i, to += 2 * stepBytes, windows += 2, places += pieces * kVector) {
+        const std::uint8_t* first = from + windows[0];
+        const std::uint8_t* second = from + windows[1];
+        __m256i pixels = Picked(first, second, places);
         if constexpr (pieces == 2)
-            pixels = _mm_or_si128(pixels, Picked(from, piece[1]));
-        StoreHalf(to, pixels);
+            pixels = _mm256_or_si256(pixels, Picked(first + kPiece, second + kPiece, places + kVector));
+        StoreHalf(to, _mm256_castsi256_si128(pixels));
+        StoreHalf(to + stepBytes, _mm256_extracti128_si256(pixels, 1));
     }
 }
 
 void Pick(std::uint8_t* to, const std::uint8_t* from, const ColumnPlan& plan) {
-    if (plan.PiecesOfStep() == 0)
+    if (plan.Pieces() == 0)
         return kPlainRows.pick(to, from, plan);
-    (plan.PiecesOfStep() == 1 ? PickSteps<1> : PickSteps<2>)(to, from, plan);
+    (plan.Pieces() == 1 ? PickPairs<1> : PickPairs<2>)(to, from, plan);
     const std::size_t bytes = plan.Bytes();
-    for (std::size_t i = plan.Steps() * plan.PixelsOfStep(); i < plan.Columns().size(); ++i)
+    for (std::size_t i = 2 * plan.Pairs() * plan.PixelsOfStep(); i < plan.Columns().size(); ++i)
         std::memcpy(to + i * bytes, from + static_cast<std::size_t>(plan.Columns()[i]) * bytes, bytes);
 }
 
@@ -237,14 +244,6 @@ KEL_AVX2_INLINE __m256i Over255(__m256i products) {
     return _mm256_mulhi_epu16(_mm256_add_epi16(products, Words(128)), Words(257));
 }
 
-KEL_AVX2_INLINE __m256i Low(__m256i bytes) {
-    return _mm256_unpacklo_epi8(bytes, _mm256_setzero_si256());
-}
-
-KEL_AVX2_INLINE __m256i High(__m256i bytes) {
-    return _mm256_unpackhi_epi8(bytes, _mm256_setzero_si256());
-}
-
 /// Weights of two rows that add up to 255, the larger one as what it leaves of 255: that is less than 128, as the
 /// products of bytes want it.
 struct Weights {
@@ -288,25 +287,29 @@ KEL_AVX2 void Weigh(std::uint8_t* to, const std::uint8_t* from, std::size_t coun
     WeighLoop(to + done, from + done, count - done, opacity);
 }
 
-// Four pixels in each half; the opacities of the lower two, and of the higher, become those of all their channels.
-KEL_AVX2_INLINE __m256i LowRests(__m256i rests) {
-    return Placed(rests, _mm_setr_epi8(3, -1, 3, -1, 3, -1, 3, -1, 7, -1, 7, -1, 7, -1, 7, -1));
+// Every other channel, in the low byte of a number and in the high one.
+KEL_AVX2_INLINE __m256i Even(__m256i bytes) {
+    return _mm256_and_si256(bytes, Words(0xFF));
 }
 
-KEL_AVX2_INLINE __m256i HighRests(__m256i rests) {
-    return Placed(rests, _mm_setr_epi8(11, -1, 11, -1, 11, -1, 11, -1, 15, -1, 15, -1, 15, -1, 15, -1));
+KEL_AVX2_INLINE __m256i Odd(__m256i bytes) {
+    return _mm256_srli_epi16(bytes, 8);
+}
+
+// What each pixel leaves of the target, for both halves of its channels.
+KEL_AVX2_INLINE __m256i Rests(__m256i from) {
+    const __m256i left = _mm256_xor_si256(from, _mm256_set1_epi8(-1));
+    return Placed(left, _mm_setr_epi8(3, -1, 3, -1, 7, -1, 7, -1, 11, -1, 11, -1, 15, -1, 15, -1));
+}
+
+KEL_AVX2_INLINE __m256i Shares(__m256i bytes, __m256i opacities) {
+    const __m256i even = Over255(_mm256_mullo_epi16(Even(bytes), opacities));
+    const __m256i odd = Over255(_mm256_mullo_epi16(Odd(bytes), opacities));
+    return _mm256_or_si256(even, _mm256_slli_epi16(odd, 8));
 }
 
 KEL_AVX2_INLINE __m256i Laid(__m256i from, __m256i to) {
-    const __m256i rests = _mm256_xor_si256(from, _mm256_set1_epi8(-1));
-    const __m256i low = Over255(_mm256_mullo_epi16(Low(to), LowRests(rests)));
-    const __m256i high = Over255(_mm256_mullo_epi16(High(to), HighRests(rests)));
-    return _mm256_adds_epu8(from, _mm256_packus_epi16(low, high));
-}
-
-KEL_AVX2_INLINE __m256i Shares(__m256i bytes, __m256i opacity) {
-    return _mm256_packus_epi16(Over255(_mm256_mullo_epi16(Low(bytes), opacity)),
-                               Over255(_mm256_mullo_epi16(High(bytes), opacity)));
+    return _mm256_adds_epu8(from, Shares(to, Rests(from)));
 }
 
 template <bool whole>
