@@ -47,6 +47,7 @@ Pattern BitmapPattern(const DeviceContext& target, const BitmapObject& bitmap, c
     Pattern pattern;
     pattern.width = source.width;
     pattern.height = source.height;
+    pattern.pixels.reserve(static_cast<std::size_t>(source.width) * static_cast<std::size_t>(source.height));
     for (int y = 0; y < source.height; ++y)
         for (int x = 0; x < source.width; ++x)
             pattern.pixels.push_back(colours(ReadPixel(source, x, y)));
