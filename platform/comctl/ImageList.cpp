@@ -174,8 +174,6 @@ bool ImageList::CopyFrom(const ImageList& other) {
     if (!SetCount(other.m_count))
         return false;
     m_alpha = other.m_alpha;
-    background = other.background;
-    overlays = other.overlays;
     const SIZE size{Left(m_count), m_size.cy};
     return CopyPart(Images(), 0, other.Images(), 0, size) &&
            (!HasMasks() || CopyPart(Masks(), 0, other.Masks(), 0, size));

@@ -75,7 +75,7 @@ public:
     bool Remove(int index);
     void Clear(SIZE size);
 
-    /// Takes the images of a list of the same size and flags.
+    /// Takes the images of a list of the same size and flags, not its background and overlays.
     bool CopyFrom(const ImageList& other);
 
     COLORREF background = CLR_NONE;
