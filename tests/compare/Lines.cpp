@@ -5,9 +5,11 @@
 
 #include "tests/compare/Canvas.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -79,7 +81,15 @@ std::string Text(const POINT* points, int count) {
     return text;
 }
 
-/// A pen of up to a pixel, now and then a wide one for lines along the axes. @return its name.
+/// The same colours on every system.
+void SetColours() {
+    const INT indices[] = {COLOR_BTNFACE, COLOR_BTNSHADOW, COLOR_BTNHIGHLIGHT, COLOR_3DDKSHADOW,
+                           COLOR_3DLIGHT, COLOR_WINDOW,    COLOR_WINDOWFRAME};
+    const COLORREF colours[] = {0xC0C0C0, 0x808080, 0xFFFFFF, 0x101010, 0xDFDFDF, 0xF0F0F0, 0x202020};
+    SetSysColors(static_cast<int>(std::size(indices)), indices, colours);
+}
+
+/// A pen of a pixel; @p wide: also such as may become wider, and wide ones. @return its name.
 std::string ChoosePen(Random& random, HDC dc, bool wide) {
     static const DWORD own[] = {5, 2, 1, 2};
     const COLORREF colour = random.Colour();
@@ -87,7 +97,7 @@ std::string ChoosePen(Random& random, HDC dc, bool wide) {
     const int style = random.Between(PS_SOLID, PS_INSIDEFRAME);
     const std::uint32_t kind = random.Below(wide ? 8 : 6);
     if (kind < 4) {
-        SelectObject(dc, CreatePen(kind < 2 ? PS_SOLID : style, random.Between(0, 1), colour));
+        SelectObject(dc, CreatePen(kind < 2 ? PS_SOLID : style, wide ? random.Between(0, 1) : 0, colour));
         return kind < 2 ? "pen0" : "pen" + std::to_string(style);
     }
     if (kind == 4) {
@@ -190,12 +200,48 @@ std::string Straight(Random& random, HDC dc) {
     return "Straight " + pen + Text(points, 2);
 }
 
+/// In pixels.
+SIZE SizeBetween(HDC dc, POINT first, POINT last) {
+    POINT points[] = {first, last};
+    LPtoDP(dc, points, 2);
+    return {std::abs(points[1].x - points[0].x), std::abs(points[1].y - points[0].y)};
+}
+
+/// Where the two sides of an outline meet.
+const char* Thinness(const SIZE& size, int width) {
+    return size.cx <= width || size.cy <= width ? " thin" : "";
+}
+
+const char* Narrowness(const SIZE& size) {
+    const auto sides = std::minmax(size.cx, size.cy);
+    return sides.first < 6 || sides.second > 3 * sides.first ? " narrow" : "";
+}
+
+// Round shapes have whole pixels in every scale, and their corners in order: Wine rounds their size apart from their
+// place.
+void ToPixels(POINT* corners) {
+    for (int i = 0; i < 2; ++i)
+        corners[i] = {corners[i].x & ~3, corners[i].y & ~3};
+    if (corners[0].x > corners[1].x)
+        std::swap(corners[0].x, corners[1].x);
+    if (corners[0].y > corners[1].y)
+        std::swap(corners[0].y, corners[1].y);
+}
+
 std::string Shapes(Random& random, HDC dc) {
     std::string brush;
     SelectObject(dc, RandomBrush(random, brush));
     const std::uint32_t kind = random.Below(3);
-    const std::string name = ChoosePen(random, dc, /*wide*/ kind == 0) + brush + ChooseMapping(random, dc);
-    const POINT points[] = {RandomPoint(random), RandomPoint(random), {random.Between(3, 24), random.Between(3, 24)}};
+    std::string name = ChoosePen(random, dc, /*wide*/ kind == 0) + brush + ChooseMapping(random, dc);
+    POINT points[] = {RandomPoint(random), RandomPoint(random), {random.Between(3, 24), random.Between(3, 24)}};
+    if (kind != 0)
+        ToPixels(points);
+    const SIZE size = SizeBetween(dc, points[0], points[1]);
+    const SIZE corner = SizeBetween(dc, {}, points[2]);
+    if (kind == 0)
+        name += Thinness(size, name[0] == 'i' ? 12 : 1);
+    else
+        name += Narrowness(kind == 1 ? size : SIZE{std::min(size.cx, corner.cx), std::min(size.cy, corner.cy)});
     if (kind == 0)
         Rectangle(dc, points[0].x, points[0].y, points[1].x, points[1].y);
     else if (kind == 1)
@@ -230,8 +276,9 @@ std::string Polygons(Random& random, HDC dc) {
 std::string Frames(Random& random, HDC dc) {
     std::string brush;
     const HBRUSH handle = RandomBrush(random, brush);
-    const std::string name = brush + ChooseMapping(random, dc);
+    std::string name = brush + ChooseMapping(random, dc);
     const POINT points[] = {RandomPoint(random), RandomPoint(random)};
+    name += Thinness(SizeBetween(dc, points[0], points[1]), 1);
     const RECT rect = {points[0].x, points[0].y, points[1].x, points[1].y};
     static const char* const names[] = {"FillRect", "FrameRect", "InvertRect", "DrawFocusRect", "PatBlt"};
     const std::uint32_t kind = random.Below(5);
@@ -327,6 +374,7 @@ int main(int argc, char** argv) {
     const bool dump = argc > 1 && std::strcmp(argv[argc - 1], "--dump") == 0;
     const int count = argc > 1 ? std::atoi(argv[1]) : kDefaultCount;
     const int first = argc > 2 ? std::atoi(argv[2]) : 0;
+    SetColours();
     for (int number = first; number < first + count; ++number)
         Run(number, dump);
     return 0;
