@@ -9,12 +9,23 @@ bool IsInside(const Axis& axis, int bound) {
     return axis.from >= 0 && axis.from + axis.fromSize <= bound;
 }
 
+bool IsMirrored(const RasterJob& job) {
+    return job.x.toMirrored || job.y.toMirrored || job.x.fromMirrored || job.y.fromMirrored;
+}
+
+bool Overlap(const Axis& axis) {
+    return axis.from < axis.to + axis.toSize && axis.to < axis.from + axis.fromSize;
+}
+
+bool OverlapsItself(const RasterJob& job) {
+    return job.source.top == job.target.top && Overlap(job.x) && Overlap(job.y);
+}
+
 // A caller's alpha needs a source that has some.
 bool CanBlend(const RasterJob& job, const BLENDFUNCTION& function) {
     const bool perPixel = function.AlphaFormat == AC_SRC_ALPHA;
-    return !job.x.toMirrored && !job.y.toMirrored && !job.x.fromMirrored && !job.y.fromMirrored &&
-           IsInside(job.x, job.source.width) && IsInside(job.y, job.source.height) &&
-           (!perPixel || job.source.format == PixelFormat::Bgrx32);
+    return !IsMirrored(job) && !OverlapsItself(job) && IsInside(job.x, job.source.width) &&
+           IsInside(job.y, job.source.height) && (!perPixel || job.source.format == PixelFormat::Bgrx32);
 }
 
 bool Blend(DeviceContext& target, const LogicalBox& to, const DeviceContext& source, const LogicalBox& from,
@@ -35,6 +46,8 @@ bool DrawKeyed(DeviceContext& target, const LogicalBox& to, const DeviceContext&
                COLORREF transparent) {
     RasterJob job = JobOn(target, to);
     DrawFrom(job, target, source, from);
+    if (IsMirrored(job))
+        return Fail(ERROR_INVALID_PARAMETER);
     job.operation = RasterJob::Operation::Key;
     job.key = Resolved(transparent);
     // The zeros and ones of a monochrome source are black and white here, whatever the target's colours are.
