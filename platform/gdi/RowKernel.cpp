@@ -320,6 +320,7 @@ void RunRows(const RasterJob& job, RowOrder order, const RowRoad& road) {
         Rows rows(job, box, road);
         for (int i = 0; i < box.y2 - box.y1; ++i)
             rows.Draw(upwards ? box.y2 - 1 - i : box.y1 + i);
+        road.settle();
     });
 }
 

@@ -93,8 +93,11 @@ KEL_AVX2 void Stream(std::uint8_t* to, const std::uint8_t* from, std::size_t cou
         _mm256_stream_si256(reinterpret_cast<__m256i*>(to + i), Load(from + i));
         _mm256_stream_si256(reinterpret_cast<__m256i*>(to + i + kVector), Load(from + i + kVector));
     }
-    _mm_sfence();
     std::memcpy(to + i, from + i, count - i);
+}
+
+void Settle() {
+    _mm_sfence();
 }
 
 KEL_AVX2 void Combine(std::uint8_t* to, const std::uint8_t* source, const std::uint8_t* pattern, std::size_t count,
@@ -330,7 +333,7 @@ KEL_AVX2 void Lay(std::uint8_t* to, const std::uint8_t* from, std::size_t count,
 
 } // namespace
 
-const RowRoad kAvx2Rows = {&Pick,         &Fill,  &Stream, &Combine, &CopyUnless24,
-                           &CopyUnless32, &Weigh, &Lay,    &Widen,   &Narrow};
+const RowRoad kAvx2Rows = {&Pick,         &Fill,  &Stream, &Settle, &Combine, &CopyUnless24,
+                           &CopyUnless32, &Weigh, &Lay,    &Widen,  &Narrow};
 
 } // namespace kel::platform
