@@ -30,6 +30,9 @@ void AddAllJobs() {
     kel::bench::AddModuleJobs();
     kel::bench::AddPixelJobs();
     kel::bench::AddLayerJobs();
+    kel::bench::AddGdiJobs();
+    kel::bench::AddRegionJobs();
+    kel::bench::AddFontJobs();
 }
 
 bool PrintAllNotes(const kel::bench::Table& table) {

@@ -18,5 +18,8 @@ void AddRegistryJobs();
 void AddModuleJobs();
 void AddPixelJobs();
 void AddLayerJobs(); ///< of the area "pixels" too
+void AddGdiJobs();
+void AddRegionJobs();
+void AddFontJobs();
 
 } // namespace kel::bench
