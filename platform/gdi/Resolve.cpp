@@ -103,7 +103,7 @@ Pattern PatternOf(const DeviceContext& target, const BrushObject& brush, const S
     Pattern pattern;
     if (brush.Style() == BS_HATCHED)
         pattern = HatchPattern(target, brush, surface);
-    else if (brush.Style() == BS_PATTERN)
+    else if (brush.Pattern())
         pattern = BitmapPattern(target, *brush.Pattern(), surface);
     else
         pattern.solid = PixelFor(surface, target.ColourOf(brush));
