@@ -9,8 +9,9 @@ bool IsInside(const Axis& axis, int bound) {
     return axis.from >= 0 && axis.from + axis.fromSize <= bound;
 }
 
-bool IsMirrored(const RasterJob& job) {
-    return job.x.toMirrored || job.y.toMirrored || job.x.fromMirrored || job.y.fromMirrored;
+// What is refused is a negative size; a mapping may mirror.
+bool IsMirrored(const LogicalBox& box) {
+    return box.width < 0 || box.height < 0;
 }
 
 bool Overlap(const Axis& axis) {
@@ -24,15 +25,15 @@ bool OverlapsItself(const RasterJob& job) {
 // A caller's alpha needs a source that has some.
 bool CanBlend(const RasterJob& job, const BLENDFUNCTION& function) {
     const bool perPixel = function.AlphaFormat == AC_SRC_ALPHA;
-    return !IsMirrored(job) && !OverlapsItself(job) && IsInside(job.x, job.source.width) &&
-           IsInside(job.y, job.source.height) && (!perPixel || job.source.format == PixelFormat::Bgrx32);
+    return !OverlapsItself(job) && IsInside(job.x, job.source.width) && IsInside(job.y, job.source.height) &&
+           (!perPixel || job.source.format == PixelFormat::Bgrx32);
 }
 
 bool Blend(DeviceContext& target, const LogicalBox& to, const DeviceContext& source, const LogicalBox& from,
            const BLENDFUNCTION& function) {
     RasterJob job = JobOn(target, to);
     DrawFrom(job, target, source, from);
-    if (!CanBlend(job, function))
+    if (IsMirrored(to) || IsMirrored(from) || !CanBlend(job, function))
         return Fail(ERROR_INVALID_PARAMETER);
     job.operation = RasterJob::Operation::Blend;
     job.blend = function;
@@ -44,10 +45,10 @@ bool Blend(DeviceContext& target, const LogicalBox& to, const DeviceContext& sou
 
 bool DrawKeyed(DeviceContext& target, const LogicalBox& to, const DeviceContext& source, const LogicalBox& from,
                COLORREF transparent) {
+    if (IsMirrored(to) || IsMirrored(from))
+        return Fail(ERROR_INVALID_PARAMETER);
     RasterJob job = JobOn(target, to);
     DrawFrom(job, target, source, from);
-    if (IsMirrored(job))
-        return Fail(ERROR_INVALID_PARAMETER);
     job.operation = RasterJob::Operation::Key;
     job.key = Resolved(transparent);
     // The zeros and ones of a monochrome source are black and white here, whatever the target's colours are.

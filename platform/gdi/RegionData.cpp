@@ -44,6 +44,7 @@ POINT Transformed(const XFORM& transform, LONG x, LONG y) {
 
 Region Upright(const std::vector<RECT>& rectangles) {
     std::vector<pixman_box32_t> boxes;
+    boxes.reserve(rectangles.size());
     for (const RECT& rect : rectangles)
         boxes.push_back({rect.left, rect.top, rect.right, rect.bottom});
     return Region(boxes.data(), static_cast<int>(boxes.size()));

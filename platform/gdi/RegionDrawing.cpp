@@ -13,6 +13,7 @@ namespace {
 /// The pixels of a region in logical units.
 Region ToDevice(const Mapping& mapping, const Region& logical) {
     std::vector<pixman_box32_t> boxes;
+    boxes.reserve(static_cast<std::size_t>(logical.Rectangles().count));
     for (const pixman_box32_t& box : logical.Rectangles()) {
         const RECT device = mapping.ToDevice(RECT{box.x1, box.y1, box.x2, box.y2});
         boxes.push_back({device.left, device.top, device.right, device.bottom});

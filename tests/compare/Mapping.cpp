@@ -31,14 +31,13 @@ std::string Text(const char* name, std::initializer_list<long long> values) {
 class Picture {
 public:
     Picture() : m_dc(CreateCompatibleDC(nullptr)) {
-        BITMAPINFO info{};
-        info.bmiHeader.biSize = sizeof info.bmiHeader;
-        info.bmiHeader.biWidth = kWidth;
-        info.bmiHeader.biHeight = -kHeight;
-        info.bmiHeader.biPlanes = 1;
-        info.bmiHeader.biBitCount = 32;
+        m_info.bmiHeader.biSize = sizeof m_info.bmiHeader;
+        m_info.bmiHeader.biWidth = kWidth;
+        m_info.bmiHeader.biHeight = -kHeight;
+        m_info.bmiHeader.biPlanes = 1;
+        m_info.bmiHeader.biBitCount = 32;
         void* memory = nullptr;
-        m_bitmap = CreateDIBSection(m_dc, &info, DIB_RGB_COLORS, &memory, nullptr, 0);
+        m_bitmap = CreateDIBSection(m_dc, &m_info, DIB_RGB_COLORS, &memory, nullptr, 0);
         m_pixels = static_cast<DWORD*>(memory);
         SelectObject(m_dc, m_bitmap);
     }
@@ -50,6 +49,8 @@ public:
     }
 
     HDC Dc() const { return m_dc; }
+    const BITMAPINFO* Info() const { return &m_info; }
+    const void* Bits() const { return m_pixels; }
     DWORD& At(int x, int y) { return m_pixels[y * kWidth + x]; }
 
     /// Every pixel another colour.
@@ -58,7 +59,8 @@ public:
             m_pixels[i] = static_cast<DWORD>(0x10101 + i * 5);
     }
 
-    std::string Changes() {
+    /// The box of what was drawn, and a sum of its colours.
+    std::string Changes(bool boxAlone) {
         GdiFlush();
         RECT box{kWidth, kHeight, 0, 0};
         DWORD sum = 2166136261u;
@@ -70,11 +72,13 @@ public:
                     box = {std::min(box.left, x), std::min(box.top, y), std::max(box.right, x + 1),
                            std::max(box.bottom, y + 1)};
             }
-        return Text(" drawn(", {box.left, box.top, box.right, box.bottom}) + ") " + std::to_string(sum);
+        return Text(" drawn(", {box.left, box.top, box.right, box.bottom}) + ") " +
+               (boxAlone ? "" : std::to_string(sum));
     }
 
 private:
     HDC m_dc;
+    BITMAPINFO m_info{};
     HBITMAP m_bitmap;
     DWORD* m_pixels;
 };
@@ -281,21 +285,31 @@ int Inside(Random& random, int size, int bound) {
     return size < 0 ? start - size - 1 : start;
 }
 
-std::string DrawPicture(Random& random, HDC dc, HDC source, const RECT& rect) {
+std::string DrawPicture(Random& random, HDC dc, const Picture& source, const RECT& rect) {
     const int width = rect.right - rect.left;
     const int height = rect.bottom - rect.top;
-    const bool stretches = random.Below(2) == 0 || std::abs(width) > kWidth || std::abs(height) > kHeight;
-    const int fromWidth = stretches ? random.Between(1, kWidth) : width;
-    const int fromHeight = stretches ? random.Between(1, kHeight) : height;
+    const int kind =
+        std::abs(width) > kWidth || std::abs(height) > kHeight ? random.Between(1, 4) : random.Between(0, 5);
+    const int fromWidth = kind > 0 ? random.Between(1, kWidth) : width;
+    const int fromHeight = kind == 0 ? height : kind == 2 ? kHeight : random.Between(1, kHeight);
     const int x = Inside(random, fromWidth, kWidth);
     const int y = Inside(random, fromHeight, kHeight);
-    const BOOL result =
-        stretches ? StretchBlt(dc, rect.left, rect.top, width, height, source, x, y, fromWidth, fromHeight, SRCCOPY)
-                  : BitBlt(dc, rect.left, rect.top, width, height, source, x, y, SRCCOPY);
-    return Text("picture(", {stretches, x, y, fromWidth, fromHeight, result}) + ")";
+    const HDC from = source.Dc();
+    const int result =
+        kind == 0   ? BitBlt(dc, rect.left, rect.top, width, height, from, x, y, SRCCOPY)
+        : kind == 1 ? StretchBlt(dc, rect.left, rect.top, width, height, from, x, y, fromWidth, fromHeight, SRCCOPY)
+        : kind == 2 ? StretchDIBits(dc, rect.left, rect.top, width, height, x, 0, fromWidth, fromHeight, source.Bits(),
+                                    source.Info(), DIB_RGB_COLORS, SRCCOPY)
+        : kind == 3
+            ? TransparentBlt(dc, rect.left, rect.top, width, height, from, x, y, fromWidth, fromHeight, 0x010101)
+        : kind == 4 ? AlphaBlend(dc, rect.left, rect.top, width, height, from, x, y, fromWidth, fromHeight,
+                                 {AC_SRC_OVER, 0, 255, 0})
+                    : SetDIBitsToDevice(dc, rect.left, rect.top, 20, 10, 0, 0, 0, kHeight, source.Bits(), source.Info(),
+                                        DIB_RGB_COLORS);
+    return Text("picture(", {kind, x, y, fromWidth, fromHeight, result}) + ")";
 }
 
-std::string Draw(Random& random, HDC dc, HDC source, HBRUSH brush) {
+std::string Draw(Random& random, HDC dc, const Picture& source, HBRUSH brush) {
     const RECT rect = LogicalRect(random, dc);
     const std::string area = Text(" at ", {rect.left, rect.top, rect.right, rect.bottom});
     switch (random.Below(4)) {
@@ -320,9 +334,11 @@ void Run(int number, bool dump) {
     std::printf("%d %s%s%s\n", number, mapping.c_str(), state.c_str(), Points(random, target.Dc()).c_str());
     const HBRUSH brush = CreateSolidBrush(0xFFEEDD);
     SetStretchBltMode(target.Dc(), COLORONCOLOR);
-    const std::string drawn = Draw(random, target.Dc(), source.Dc(), brush);
+    const std::string drawn = Draw(random, target.Dc(), source, brush);
     DeleteObject(brush);
-    std::printf("%d %s %s%s\n", number, drawn.c_str(), state.c_str(), target.Changes().c_str());
+    // Wine's TransparentBlt drops other pixels than StretchBlt.
+    const bool boxAlone = drawn.compare(0, 10, "picture(3,") == 0;
+    std::printf("%d %s %s%s\n", number, drawn.c_str(), state.c_str(), target.Changes(boxAlone).c_str());
     for (int y = 0; dump && y < kHeight; ++y, std::printf("\n"))
         for (int x = 0; x < kWidth; ++x)
             std::printf("%c", target.At(x, y) & 0xFFFFFF ? '#' : '.');

@@ -62,7 +62,8 @@ KELPLATFORM_API int WINAPI StretchDIBits(HDC target, int x, int y, int width, in
                                          int sourceWidth, int sourceHeight, const void* bits, const BITMAPINFO* info,
                                          UINT usage, DWORD operation);
 
-/// Draws rows of a DIB pixel for pixel. @return the number of rows, 0 on failure.
+/// Draws rows of a DIB pixel for pixel, whatever the mapping, from a logical point on. @return the number of rows, 0 on
+/// failure.
 KELPLATFORM_API int WINAPI SetDIBitsToDevice(HDC target, int x, int y, DWORD width, DWORD height, int sourceX,
                                              int sourceY, UINT start, UINT lines, const void* bits,
                                              const BITMAPINFO* info, UINT usage);
