@@ -54,6 +54,9 @@ public:
         return row ? row->object : nullptr;
     }
 
+    /// Another number whenever an object may be gone.
+    unsigned Removals() const { return m_removals.load(std::memory_order_acquire); }
+
     // Selections are let go with no lock held, so whoever of the two comes second sees what the other one has done.
     bool Remove(GdiObject& object) {
         if (!Find(object.Handle()))
@@ -122,8 +125,10 @@ private:
         m_lastFree = index;
         ++m_freeRows;
         --m_counted;
+        ++m_removals;
     }
 
+    std::atomic<unsigned> m_removals{0};
     std::mutex m_mutex; // guards what follows
     std::vector<Row> m_rows;
     std::uint16_t m_firstFree = 0;
@@ -138,6 +143,20 @@ HGDIOBJ AddObject(std::shared_ptr<GdiObject> object, bool stock) {
 
 std::shared_ptr<GdiObject> FindAnyObject(HGDIOBJ handle) {
     return GdiTable::Get().Find(handle);
+}
+
+// Each thread remembers its last one.
+GdiObject* PeekObject(HGDIOBJ handle) {
+    struct Seen {
+        HGDIOBJ handle;
+        GdiObject* object;
+        unsigned removals;
+    };
+    thread_local Seen seen{};
+    const unsigned removals = GdiTable::Get().Removals();
+    if (seen.handle != handle || seen.removals != removals || !seen.object)
+        seen = {handle, GdiTable::Get().Find(handle).get(), removals};
+    return seen.object;
 }
 
 bool RemoveObject(GdiObject& object) {

@@ -21,7 +21,7 @@ template <class Work>
 BOOL WithFont(const char* name, HDC dc, Work work) {
     if (CallFails(name))
         return FALSE;
-    const auto context = FindContext(dc);
+    DeviceContext* context = PeekContext(dc);
     return context && WithMemory(false, [&] {
                const ContextFont font(*context);
                return font && work(font);
