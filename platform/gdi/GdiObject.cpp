@@ -15,6 +15,9 @@ constexpr std::uintptr_t kStockBit = 0x800000;
 constexpr std::size_t kFirstRow = 16; // no handle is a small number
 constexpr std::size_t kRows = 0x10000;
 
+// Another number whenever an object may be gone.
+constinit std::atomic<unsigned> removals{0};
+
 struct Row {
     std::shared_ptr<GdiObject> object;
     std::uint8_t generation = 0;
@@ -53,9 +56,6 @@ public:
         const Row* row = RowHolding(handle);
         return row ? row->object : nullptr;
     }
-
-    /// Another number whenever an object may be gone.
-    unsigned Removals() const { return m_removals.load(std::memory_order_acquire); }
 
     // Selections are let go with no lock held, so whoever of the two comes second sees what the other one has done.
     bool Remove(GdiObject& object) {
@@ -125,10 +125,9 @@ private:
         m_lastFree = index;
         ++m_freeRows;
         --m_counted;
-        ++m_removals;
+        ++removals;
     }
 
-    std::atomic<unsigned> m_removals{0};
     std::mutex m_mutex; // guards what follows
     std::vector<Row> m_rows;
     std::uint16_t m_firstFree = 0;
@@ -153,9 +152,9 @@ GdiObject* PeekObject(HGDIOBJ handle) {
         unsigned removals;
     };
     thread_local Seen seen{};
-    const unsigned removals = GdiTable::Get().Removals();
-    if (seen.handle != handle || seen.removals != removals || !seen.object)
-        seen = {handle, GdiTable::Get().Find(handle).get(), removals};
+    const unsigned now = removals.load(std::memory_order_acquire);
+    if (seen.handle != handle || seen.removals != now || !seen.object)
+        seen = {handle, GdiTable::Get().Find(handle).get(), now};
     return seen.object;
 }
 
