@@ -137,20 +137,23 @@ int ImageList::Add(HBITMAP image, HBITMAP mask) {
     const int first = m_count;
     if (!SetCount(first + count))
         return -1;
-    if (!Put(first, count, image, mask))
-        return m_count = first, -1;
-    FindAlpha(first, count);
+    std::vector<bool> alpha;
+    if (!Put(first, count, image, mask) || !FindAlpha(first, count, alpha)) {
+        m_alpha.resize(static_cast<std::size_t>(m_count = first));
+        return -1;
+    }
+    std::copy(alpha.begin(), alpha.end(), m_alpha.begin() + first);
     return first;
 }
 
 bool ImageList::Replace(int index, HBITMAP image, HBITMAP mask) {
     // A copy at the end is made first, so that a failure changes nothing.
     const int last = m_count;
-    if (!Reserve(last + 1) || !Blacken(last, 1) || !Put(last, 1, image, mask))
+    std::vector<bool> alpha;
+    if (!Reserve(last + 1) || !Blacken(last, 1) || !Put(last, 1, image, mask) || !FindAlpha(last, 1, alpha) ||
+        !Move(index, last, 1))
         return false;
-    if (!Move(index, last, 1))
-        return false;
-    FindAlpha(index, 1);
+    m_alpha[static_cast<std::size_t>(index)] = alpha[0];
     return true;
 }
 
@@ -180,10 +183,13 @@ bool ImageList::CopyFrom(const ImageList& other) {
 }
 
 // Images of 32 bits have alpha when any pixel has some.
-void ImageList::FindAlpha(int first, int count) {
+bool ImageList::FindAlpha(int first, int count, std::vector<bool>& flags) const {
+    flags.assign(static_cast<std::size_t>(count), false);
+    if ((m_flags & ILC_COLORDDB) != ILC_COLOR32)
+        return true;
     DIBSECTION section;
-    if ((m_flags & ILC_COLORDDB) != ILC_COLOR32 || !GetObjectA(Images(), sizeof section, &section))
-        return;
+    if (!GetObjectA(Images(), sizeof section, &section))
+        return false;
     const auto* const pixels = static_cast<const std::uint32_t*>(section.dsBm.bmBits);
     const auto has = [&](int index) {
         for (int y = 0; y < m_size.cy; ++y) {
@@ -193,8 +199,9 @@ void ImageList::FindAlpha(int first, int count) {
         }
         return false;
     };
-    for (int index = first; index < first + count; ++index)
-        m_alpha[static_cast<std::size_t>(index)] = has(index);
+    for (int i = 0; i < count; ++i)
+        flags[static_cast<std::size_t>(i)] = has(first + i);
+    return true;
 }
 
 } // namespace kel::platform

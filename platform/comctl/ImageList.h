@@ -92,7 +92,7 @@ private:
     bool Move(int to, int from, int count);
     bool Blacken(int first, int count);
     bool Put(int index, int count, HBITMAP image, HBITMAP mask);
-    void FindAlpha(int first, int count);
+    bool FindAlpha(int first, int count, std::vector<bool>& flags) const;
 
     SIZE m_size;
     const UINT m_flags;

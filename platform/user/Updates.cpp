@@ -64,7 +64,9 @@ void InvalidateAll(Window& window) {
     InvalidateOwn(window, Region(RECT{0, 0, size.cx, size.cy}), /*erase*/ true, Spread::Always);
 }
 
-void Validate(Window& window, const Region& region) {
+void Validate(Window& window, const Region& whole) {
+    Region region = ClientRegion(window);
+    region.Intersect(whole);
     window.update.Subtract(region);
     if (window.update.Kind() == NULLREGION)
         window.erase = false;

@@ -89,6 +89,12 @@ TEST_CASE("images are drawn through their masks, on a colour, and under overlays
         CHECK((ImageList_SetOverlayImage(list, 1, 15) && !ImageList_SetOverlayImage(list, 1, 16)));
         CHECK(canvas.Of(list, 0, ILD_TRANSPARENT | INDEXTOOVERLAYMASK(15)) == "wg./bw.");
     }
+    // With alpha a pixel is as opaque as it says.
+    const Section clear(2, 2, 32);
+    const std::uint32_t pixels[] = {0xFF0000FF, 0x00FFFFFF, 0xFFFFFF00, 0xFF00FF00};
+    std::memcpy(clear.bytes, pixels, sizeof pixels);
+    const List shaded(ILC_COLOR32 | ILC_MASK);
+    CHECK((ImageList_Add(shaded, clear.handle, nullptr) == 0 && canvas.Of(shaded, 0) == "yg./b.."));
     const List plain(ILC_COLOR24);
     CHECK((ImageList_Add(plain, images.image.handle, nullptr) == 0 && canvas.Of(plain, 0) == "rg./by."));
     IMAGELISTDRAWPARAMS wanted = {};

@@ -282,6 +282,10 @@ TEST_CASE("contexts of windows reach what the window shows") {
         CHECK(Reaches(parent, 35, 15) == (parent == top));
         CHECK((PixelOf(first, 25, 5) == RGB(1, 1, 1) && PixelOf(second, 10, 5) == RGB(2, 2, 2)));
         CHECK((!Reaches(second, 9, 5) && Reaches(edge, 9, 9) && !Reaches(edge, 10, 0)));
+        for (int twice = 0; twice < 2; ++twice) {
+            CHECK(SetWindowPos(first, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE));
+            CHECK((Reaches(second, 9, 5) && Reaches(first, 19, 5) && !Reaches(first, 25, 5)));
+        }
         Flood(parent, kInk);
         CHECK((PixelOf(first, 0, 0) == kInk) == (parent == top));
         CHECK(PixelOf(parent, 5, 5) == kInk);
