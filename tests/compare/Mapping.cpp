@@ -221,6 +221,15 @@ std::string Clip(HDC dc) {
     return GetClipBox(dc, &box) == NULLREGION ? " clip none" : " clip some";
 }
 
+// Whether the clip region reaches over the surface: Wine takes what lies there for visible.
+const char* Beyond(HDC dc) {
+    RECT box{};
+    const HRGN clip = CreateRectRgn(0, 0, 0, 0);
+    const bool clipped = GetClipRgn(dc, clip) == 1 && GetRgnBox(clip, &box) != NULLREGION;
+    DeleteObject(clip);
+    return clipped && (box.left < 0 || box.top < 0 || box.right > kWidth || box.bottom > kHeight) ? " [beyond]" : "";
+}
+
 bool IsEmpty(HDC dc, const RECT& rect) {
     POINT corners[] = {{rect.left, rect.top}, {rect.right, rect.bottom}};
     LPtoDP(dc, corners, 2);
@@ -262,7 +271,7 @@ std::string DrawClipped(Random& random, HDC dc, const RECT& rect) {
     const HRGN all = CreateRectRgn(-20000, -20000, 20000, 20000);
     InvertRgn(dc, all);
     DeleteObject(all);
-    return text + ")" + Clip(dc);
+    return text + ")" + Clip(dc) + Beyond(dc);
 }
 
 std::string DrawRect(Random& random, HDC dc, HBRUSH brush, const RECT& rect) {
