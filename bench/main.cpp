@@ -29,6 +29,10 @@ void AddAllJobs() {
     kel::bench::AddRegistryJobs();
     kel::bench::AddModuleJobs();
     kel::bench::AddPixelJobs();
+    kel::bench::AddLayerJobs();
+    kel::bench::AddGdiJobs();
+    kel::bench::AddRegionJobs();
+    kel::bench::AddFontJobs();
     kel::bench::AddPictureJobs();
 }
 

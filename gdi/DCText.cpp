@@ -39,6 +39,11 @@ ABC AnsiWidth(HDC dc, unsigned short ch) {
     return WholeWidth(dc, ch);
 }
 
+// Whatever the locale, no printing character of ASCII is.
+bool IsWhite(unsigned short ch) {
+    return (ch <= ' ' || ch >= 0x7F) && iswspace(ch) != 0;
+}
+
 int Advance(const ABC& abc) {
     return abc.abcA + static_cast<int>(abc.abcB) + abc.abcC;
 }
@@ -97,7 +102,7 @@ bool DC::DrawStateA(const POINT& position, const SIZE& size, const WideString& t
 bool DC::GetCharABCWidth(unsigned short ch, ABC& abc) const {
     if (IsFamily95() || !GetCharABCWidthsW(m_hDC, ch, ch, &abc))
         abc = AnsiWidth(m_hDC, ch);
-    if (iswspace(ch))
+    if (IsWhite(ch))
         abc = {0, static_cast<UINT>(Advance(abc)), 0};
     return true;
 }

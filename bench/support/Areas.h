@@ -17,6 +17,10 @@ void AddTimeJobs();
 void AddRegistryJobs();
 void AddModuleJobs();
 void AddPixelJobs();
+void AddLayerJobs(); ///< of the area "pixels" too
+void AddGdiJobs();
+void AddRegionJobs();
+void AddFontJobs();
 void AddPictureJobs();
 
 } // namespace kel::bench

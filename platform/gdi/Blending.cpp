@@ -9,11 +9,23 @@ bool IsInside(const Axis& axis, int bound) {
     return axis.from >= 0 && axis.from + axis.fromSize <= bound;
 }
 
+// What is refused is a negative size; a mapping may mirror.
+bool IsMirrored(const LogicalBox& box) {
+    return box.width < 0 || box.height < 0;
+}
+
+bool Overlap(const Axis& axis) {
+    return axis.from < axis.to + axis.toSize && axis.to < axis.from + axis.fromSize;
+}
+
+bool OverlapsItself(const RasterJob& job) {
+    return job.source.top == job.target.top && Overlap(job.x) && Overlap(job.y);
+}
+
 // A caller's alpha needs a source that has some.
 bool CanBlend(const RasterJob& job, const BLENDFUNCTION& function) {
     const bool perPixel = function.AlphaFormat == AC_SRC_ALPHA;
-    return !job.x.toMirrored && !job.y.toMirrored && !job.x.fromMirrored && !job.y.fromMirrored &&
-           IsInside(job.x, job.source.width) && IsInside(job.y, job.source.height) &&
+    return !OverlapsItself(job) && IsInside(job.x, job.source.width) && IsInside(job.y, job.source.height) &&
            (!perPixel || job.source.format == PixelFormat::Bgrx32);
 }
 
@@ -21,7 +33,7 @@ bool Blend(DeviceContext& target, const LogicalBox& to, const DeviceContext& sou
            const BLENDFUNCTION& function) {
     RasterJob job = JobOn(target, to);
     DrawFrom(job, target, source, from);
-    if (!CanBlend(job, function))
+    if (IsMirrored(to) || IsMirrored(from) || !CanBlend(job, function))
         return Fail(ERROR_INVALID_PARAMETER);
     job.operation = RasterJob::Operation::Blend;
     job.blend = function;
@@ -33,6 +45,8 @@ bool Blend(DeviceContext& target, const LogicalBox& to, const DeviceContext& sou
 
 bool DrawKeyed(DeviceContext& target, const LogicalBox& to, const DeviceContext& source, const LogicalBox& from,
                COLORREF transparent) {
+    if (IsMirrored(to) || IsMirrored(from))
+        return Fail(ERROR_INVALID_PARAMETER);
     RasterJob job = JobOn(target, to);
     DrawFrom(job, target, source, from);
     job.operation = RasterJob::Operation::Key;

@@ -32,7 +32,11 @@ Region::Region(RECT rect) {
 }
 
 Region::Region(const pixman_box32_t* boxes, int count) {
-    Require(pixman_region32_init_rects(&m_region, boxes, count));
+    // Of several boxes pixman leaves those without pixels out; a single one it takes for an error.
+    if (count == 1 && !HasPixels(*boxes))
+        pixman_region32_init(&m_region);
+    else
+        Require(pixman_region32_init_rects(&m_region, boxes, count));
 }
 
 Region::Region(const Region& other) {

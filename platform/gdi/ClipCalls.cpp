@@ -34,14 +34,14 @@ Region ClipOrBounds(const DeviceContext& context) {
 }
 
 int CombineClip(DeviceContext& context, const Region& region, int mode) {
-    if (mode == RGN_AND)
-        return context.IntersectClip(region);
     if (mode == RGN_DIFF)
         return context.ExcludeClip(region);
     if (mode == RGN_COPY)
         return context.SetClip(region);
     Region clip = ClipOrBounds(context);
-    if (mode == RGN_OR)
+    if (mode == RGN_AND)
+        clip.Intersect(region);
+    else if (mode == RGN_OR)
         clip.Unite(region);
     else
         clip.SetEither(clip, region);

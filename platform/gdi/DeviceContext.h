@@ -134,4 +134,14 @@ inline std::shared_ptr<DeviceContext> FindContext(HDC dc) {
     return FindObject<DeviceContext>(dc);
 }
 
+/// The same, not held: see PeekObject.
+inline DeviceContext* PeekContext(HDC dc) {
+    GdiObject* object = PeekObject(dc);
+    if (!object || object->Type() != GdiType::Context) {
+        Fail(ERROR_INVALID_HANDLE);
+        return nullptr;
+    }
+    return static_cast<DeviceContext*>(object);
+}
+
 } // namespace kel::platform

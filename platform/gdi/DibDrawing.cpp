@@ -51,11 +51,15 @@ struct HeldRows {
     UINT lines;
 };
 
+// The mapping has a say in where the rows begin, not in their size.
 int DrawRows(DeviceContext& context, const LogicalBox& to, DibFormat format, int fromX, int fromY, const HeldRows& held,
              const void* bits) {
     const int top = static_cast<int>(held.start + held.lines) - fromY - to.height;
     format.height = static_cast<int>(held.lines);
+    const POINT start = context.ToDevice(POINT{to.x, to.y});
     RasterJob job = JobOn(context, to);
+    job.x = MakeAxis(start.x, to.width, 0, 0);
+    job.y = MakeAxis(start.y, to.height, 0, 0);
     DrawFrom(job, context, format.At(bits), {fromX, top, to.width, to.height});
     job.colours = ColourMap(job.target, job.source, kNearestOfTwo);
     Run(job);

@@ -15,6 +15,9 @@ constexpr std::uintptr_t kStockBit = 0x800000;
 constexpr std::size_t kFirstRow = 16; // no handle is a small number
 constexpr std::size_t kRows = 0x10000;
 
+// Another number whenever an object may be gone.
+constinit std::atomic<unsigned> removals{0};
+
 struct Row {
     std::shared_ptr<GdiObject> object;
     std::uint8_t generation = 0;
@@ -122,6 +125,7 @@ private:
         m_lastFree = index;
         ++m_freeRows;
         --m_counted;
+        ++removals;
     }
 
     std::mutex m_mutex; // guards what follows
@@ -138,6 +142,20 @@ HGDIOBJ AddObject(std::shared_ptr<GdiObject> object, bool stock) {
 
 std::shared_ptr<GdiObject> FindAnyObject(HGDIOBJ handle) {
     return GdiTable::Get().Find(handle);
+}
+
+// Each thread remembers its last one.
+GdiObject* PeekObject(HGDIOBJ handle) {
+    struct Seen {
+        HGDIOBJ handle;
+        GdiObject* object;
+        unsigned removals;
+    };
+    thread_local Seen seen{};
+    const unsigned now = removals.load(std::memory_order_acquire);
+    if (seen.handle != handle || seen.removals != now || !seen.object)
+        seen = {handle, GdiTable::Get().Find(handle).get(), now};
+    return seen.object;
 }
 
 bool RemoveObject(GdiObject& object) {

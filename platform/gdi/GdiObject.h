@@ -64,6 +64,10 @@ HGDIOBJ AddObject(std::shared_ptr<GdiObject> object, bool stock = false);
 /// The object of a handle, null if there is none. The last error stays.
 std::shared_ptr<GdiObject> FindAnyObject(HGDIOBJ handle);
 
+/// The object of a handle, not held by the caller: for contexts, in calls that are made by the thousand. A context
+/// belongs to one thread at a time, so nobody deletes it while one of its calls runs.
+GdiObject* PeekObject(HGDIOBJ handle);
+
 /// The object of a handle if it is of that kind; otherwise null with ERROR_INVALID_HANDLE.
 template <class T>
 std::shared_ptr<T> FindObject(HGDIOBJ handle) {

@@ -55,10 +55,10 @@ RasterJob JobOn(const DeviceContext& context, const Region& area) {
 
 } // namespace
 
-void RunWith(RasterJob& job, const DeviceContext& context, const BrushObject& brush) {
+void RunWith(RasterJob& job, const DeviceContext& context, const BrushObject& brush, int backMode) {
     if (brush.Style() == BS_NULL)
         return;
-    if (brush.Style() == BS_HATCHED && context.State().backMode == TRANSPARENT)
+    if (brush.Style() == BS_HATCHED && backMode == TRANSPARENT)
         return RunBetween(job, context, brush);
     job.pattern = PatternOf(context, brush, job.target);
     Run(job);
@@ -84,13 +84,15 @@ void InvertArea(DeviceContext& context, Region area) {
     Run(job);
 }
 
+// The background mode has no effect on pens of ExtCreatePen.
 void PaintOutline(DeviceContext& context, Region area, const Region& inside) {
     const PenObject& pen = *context.State().pen;
     area.Subtract(inside);
-    if (pen.IsExtended())
-        PaintArea(context, std::move(area), pen.Brush());
-    else
-        PaintArea(context, std::move(area), context.ColourOf(pen));
+    if (!pen.IsExtended())
+        return PaintArea(context, std::move(area), context.ColourOf(pen));
+    area.Intersect(context.Visible());
+    RasterJob job = JobOn(context, area);
+    RunWith(job, context, pen.Brush(), TRANSPARENT);
 }
 
 int PenWidth(const DeviceContext& context) {

@@ -14,9 +14,12 @@ constexpr std::uint8_t TernaryOf(int rasterMode) {
     return static_cast<std::uint8_t>((results & 3) * 5 | (results >> 2) * 0x50);
 }
 
-/// Runs a job without a source with a brush. Where the background mode is TRANSPARENT the space between the lines of a
-/// hatch is left alone. @throws std::bad_alloc
-void RunWith(RasterJob& job, const DeviceContext& context, const BrushObject& brush);
+/// Runs a job without a source with a brush. @param backMode TRANSPARENT leaves the space between the lines of a hatch
+/// alone. @throws std::bad_alloc
+void RunWith(RasterJob& job, const DeviceContext& context, const BrushObject& brush, int backMode);
+inline void RunWith(RasterJob& job, const DeviceContext& context, const BrushObject& brush) {
+    RunWith(job, context, brush, context.State().backMode);
+}
 
 /// Paints what is visible of @p area, in device units, by the context's raster mode. @throws std::bad_alloc
 /// @{

@@ -39,8 +39,8 @@ bool CloseTheFigure(DeviceContext& context) {
 
 HGDIOBJ TakeRegion(DeviceContext& context) {
     const DrawingPath* path = ClosedPath(context);
-    if (!path)
-        return nullptr;
+    if (!path || path->Points().empty())
+        return Fail(ERROR_CAN_NOT_COMPLETE), nullptr;
     auto region = std::make_shared<RegionObject>(PolygonRegion(PolygonsOf(path->Figures()), context.State().fillMode));
     context.State().path.reset();
     return AddObject(std::move(region));

@@ -26,8 +26,6 @@ std::vector<RECT> RectanglesOf(const RGNDATA& data) {
     std::vector<RECT> rectangles(data.rdh.nCount);
     if (!rectangles.empty())
         std::memcpy(rectangles.data(), data.Buffer, rectangles.size() * sizeof(RECT));
-    const auto isEmpty = [](const RECT& rect) { return rect.left >= rect.right || rect.top >= rect.bottom; };
-    rectangles.erase(std::remove_if(rectangles.begin(), rectangles.end(), isEmpty), rectangles.end());
     return rectangles;
 }
 
@@ -46,6 +44,7 @@ POINT Transformed(const XFORM& transform, LONG x, LONG y) {
 
 Region Upright(const std::vector<RECT>& rectangles) {
     std::vector<pixman_box32_t> boxes;
+    boxes.reserve(rectangles.size());
     for (const RECT& rect : rectangles)
         boxes.push_back({rect.left, rect.top, rect.right, rect.bottom});
     return Region(boxes.data(), static_cast<int>(boxes.size()));

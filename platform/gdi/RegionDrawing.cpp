@@ -1,24 +1,19 @@
-#include "platform/gdi/Resolve.h"
+#include "platform/gdi/Painting.h"
 #include "platform/kernel/Faults.h"
 
 #include <kelcore/platform/regions.h>
 
-#include <cstdlib>
+#include <algorithm>
+#include <limits>
 #include <vector>
 
 namespace kel::platform {
 namespace {
 
-// The four results for pen and target, with and without the source alike.
-constexpr std::uint8_t TernaryOf(int rasterMode) {
-    const int results = rasterMode - 1;
-    return static_cast<std::uint8_t>((results & 3) * 5 | (results >> 2) * 0x50);
-}
-static_assert(TernaryOf(R2_COPYPEN) == PATCOPY >> 16 && TernaryOf(R2_XORPEN) == PATINVERT >> 16);
-
 /// The pixels of a region in logical units.
 Region ToDevice(const Mapping& mapping, const Region& logical) {
     std::vector<pixman_box32_t> boxes;
+    boxes.reserve(static_cast<std::size_t>(logical.Rectangles().count));
     for (const pixman_box32_t& box : logical.Rectangles()) {
         const RECT device = mapping.ToDevice(RECT{box.x1, box.y1, box.x2, box.y2});
         boxes.push_back({device.left, device.top, device.right, device.bottom});
@@ -26,23 +21,8 @@ Region ToDevice(const Mapping& mapping, const Region& logical) {
     return Region(boxes.data(), static_cast<int>(boxes.size()));
 }
 
-void Fill(DeviceContext& context, const Region& logical, std::uint8_t rop, Pattern pattern) {
-    Region region = ToDevice(context.State().mapping, logical);
-    region.Intersect(context.Visible());
-    const RECT box = region.Box();
-    RasterJob job;
-    job.target = context.Target();
-    job.clip = region.Get();
-    job.x = MakeAxis(box.left, box.right - box.left, 0, 0);
-    job.y = MakeAxis(box.top, box.bottom - box.top, 0, 0);
-    job.rop = rop;
-    job.pattern = std::move(pattern);
-    Run(job);
-}
-
 bool FillWith(DeviceContext& context, const Region& logical, const BrushObject& brush) {
-    if (brush.Style() != BS_NULL)
-        Fill(context, logical, TernaryOf(context.State().rasterMode), PatternOf(context, brush, context.Target()));
+    PaintArea(context, ToDevice(context.State().mapping, logical), brush);
     return true;
 }
 
@@ -59,8 +39,9 @@ Region Inside(const Region& region, int dx, int dy) {
 bool Frame(DeviceContext& context, const Region& region, const BrushObject& brush, int width, int height) {
     if (region.Kind() == NULLREGION)
         return Fail(ERROR_INVALID_PARAMETER);
-    Region inside = Inside(region, width, 0);
-    inside.Intersect(Inside(region, 0, height));
+    constexpr int kLeast = -std::numeric_limits<int>::max(); // that can be turned round
+    Region inside = Inside(region, std::max(width, kLeast), 0);
+    inside.Intersect(Inside(region, 0, std::max(height, kLeast)));
     Region frame(region);
     frame.Subtract(inside);
     return FillWith(context, frame, brush);
@@ -99,7 +80,7 @@ BOOL WINAPI PaintRgn(HDC dc, HRGN region) {
 
 BOOL WINAPI InvertRgn(HDC dc, HRGN region) {
     return !CallFails("InvertRgn") && WithoutBrush(dc, region, [](DeviceContext& context, const Region& pixels) {
-        Fill(context, pixels, DSTINVERT >> 16, {});
+        InvertArea(context, ToDevice(context.State().mapping, pixels));
         return true;
     });
 }

@@ -47,6 +47,7 @@ Pattern BitmapPattern(const DeviceContext& target, const BitmapObject& bitmap, c
     Pattern pattern;
     pattern.width = source.width;
     pattern.height = source.height;
+    pattern.pixels.reserve(static_cast<std::size_t>(source.width) * static_cast<std::size_t>(source.height));
     for (int y = 0; y < source.height; ++y)
         for (int x = 0; x < source.width; ++x)
             pattern.pixels.push_back(colours(ReadPixel(source, x, y)));
@@ -102,7 +103,7 @@ Pattern PatternOf(const DeviceContext& target, const BrushObject& brush, const S
     Pattern pattern;
     if (brush.Style() == BS_HATCHED)
         pattern = HatchPattern(target, brush, surface);
-    else if (brush.Style() == BS_PATTERN)
+    else if (brush.Pattern())
         pattern = BitmapPattern(target, *brush.Pattern(), surface);
     else
         pattern.solid = PixelFor(surface, target.ColourOf(brush));

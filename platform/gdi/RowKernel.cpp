@@ -163,7 +163,7 @@ private:
 
     Apply ApplyingRaster(bool streams) const {
         if (m_job.rop == SRCCOPY >> 16)
-            return streams && m_job.source.top != m_job.target.top ? &Rows::StreamSource : &Rows::Copy;
+            return streams ? &Rows::StreamSource : &Rows::Copy;
         if (m_job.rop == PATCOPY >> 16)
             return &Rows::DrawPattern;
         return &Rows::Combine;
@@ -255,6 +255,46 @@ private:
     Line m_pattern;
 };
 
+// --- copies of pixels as they are
+
+bool IsPlainCopy(const RasterJob& job) {
+    return job.hasSource && job.operation == Operation::Raster && job.rop == SRCCOPY >> 16 && job.IsOneToOne() &&
+           job.source.format == job.target.format && job.colours.IsSame();
+}
+
+int Clamped(std::int64_t value, int low, int high) {
+    return static_cast<int>(std::clamp<std::int64_t>(value, low, std::max(low, high)));
+}
+
+void CopyBox(const RasterJob& job, pixman_box32_t box, bool upwards) {
+    const std::int64_t right = job.x.from - job.x.to; // from target to source
+    const std::int64_t down = job.y.from - job.y.to;
+    box = {Clamped(-right, box.x1, box.x2), Clamped(-down, box.y1, box.y2),
+           Clamped(job.source.width - right, box.x1, box.x2), Clamped(job.source.height - down, box.y1, box.y2)};
+    if (box.x1 >= box.x2 || box.y1 >= box.y2)
+        return;
+    const std::size_t pixel = BytesOf(job.target.format);
+    const std::size_t bytes = static_cast<std::size_t>(box.x2 - box.x1) * pixel;
+    const int rows = box.y2 - box.y1;
+    std::ptrdiff_t toStride = job.target.stride;
+    std::ptrdiff_t fromStride = job.source.stride;
+    const int start = upwards ? box.y2 - 1 : box.y1;
+    std::uint8_t* to = job.target.Row(start) + static_cast<std::size_t>(box.x1) * pixel;
+    const std::uint8_t* from =
+        job.source.Row(static_cast<int>(start + down)) + static_cast<std::size_t>(box.x1 + right) * pixel;
+    if (upwards) {
+        toStride = -toStride;
+        fromStride = -fromStride;
+    }
+    // Rows without gaps are one row.
+    if (toStride == fromStride && toStride == static_cast<std::ptrdiff_t>(bytes)) {
+        std::memmove(to, from, bytes * static_cast<std::size_t>(rows));
+        return;
+    }
+    for (int i = 0; i < rows; ++i, to += toStride, from += fromStride)
+        std::memmove(to, from, bytes);
+}
+
 bool SuitsKey(const RasterJob& job) {
     return IsDeep(job.target.format) && job.source.format == job.target.format;
 }
@@ -271,11 +311,16 @@ bool IsForRows(const RasterJob& job) {
     return job.operation == Operation::Key ? SuitsKey(job) : job.operation == Operation::Blend ? SuitsBlend(job) : true;
 }
 
-void RunRows(const RasterJob& job, bool upwards, const RowRoad& road) {
+void RunRows(const RasterJob& job, RowOrder order, const RowRoad& road) {
+    const bool upwards = order == RowOrder::AsInMemory ? job.target.stride < 0 : order == RowOrder::Upwards;
+    const bool copies = IsPlainCopy(job);
     ForEachBox(job, [&](const pixman_box32_t& box) {
+        if (copies)
+            return CopyBox(job, box, upwards);
         Rows rows(job, box, road);
         for (int i = 0; i < box.y2 - box.y1; ++i)
             rows.Draw(upwards ? box.y2 - 1 - i : box.y1 + i);
+        road.settle();
     });
 }
 

@@ -10,8 +10,11 @@ namespace kel::platform {
 /// Whether RunRows draws the job: a target of whole bytes, and one source pixel for each of its pixels.
 bool IsForRows(const RasterJob& job);
 
-/// Draws the job by rows. @param upwards from the lowest row to the top, for copies within a surface.
-void RunRows(const RasterJob& job, bool upwards = false, const RowRoad& road = FastRows());
+/// Which rows come first. Copies within a surface have to mind it; otherwise the order of the memory is the quickest.
+enum class RowOrder : std::uint8_t { AsInMemory, Downwards, Upwards };
+
+/// Draws the job by rows.
+void RunRows(const RasterJob& job, RowOrder order = RowOrder::AsInMemory, const RowRoad& road = FastRows());
 
 /// Calls draw(box) for the parts of the job's rectangle within its clip region, in the region's order.
 template <class Draw>

@@ -40,7 +40,7 @@ void Run(const RasterJob& job) {
     if (!job.hasSource || !SharesMemory(job.target, job.source))
         return Draw(job);
     if (CanMove(job))
-        return RunRows(job, /*upwards*/ job.y.to > job.y.from);
+        return RunRows(job, job.y.to > job.y.from ? RowOrder::Upwards : RowOrder::Downwards);
     // What is drawn must not be drawn from.
     RasterJob apart = job;
     std::vector<std::uint8_t> memory(Lowest(job.source), Highest(job.source));

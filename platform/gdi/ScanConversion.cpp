@@ -175,6 +175,7 @@ Region RoundRectRegion(RECT box, int width, int height) {
         return Region(sides);
     const std::vector<int> insets = EllipseInsets(across, down);
     std::vector<pixman_box32_t> rows;
+    rows.reserve(2 * insets.size() + 1);
     int row = sides.top;
     for (const int inset : insets)
         rows.push_back({sides.left + inset, row, sides.right - inset, ++row});

@@ -70,10 +70,14 @@ DrawingPath RoundRectPath(const RECT& box, int width, int height) {
     const int down = std::min(height, static_cast<int>(box.bottom - box.top));
     if (across < 1 || down < 1)
         return RectanglePath(box);
-    const RECT corners[] = {{box.right - across, box.top, box.right, box.top + down},
-                            {box.left, box.top, box.left + across, box.top + down},
-                            {box.left, box.bottom - down, box.left + across, box.bottom},
-                            {box.right - across, box.bottom - down, box.right, box.bottom}};
+    const int left = std::min<int>(box.left + across + 1, box.right);
+    const int top = std::min<int>(box.top + down + 1, box.bottom);
+    const int right = std::max<int>(box.right - across - 1, box.left);
+    const int bottom = std::max<int>(box.bottom - down - 1, box.top);
+    const RECT corners[] = {{right, box.top, box.right, top},
+                            {box.left, box.top, left, top},
+                            {box.left, bottom, left, box.bottom},
+                            {right, bottom, box.right, box.bottom}};
     DrawingPath path;
     double angle = 0;
     for (const RECT& corner : corners) {

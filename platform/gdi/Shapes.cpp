@@ -26,25 +26,27 @@ Region Inside(const Region& region) {
     return inside;
 }
 
-/// The box of a shape, and what its outline takes of it.
+/// Where the line around a shape runs.
 struct Outline {
-    RECT box; ///< the outermost pixels of the middle of the line
+    RECT box; ///< its outermost pixels are the middle of the line
     int width;
 
-    /// The bounds of the line's outer and inner edge.
+    /// What the outer and the inner edge of the line surround. An even width has its greater half before the middle.
     RECT Outer() const {
         return {box.left - width / 2, box.top - width / 2, box.right + (width - 1) / 2, box.bottom + (width - 1) / 2};
     }
     RECT Inner() const { return Shrunk(Outer(), width); }
 };
 
-// A line of an even width has its greater half before its middle.
+/// @return an empty box for a shape without pixels.
 Outline OutlineOf(const DeviceContext& context, const RECT& logical) {
-    RECT box = context.ToDevice(logical);
+    const RECT box = context.ToDevice(logical);
     const int width = PenWidth(context);
-    if (context.State().pen->Style() == PS_INSIDEFRAME && width > 1)
-        box = {box.left + width / 2, box.top + width / 2, box.right - (width - 1) / 2, box.bottom - (width - 1) / 2};
-    return {box, width};
+    if (context.State().pen->Style() != PS_INSIDEFRAME || width <= 1 || !HasPixels(box))
+        return {box, width};
+    // A line that finds no room is as wide as there is.
+    const int room = std::min<int>(width, std::min(box.right - box.left, box.bottom - box.top));
+    return {{box.left + room / 2, box.top + room / 2, box.right - (room - 1) / 2, box.bottom - (room - 1) / 2}, room};
 }
 
 bool IsDashed(const PenObject& pen, int width) {
@@ -70,31 +72,42 @@ void DrawRound(DeviceContext& context, const Outline& outline, const DrawingPath
 
 bool DrawEllipse(DeviceContext& context, const RECT& logical) {
     const Outline outline = OutlineOf(context, logical);
+    if (!HasPixels(outline.box))
+        return true;
     if (DrawingPath* open = OpenPath(context))
         open->Append(EllipsePath(outline.box));
-    else if (HasPixels(outline.box))
+    else
         DrawRound(context, outline, EllipsePath(outline.box),
                   [](const RECT& box, int /*growth*/) { return EllipseRegion(box); });
     return true;
 }
 
+/// The inside is what the outline leaves; without a pen the room of one of a pixel stays empty below and on the right.
+Region InsideOf(const Outline& outline) {
+    RECT inner = outline.Inner();
+    if (outline.width == 0)
+        inner = {outline.box.left, outline.box.top, outline.box.right - 1, outline.box.bottom - 1};
+    return HasPixels(inner) ? Region(inner) : Region();
+}
+
+void DrawRectangleOutline(DeviceContext& context, const Outline& outline, const Region& inside) {
+    if (outline.width == 1 && !IsDashed(*context.State().pen, outline.width))
+        PaintOutline(context, Region(outline.box), inside);
+    else
+        DrawLines(context, RectanglePath(outline.box).Figures());
+}
+
 bool DrawRectangle(DeviceContext& context, const RECT& logical) {
-    Outline outline = OutlineOf(context, logical);
-    RECT& box = outline.box;
+    const Outline outline = OutlineOf(context, logical);
+    if (!HasPixels(outline.box))
+        return true;
     if (DrawingPath* open = OpenPath(context)) {
-        open->Append(RectanglePath(box));
-    } else if (outline.width == 0) { // the room of the outline stays empty
-        FillArea(context,
-                 Region(RECT{box.left, box.top, std::max(box.right - 1, box.left), std::max(box.bottom - 1, box.top)}));
-    } else if (HasPixels(box)) {
-        const RECT inner = Shrunk(box, 1);
-        const Region inside = HasPixels(inner) ? Region(inner) : Region();
-        FillArea(context, inside);
-        if (outline.width == 1 && !IsDashed(*context.State().pen, outline.width))
-            PaintOutline(context, Region(box), inside);
-        else
-            DrawLines(context, RectanglePath(box).Figures());
+        open->Append(RectanglePath(outline.box));
+        return true;
     }
+    const Region inside = InsideOf(outline);
+    FillArea(context, inside);
+    DrawRectangleOutline(context, outline, inside);
     return true;
 }
 
@@ -105,10 +118,12 @@ bool DrawRoundRect(DeviceContext& context, const RECT& logical, const SIZE& corn
     const int height = size.bottom - size.top;
     if (width == 0 || height == 0)
         return DrawRectangle(context, logical);
+    if (!HasPixels(outline.box))
+        return true;
     const DrawingPath path = RoundRectPath(outline.box, width, height);
     if (DrawingPath* open = OpenPath(context))
         open->Append(path);
-    else if (HasPixels(outline.box))
+    else
         DrawRound(context, outline, path, [&](const RECT& box, int growth) {
             return RoundRectRegion(box, std::max(width + growth, 0), std::max(height + growth, 0));
         });

@@ -42,8 +42,7 @@ LONG Fine(double coordinate) {
 /// Collects the areas that make up wide lines: lines, corners and ends.
 class Widening {
 public:
-    Widening(const WideLine& line, const RECT& within)
-        : m_line(line), m_half(line.width / 2.0), m_within(within) {}
+    Widening(const WideLine& line, const RECT& within) : m_line(line), m_half(line.width / 2.0), m_within(within) {}
 
     void Add(std::vector<Spot> spots, bool closed) {
         spots.erase(std::unique(spots.begin(), spots.end(), [](Spot a, Spot b) { return a.x == b.x && a.y == b.y; }),
@@ -157,11 +156,12 @@ void AddDashes(const std::vector<Spot>& spots, const WideLine& line, Widening& w
         for (double at = 0; at < length;) {
             const auto whole = static_cast<std::int64_t>(std::floor(distance + at + 1e-6));
             const Dashes::Piece piece = line.dashes.At(whole);
-            const double end = std::min(length, static_cast<double>(whole + piece.left) - distance);
+            const double end = static_cast<double>(whole + piece.left) - distance;
             const Spot direction = Direction(spots[i], spots[i + 1]);
             if (piece.isDash)
-                widening.Add({spots[i] + direction * at, spots[i] + direction * std::max(at, end - spare)},
-                             /*closed*/ false);
+                widening.Add(
+                    {spots[i] + direction * at, spots[i] + direction * std::max(at, std::min(end - spare, length))},
+                    /*closed*/ false);
             at = std::max(end, at + 1e-3);
         }
         distance += length;

@@ -26,7 +26,7 @@ struct Format {
 
 int LeftOf(const RECT& rect, int width, const Format& format) {
     if (format.Has(DT_CENTER))
-        return rect.left + (rect.right - rect.left - width) / 2;
+        return (rect.left + rect.right - width) / 2;
     return format.Has(DT_RIGHT) ? rect.right - width : rect.left;
 }
 
@@ -74,7 +74,7 @@ void DrawMark(DeviceContext& context, const PlacedLine& placed) {
     const POINT start = context.ToDevice(POINT{placed.XOf(placed.line.mark), placed.at.y});
     const POINT end = context.ToDevice(POINT{placed.XOf(placed.line.mark + 1), placed.at.y});
     const int top = start.y + metrics.ascent + 1;
-    Region mark(RECT{start.x, top, end.x, top + 1});
+    Region mark(RECT{start.x, top, end.x - 1, top + 1});
     if (placed.placement.options & ETO_CLIPPED)
         mark.Intersect(Region(context.ToDevice(*placed.placement.rect)));
     FillPixels(context, std::move(mark), context.State().textColour);
@@ -117,7 +117,7 @@ int DrawInRect(DeviceContext& context, TextToDraw& text, RECT& rect) {
     const LineRules rules{font, format.flags, font.PixelsX(rect.right - rect.left),
                           metrics.averageWidth * format.tabCharacters};
     LineBreaker lines(rules, text.run);
-    int y = TopOf(rect, height, format);
+    int y = TopOf(rect, font.LogicalY(metrics.Height()), format);
     int widest = 0;
     for (bool lowest = false; !lines.AtEnd() && !lowest; y += height) {
         lowest = IsLowest(rect, y, height, format);

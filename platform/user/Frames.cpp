@@ -6,6 +6,9 @@
 #include "platform/user/SystemColours.h"
 #include "platform/user/WindowContexts.h"
 
+#include <kelcore/platform/fonts.h>
+#include <kelcore/platform/textdrawing.h>
+
 namespace kel::platform {
 namespace {
 
@@ -78,6 +81,20 @@ void DrawParts(DeviceContext& context, RECT box, const FrameParts& parts) {
     }
 }
 
+// The texts of programs are drawn by calls, and this one is as well; where one of them fails, there is no name.
+void DrawName(const std::shared_ptr<DeviceContext>& context, const std::string& name, RECT box) {
+    const HDC dc = static_cast<HDC>(AddObject(context));
+    const HFONT font = CreateFontA(-11, 0, 0, 0, FW_BOLD, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+                                   CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH | FF_SWISS, "Tahoma");
+    const HGDIOBJ before = SelectObject(dc, font);
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, SystemColour(COLOR_CAPTIONTEXT));
+    DrawTextA(dc, name.c_str(), -1, &box, DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS | DT_NOPREFIX);
+    SelectObject(dc, before);
+    DeleteObject(font);
+    CloseContext(dc);
+}
+
 } // namespace
 
 RECT FrameOf(DWORD style, DWORD exStyle) {
@@ -89,7 +106,11 @@ RECT FrameOf(DWORD style, DWORD exStyle) {
 void DrawFrame(Window& window) {
     const SIZE size = window.Size();
     const auto context = MakeWindowContext(window, WindowArea::Part::Whole);
-    DrawParts(*context, {0, 0, size.cx, size.cy}, FrameParts(window.Style(), window.ExStyle()));
+    const FrameParts parts(window.Style(), window.ExStyle());
+    DrawParts(*context, {0, 0, size.cx, size.cy}, parts);
+    const int lines = parts.Lines();
+    if (parts.caption != 0 && !window.Name().empty())
+        DrawName(context, window.Name(), {lines + 4, lines, size.cx - lines - 4, lines + parts.caption - 1});
 }
 
 } // namespace kel::platform

@@ -29,6 +29,7 @@ HDC Begin(Window& window, PAINTSTRUCT& paint) {
         return nullptr;
     const bool erase = window.erase;
     window.update = Region();
+    InvalidateCovered(window, region);
     paint = {};
     paint.hdc = dc;
     paint.rcPaint = region.Box();

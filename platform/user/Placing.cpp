@@ -45,13 +45,13 @@ struct Change {
     POINT cornerFrom;
     bool restacked;
     bool framed; ///< the frame is to be drawn
-    bool moved() const { return from.left != to.left || from.top != to.top; }
-    bool sized() const {
+    bool IsMove() const { return from.left != to.left || from.top != to.top; }
+    bool IsSize() const {
         return from.right - from.left != to.right - to.left || from.bottom - from.top != to.bottom - to.top;
     }
 };
 
-// A child takes its pixels along only in its own colours: it is painted anew where it comes to.
+// A child does not take along what it shows: it is painted anew where it comes to.
 void RepaintMoved(Window& window, const Change& change) {
     ExposePlace(window, Region(change.from));
     InvalidateAll(window);
@@ -66,9 +66,9 @@ void RepaintSized(Window& window, const Change& change) {
 }
 
 void Repaint(Window& window, const Change& change) {
-    if (window.Parent() && (change.moved() || change.restacked))
+    if (window.Parent() && (change.IsMove() || change.restacked))
         RepaintMoved(window, change);
-    else if (change.sized() || change.framed)
+    else if (change.IsSize() || change.framed)
         RepaintSized(window, change);
     FlushFrame(window);
 }
@@ -87,8 +87,11 @@ bool Restack(Window& window, HWND after) {
     if (!window.Parent() || window.handle == after)
         return true;
     const auto& siblings = window.Parent()->Children();
-    if (after == HWND_BOTTOM)
-        return window.Restack(siblings.back().get()), true;
+    if (after == HWND_BOTTOM) {
+        if (siblings.back().get() != &window)
+            window.Restack(siblings.back().get());
+        return true;
+    }
     const auto is = [after](const std::shared_ptr<Window>& sibling) { return sibling->handle == after; };
     const auto sibling = std::find_if(siblings.begin(), siblings.end(), is);
     if (after != top && sibling == siblings.end())
@@ -100,9 +103,8 @@ bool Restack(Window& window, HWND after) {
 RECT WantedPlace(const Window& window, int x, int y, int width, int height, UINT flags) {
     const RECT place = window.Place();
     const SIZE old = window.Size();
-    const POINT corner = flags & SWP_NOMOVE ? POINT{place.left, place.top} : POINT{x, y};
-    const SIZE size = flags & SWP_NOSIZE ? old : SIZE{std::max(width, 0), std::max(height, 0)};
-    return {corner.x, corner.y, corner.x + size.cx, corner.y + size.cy};
+    return PlaceFor(flags & SWP_NOMOVE ? POINT{place.left, place.top} : POINT{x, y},
+                    flags & SWP_NOSIZE ? old : SIZE{width, height});
 }
 
 bool Put(Window& window, HWND after, const RECT& place, UINT flags) {
@@ -123,6 +125,13 @@ bool Put(Window& window, HWND after, const RECT& place, UINT flags) {
 }
 
 } // namespace
+
+RECT PlaceFor(POINT corner, SIZE size) {
+    constexpr LONG kMost = 1 << 20;
+    const LONG left = std::clamp<LONG>(corner.x, -kMost, kMost);
+    const LONG top = std::clamp<LONG>(corner.y, -kMost, kMost);
+    return {left, top, left + std::clamp<LONG>(size.cx, 0, kMost), top + std::clamp<LONG>(size.cy, 0, kMost)};
+}
 
 void TellSize(Window& window) {
     const SIZE size = window.ClientSize();

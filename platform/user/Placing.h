@@ -7,6 +7,9 @@
 
 namespace kel::platform {
 
+/// The place of a window there and of that size; numbers beyond 2^20 and sizes below 0 are held at the limit.
+RECT PlaceFor(POINT corner, SIZE size);
+
 /// Sends WM_SIZE and WM_MOVE about what they are now.
 void TellSize(Window& window);
 void TellPlace(Window& window);

@@ -37,8 +37,7 @@ private:
         const int before = stop < 0 ? width : 0;
         if (distance == 0)
             return x;
-        const int passed = x + before;
-        return (passed >= 0 ? passed / distance + 1 : -(-passed / distance)) * distance - before;
+        return ((x + before) / distance + 1) * distance - before;
     }
 
     int m_default;

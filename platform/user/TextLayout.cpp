@@ -78,8 +78,9 @@ void LineBreaker::Collect(TextLine& line) {
     m_starts.clear();
     bool canBreak = Has(DT_EDITCONTROL);
     while (!AtEnd() && !IsLineEnd(m_at)) {
+        const std::size_t before = line.shown.size();
         TakeCharacter(line);
-        if (line.shown.empty())
+        if (line.shown.size() == before)
             continue;
         line.width = m_rules.EndOf(line.width, line.shown.back());
         canBreak = canBreak || IsBlank(line.shown.back().code);
@@ -97,7 +98,8 @@ void LineBreaker::SkipLineEnd() {
         ++m_at;
 }
 
-// A blank that does not fit goes with the break; one that does stays at the line's end.
+// A blank that does not fit goes with the break; one that does stays at the line's end, except where it would push the
+// text from its place.
 bool LineBreaker::Break(TextLine& line) {
     const std::size_t fitting = m_rules.Fitting(line.shown, m_rules.width);
     if (fitting == line.shown.size())
@@ -117,6 +119,8 @@ bool LineBreaker::Break(TextLine& line) {
     const std::size_t next = keep + (keep >= fitting && IsBlank(line.shown[keep].code) ? 1 : 0);
     if (next < m_starts.size())
         m_at = m_starts[next];
+    if (Has(DT_CENTER | DT_RIGHT) && keep > 0 && next == keep && IsBlank(line.shown[keep - 1].code))
+        --keep;
     line.shown.resize(keep);
     line.from.resize(keep);
     line.width = m_rules.WidthOf(line.shown, keep);

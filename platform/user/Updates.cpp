@@ -51,6 +51,12 @@ void Invalidate(Window& window, const Region& region, bool erase, Spread spread)
             InvalidateOwn(*child, FromParent(*child, part), erase, spread);
 }
 
+void InvalidateCovered(Window& window, const Region& region) {
+    if (SpreadsTo(window, Spread::Unclipped) && region.Kind() != NULLREGION)
+        for (const auto& child : window.Children())
+            InvalidateOwn(*child, FromParent(*child, region), /*erase*/ true, Spread::Unclipped);
+}
+
 void InvalidateAll(Window& window) {
     if (!window.IsVisible())
         return;
@@ -58,7 +64,9 @@ void InvalidateAll(Window& window) {
     InvalidateOwn(window, Region(RECT{0, 0, size.cx, size.cy}), /*erase*/ true, Spread::Always);
 }
 
-void Validate(Window& window, const Region& region) {
+void Validate(Window& window, const Region& whole) {
+    Region region = ClientRegion(window);
+    region.Intersect(whole);
     window.update.Subtract(region);
     if (window.update.Kind() == NULLREGION)
         window.erase = false;

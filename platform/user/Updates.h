@@ -16,6 +16,9 @@ enum class Spread {
 /// window that is not visible. @throws std::bad_alloc
 void Invalidate(Window& window, const Region& region, bool erase, Spread spread);
 
+/// The window is about to be painted in @p region: what of its children that covers is to be painted after it.
+void InvalidateCovered(Window& window, const Region& region);
+
 /// All of the window, its frame and its children.
 void InvalidateAll(Window& window);
 

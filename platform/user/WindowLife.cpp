@@ -3,8 +3,6 @@
 #include "platform/user/Placing.h"
 #include "platform/user/Updates.h"
 
-#include <algorithm>
-
 using namespace kel::platform;
 
 namespace {
@@ -25,10 +23,9 @@ DWORD CompletedExStyle(DWORD style, DWORD exStyle) {
 RECT WantedPlace(const CREATESTRUCTA& wanted) {
     const Surface& screen = Screen();
     const POINT corner = wanted.x == CW_USEDEFAULT ? POINT{0, 0} : POINT{wanted.x, wanted.y};
-    SIZE size{std::max(wanted.cx, 0), std::max(wanted.cy, 0)};
     if (wanted.cx == CW_USEDEFAULT)
-        size = {screen.width * 3 / 4, screen.height * 3 / 4};
-    return {corner.x, corner.y, corner.x + size.cx, corner.y + size.cy};
+        return PlaceFor(corner, {screen.width * 3 / 4, screen.height * 3 / 4});
+    return PlaceFor(corner, {wanted.cx, wanted.cy});
 }
 
 /// The parent of a child, the owner of another window.

@@ -9,17 +9,30 @@
 namespace kel::platform {
 namespace {
 
-// Rows of the view as far as it lies on the surface.
-void Copy(const AreaView& view, const Surface& target) {
-    const int left = std::max<int>(0, -view.origin.x);
-    const int right = std::min<int>(view.size.cx, view.whole.width - view.origin.x);
-    const int top = std::max<int>(0, -view.origin.y);
-    const int bottom = std::min<int>(view.size.cy, view.whole.height - view.origin.y);
-    if (left >= right)
+RECT Common(RECT a, RECT b) {
+    return {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right), std::min(a.bottom, b.bottom)};
+}
+
+/// The part of the window within the client areas of its parents, on the surface.
+RECT ShownPart(const Window& window, const AreaView& view) {
+    const POINT corner = view.origin;
+    RECT part = Common({0, 0, view.whole.width, view.whole.height},
+                       {corner.x, corner.y, corner.x + view.size.cx, corner.y + view.size.cy});
+    for (const Window* parent = window.Parent(); parent; parent = parent->Parent()) {
+        const POINT at = parent->OnSurface();
+        const RECT client = parent->Client();
+        part = Common(part, {at.x + client.left, at.y + client.top, at.x + client.right, at.y + client.bottom});
+    }
+    return part;
+}
+
+void Copy(const Window& window, const AreaView& view, const Surface& target) {
+    const RECT part = ShownPart(window, view);
+    if (part.left >= part.right)
         return;
-    for (int y = top; y < bottom; ++y)
-        std::memcpy(target.Row(y) + left * 4, view.whole.Row(y + view.origin.y) + (view.origin.x + left) * 4,
-                    static_cast<std::size_t>(right - left) * 4);
+    for (int y = part.top; y < part.bottom; ++y)
+        std::memcpy(target.Row(y - view.origin.y) + (part.left - view.origin.x) * 4, view.whole.Row(y) + part.left * 4,
+                    static_cast<std::size_t>(part.right - part.left) * 4);
 }
 
 HBITMAP Picture(const Window& window) {
@@ -33,7 +46,7 @@ HBITMAP Picture(const Window& window) {
     layout.section = true;
     layout.topDown = false;
     auto bitmap = std::make_shared<BitmapObject>(std::move(layout));
-    Copy(view, bitmap->Pixels());
+    Copy(window, view, bitmap->Pixels());
     return static_cast<HBITMAP>(AddObject(std::move(bitmap)));
 }
 

@@ -123,8 +123,19 @@ wine_open_screen() {
   exec 7<&-
   echo "$number $pid" >"$WINEPREFIX/.screen"
   # shellcheck disable=SC2016 # expanded by the watcher
-  setsid sh -c '"$1" -w; kill "$2"' watch "$WINESERVER" "$pid" >/dev/null 2>&1 </dev/null &
+  setsid sh -c "$WINE_WATCH" watch "$WINESERVER" "$pid" "$WINEPREFIX/.screen" >/dev/null 2>&1 </dev/null &
 }
+
+# Ends the screen $2 once the server $1 has ended, unless another server has come to use it meanwhile: the lock keeps
+# wine_screen from finding a screen that is about to go.
+# shellcheck disable=SC2016 # expanded by the watcher
+WINE_WATCH='
+  exec 9>"$3.lock"
+  "$1" -w
+  flock 9
+  while "$1" -k0; do flock -u 9; "$1" -w; flock 9; done
+  rm -f "$3"
+  kill "$2"'
 
 # wine_screen : sets DISPLAY to the screen of the prefix, whose server runs.
 wine_screen() {

@@ -1,5 +1,6 @@
 #include "tests/compare/Canvas.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstring>
@@ -9,6 +10,9 @@ namespace kel::compare {
 namespace {
 
 constexpr int kScreenDepth = 32;
+constexpr std::uint32_t kPaletteSize = 20; // of a context by default
+constexpr DWORD k565[] = {0xF800, 0x07E0, 0x001F};
+constexpr DWORD k888[] = {0xFF0000, 0x00FF00, 0x0000FF};
 constexpr std::size_t kInfoBytes = sizeof(BITMAPINFOHEADER) + 256 * sizeof(RGBQUAD);
 
 std::size_t RowBytes(int width, int depth) {
@@ -23,6 +27,15 @@ DWORD Crc32(const std::vector<unsigned char>& bytes) {
             crc = crc >> 1 ^ (crc & 1 ? 0xEDB88320 : 0);
     }
     return ~crc;
+}
+
+// Bits of a row's last byte that are no pixel may be anything.
+void ClearUnusedBits(std::vector<unsigned char>& rows, int usedBits, std::size_t rowBytes) {
+    if (usedBits % 8 == 0)
+        return;
+    const auto keep = static_cast<unsigned char>(0xFF00 >> usedBits % 8);
+    for (std::size_t row = 0; row < rows.size(); row += rowBytes)
+        rows[row + static_cast<std::size_t>(usedBits) / 8] &= keep;
 }
 
 BITMAPINFOHEADER Header(int width, int height, int depth) {
@@ -78,8 +91,9 @@ Canvas Canvas::Source(Random& random) {
 
 Canvas::Canvas(Random& random, int depth, bool deviceDependent)
     : m_width(random.Between(1, 70)), m_height(random.Between(1, 40)), m_depth(depth),
-      m_deviceDependent(deviceDependent), m_topDown(!deviceDependent && random.Below(3) == 0) {
-    MakeInfo(random, m_topDown);
+      m_deviceDependent(deviceDependent), m_topDown(!deviceDependent && random.Below(3) == 0),
+      m_bitFields(!deviceDependent && (depth == 16 || depth == 32) && random.Below(3) == 0) {
+    MakeInfo(random);
     Fill(random);
     m_dc = CreateCompatibleDC(nullptr);
     if (m_deviceDependent) {
@@ -96,7 +110,8 @@ Canvas::Canvas(Canvas&& other) noexcept
     : m_dc(std::exchange(other.m_dc, nullptr)), m_bitmap(std::exchange(other.m_bitmap, nullptr)),
       m_before(other.m_before), m_brush(std::exchange(other.m_brush, nullptr)), m_width(other.m_width),
       m_height(other.m_height), m_depth(other.m_depth), m_deviceDependent(other.m_deviceDependent),
-      m_topDown(other.m_topDown), m_pixels(other.m_pixels), m_dib(std::move(other.m_dib)),
+      m_topDown(other.m_topDown), m_bitFields(other.m_bitFields), m_oddTable(other.m_oddTable),
+      m_repeats(other.m_repeats), m_pixels(other.m_pixels), m_dib(std::move(other.m_dib)),
       m_info(std::move(other.m_info)) {}
 
 Canvas::~Canvas() {
@@ -110,19 +125,25 @@ Canvas::~Canvas() {
 }
 
 std::string Canvas::Name() const {
-    return std::to_string(m_depth) + (m_deviceDependent ? "d" : m_topDown ? "v" : "");
+    return std::to_string(m_depth) + (m_deviceDependent ? "d" : "") + (m_bitFields ? "f" : "") + (m_topDown ? "v" : "");
 }
 
-void Canvas::MakeInfo(Random& random, bool topDown) {
+void Canvas::MakeInfo(Random& random) {
     m_info.resize(kInfoBytes);
-    const BITMAPINFOHEADER header = Header(m_width, topDown ? -m_height : m_height, m_depth);
+    BITMAPINFOHEADER header = Header(m_width, m_topDown ? -m_height : m_height, m_depth);
+    if (m_bitFields)
+        header.biCompression = BI_BITFIELDS;
     std::memcpy(m_info.data(), &header, sizeof header);
+    if (m_bitFields)
+        std::memcpy(m_info.data() + sizeof header, m_depth == 16 ? k565 : k888, sizeof k565);
     if (m_depth > 8)
         return;
     auto* const table = reinterpret_cast<RGBQUAD*>(m_info.data() + sizeof header);
-    const bool blackAndWhite = m_depth == 1 && (m_deviceDependent || random.Below(2) == 0);
-    for (int i = 0; i < 1 << m_depth; ++i) {
-        const COLORREF colour = blackAndWhite ? (i ? 0xFFFFFF : 0) : random.Colour();
+    const int last = (1 << m_depth) - 1;
+    m_oddTable = !m_deviceDependent && random.Below(2) == 0;
+    for (int i = 0; i <= last; ++i) {
+        const bool isEnd = !m_oddTable && (i == 0 || i == last);
+        const COLORREF colour = isEnd ? (i == 0 ? RGB(0, 0, 0) : RGB(255, 255, 255)) : random.Colour();
         table[i] = {GetBValue(colour), GetGValue(colour), GetRValue(colour), 0};
     }
 }
@@ -150,10 +171,23 @@ COLORREF Canvas::AnyColour(Random& random) const {
 }
 
 void Canvas::Premultiply() {
-    auto* const pixels = static_cast<unsigned char*>(m_pixels);
+    auto* const pixels = static_cast<unsigned char*>(m_depth == 32 ? m_pixels : nullptr);
     for (std::size_t i = 0; pixels && i < m_dib.size(); i += 4)
         for (std::size_t channel = 0; channel < 3; ++channel)
             pixels[i + channel] = static_cast<unsigned char>(pixels[i + channel] * pixels[i + 3] / 255);
+}
+
+UINT Canvas::UsePaletteIndices(Random& random) {
+    if (m_depth > 8)
+        return DIB_RGB_COLORS;
+    auto* const indices = reinterpret_cast<WORD*>(m_info.data() + sizeof(BITMAPINFOHEADER));
+    const std::uint32_t own = 1u << m_depth;
+    const std::uint32_t bound = random.Below(8) == 0 ? kPaletteSize : std::min(own, kPaletteSize);
+    for (std::uint32_t i = 0; i < own; ++i) {
+        indices[i] = static_cast<WORD>(random.Below(bound));
+        m_farIndices = m_farIndices || indices[i] >= own;
+    }
+    return DIB_PAL_COLORS;
 }
 
 std::string Canvas::ChooseBrush(Random& random) {
@@ -198,7 +232,9 @@ DWORD Canvas::Checksum(bool coloursAlone) const {
     const auto* const pixels = static_cast<const unsigned char*>(m_pixels);
     std::vector<unsigned char> bytes(pixels, pixels + m_dib.size());
     const std::size_t step = m_depth == 16 ? 2 : 4;
-    for (std::size_t i = step - 1; coloursAlone && (m_depth == 16 || m_depth == 32) && i < bytes.size(); i += step)
+    for (std::size_t i = step - 1;
+         coloursAlone && !(m_depth == 16 && m_bitFields) && (m_depth == 16 || m_depth == 32) && i < bytes.size();
+         i += step)
         bytes[i] &= m_depth == 16 ? 0x7F : 0;
     return Crc32(bytes);
 }
@@ -212,6 +248,7 @@ DWORD Canvas::ChecksumAs(int depth, UINT start, UINT lines) const {
     const int result =
         GetDIBits(dc, m_bitmap, start, lines, rows.data(), reinterpret_cast<BITMAPINFO*>(info.data()), DIB_RGB_COLORS);
     DeleteDC(dc);
+    ClearUnusedBits(rows, m_width * depth, RowBytes(m_width, depth));
     rows.insert(rows.end(), info.begin() + sizeof header, info.end());
     return Crc32(rows) + static_cast<DWORD>(result);
 }

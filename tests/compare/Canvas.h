@@ -49,14 +49,22 @@ public:
     bool IsTopDown() const { return m_topDown; }
     const void* Bits() const { return m_dib.data(); }
     const BITMAPINFO* Info() const { return reinterpret_cast<const BITMAPINFO*>(m_info.data()); }
-    /// Such as "24", "8v" (rows top-down) or "1d" (device-dependent).
+    /// Such as "24", "8v" (rows top-down), "16f" (5-6-5, or 8-8-8, by bit fields) or "1d" (device-dependent).
     std::string Name() const;
+
+    /// Whether its colour table does not go from black to white.
+    bool HasOddTable() const { return m_oddTable; }
 
     /// The colour of one of its pixels.
     COLORREF AnyColour(Random& random) const;
 
     /// Makes the colours of a 32-bit DIB section no larger than its alpha.
     void Premultiply();
+
+    /// Lets Info() have indices into the default palette in place of a table. @return how its colours are meant.
+    UINT UsePaletteIndices(Random& random);
+    /// Whether some of them are beyond what the depth can number.
+    bool HasFarIndices() const { return m_farIndices; }
 
     /// Selects a brush of any style. @return what it is, such as " hatch3".
     std::string ChooseBrush(Random& random);
@@ -79,7 +87,7 @@ public:
 private:
     Canvas(Random& random, int depth, bool deviceDependent);
 
-    void MakeInfo(Random& random, bool topDown);
+    void MakeInfo(Random& random);
     void Fill(Random& random);
 
     HDC m_dc = nullptr;
@@ -91,7 +99,10 @@ private:
     int m_depth;
     bool m_deviceDependent;
     bool m_topDown;
+    bool m_bitFields;
+    bool m_oddTable = false;
     bool m_repeats = false;
+    bool m_farIndices = false;
     void* m_pixels = nullptr;          // of a DIB section
     std::vector<unsigned char> m_dib;  // the pixels at the start
     std::vector<unsigned char> m_info; // header and colour table of m_dib

@@ -53,9 +53,15 @@ Box InsideBox(Random& random, const Canvas& canvas) {
     return {x, y, random.Between(1, canvas.Width() - x), random.Between(1, canvas.Height() - y)};
 }
 
-// Wine places the part that is inside elsewhere when the rectangle is mirrored.
+/// Whether a rectangle as calls take it lies inside.
 bool IsInside(const Box& box, const Canvas& canvas) {
-    return box.x >= 0 && box.y >= 0 && box.x + box.width <= canvas.Width() && box.y + box.height <= canvas.Height();
+    const int x = box.width < 0 ? box.x + box.width + 1 : box.x;
+    const int y = box.height < 0 ? box.y + box.height + 1 : box.y;
+    return x >= 0 && y >= 0 && x + std::abs(box.width) <= canvas.Width() && y + std::abs(box.height) <= canvas.Height();
+}
+
+bool Overlap(const Box& a, const Box& b) {
+    return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height && b.y < a.y + a.height;
 }
 
 void MirrorSometimes(Random& random, Box& box) {
@@ -69,10 +75,10 @@ void MirrorSometimes(Random& random, Box& box) {
     }
 }
 
-// Wine loses the origin of a brush that repeats in operations with a source.
-DWORD WithoutBrush(DWORD operation) {
-    const DWORD low = operation & 0x000F0000;
-    return low | low << 4;
+/// Whether the ternary operation looks at both the pattern and the source.
+bool Mixes(DWORD operation) {
+    const DWORD code = operation >> 16;
+    return ((code >> 4 ^ code) & 0x0F) != 0 && ((code >> 2 ^ code) & 0x33) != 0;
 }
 
 DWORD RandomOperation(Random& random) {
@@ -85,7 +91,7 @@ DWORD RandomOperation(Random& random) {
 
 BLENDFUNCTION RandomBlend(Random& random, const Canvas& source) {
     const BYTE opacity = random.Below(3) == 0 ? BYTE{255} : static_cast<BYTE>(random.Below(256));
-    const bool perPixel = source.Depth() == 32 && !source.IsDeviceDependent() && random.Below(2) == 0;
+    const bool perPixel = source.Depth() == 32 && !source.IsDeviceDependent() && random.Below(3) != 0;
     return {AC_SRC_OVER, 0, opacity, perPixel ? BYTE{AC_SRC_ALPHA} : BYTE{0}};
 }
 
@@ -96,6 +102,7 @@ struct Case {
     Canvas source;
     std::string line;
     bool coloursAlone = false; ///< bits of the target that are no colour are left to the system
+    bool hasHoles = false;     ///< the clip region may be more than one rectangle
 
     std::string Setting(const char* name, long value) const { return std::string(" ") + name + std::to_string(value); }
 
@@ -107,10 +114,25 @@ struct Case {
     }
 
     void ChooseStretchMode() {
-        // HALFTONE is left out: Wine interpolates where averages are documented.
-        const int mode = random.Below(2) == 0 ? COLORONCOLOR : random.Between(BLACKONWHITE, WHITEONBLACK);
+        constexpr int kModes[] = {COLORONCOLOR, COLORONCOLOR, COLORONCOLOR, BLACKONWHITE, WHITEONBLACK, HALFTONE};
+        const int mode = kModes[random.Below(std::size(kModes))];
         SetStretchBltMode(target.Dc(), mode);
         line += Setting("mode", mode);
+    }
+
+    /// Names what the case has when it is so: differences are explained by these names.
+    void Note(const char* property, bool isSo) {
+        if (isSo)
+            line += std::string(" [") + property + "]";
+    }
+
+    void NoteStretch(const Box& to, const Box& from, const Canvas& drawn) {
+        const bool mirrored = to.width < 0 || to.height < 0 || from.width < 0 || from.height < 0;
+        const bool sameSize = to.width == from.width && to.height == from.height;
+        Note("halftone", GetStretchBltMode(target.Dc()) == HALFTONE && !sameSize);
+        const bool outside = !IsInside(from, drawn);
+        Note("mirrored-outside", mirrored && outside);
+        Note("single-outside", !mirrored && outside && (to.width == 1 || to.height == 1));
     }
 
     // The kinds of clip regions without pixels are told apart by the tests of contexts.
@@ -127,17 +149,25 @@ struct Case {
             const int kind = IntersectClipRect(target.Dc(), box.x, box.y, box.x + box.width, box.y + box.height);
             line += " clip" + Text(box) + "=" + std::to_string(kind);
         }
-        if (random.Below(3) == 0) {
+        for (auto holes = random.Below(3) == 0 ? 1 + random.Below(4) : 0; holes > 0; --holes) {
+            hasHoles = true;
             const Box box = ClipBox();
             const int kind = ExcludeClipRect(target.Dc(), box.x, box.y, box.x + box.width, box.y + box.height);
             line += " hole" + Text(box) + "=" + std::to_string(kind);
         }
     }
 
+    UINT ChooseUsage() {
+        const UINT usage = random.Below(4) == 0 ? source.UsePaletteIndices(random) : DIB_RGB_COLORS;
+        Note("far-indices", usage == DIB_PAL_COLORS && source.HasFarIndices());
+        return usage;
+    }
+
     /// An operation with a source.
     DWORD Operation() {
         const DWORD operation = RandomOperation(random);
-        return operation != SRCCOPY && target.BrushRepeats() ? WithoutBrush(operation) : operation;
+        Note("mixed-pattern", target.BrushRepeats() && Mixes(operation));
+        return operation;
     }
 
     void Report(long result) { line += Setting("result", result); }
@@ -151,24 +181,36 @@ void DrawBitBlt(Case& c) {
     c.Report(BitBlt(c.target.Dc(), to.x, to.y, to.width, to.height, c.source.Dc(), from.x, from.y, operation));
 }
 
+/// Copies may overlap.
 void DrawBitBltOnItself(Case& c) {
     const Box to = RandomBox(c.random, c.target);
     const Box from = RandomBox(c.random, c.target);
     const DWORD operation = c.Operation();
     c.line += Text(to) + Text(from) + " rop" + Hex(operation);
+    c.Note("overlap", Overlap(to, {from.x, from.y, to.width, to.height}) && (operation != SRCCOPY || c.hasHoles));
     c.Report(BitBlt(c.target.Dc(), to.x, to.y, to.width, to.height, c.target.Dc(), from.x, from.y, operation));
+}
+
+void DrawStretchOnItself(Case& c) {
+    const Box to = RandomBox(c.random, c.target);
+    const Box from = InsideBox(c.random, c.target);
+    const DWORD operation = c.Operation();
+    c.ChooseStretchMode();
+    c.line += Text(to) + Text(from) + " rop" + Hex(operation);
+    c.NoteStretch(to, from, c.target);
+    c.Report(StretchBlt(c.target.Dc(), to.x, to.y, to.width, to.height, c.target.Dc(), from.x, from.y, from.width,
+                        from.height, operation));
 }
 
 void DrawStretchBlt(Case& c) {
     Box to = RandomBox(c.random, c.target);
     Box from = c.random.Below(3) == 0 ? RandomBox(c.random, c.source) : InsideBox(c.random, c.source);
-    if (IsInside(from, c.source))
-        MirrorSometimes(c.random, to);
-    if (IsInside(from, c.source))
-        MirrorSometimes(c.random, from);
+    MirrorSometimes(c.random, to);
+    MirrorSometimes(c.random, from);
     const DWORD operation = c.Operation();
     c.ChooseStretchMode();
     c.line += Text(to) + Text(from) + " rop" + Hex(operation);
+    c.NoteStretch(to, from, c.source);
     c.Report(StretchBlt(c.target.Dc(), to.x, to.y, to.width, to.height, c.source.Dc(), from.x, from.y, from.width,
                         from.height, operation));
 }
@@ -183,46 +225,61 @@ void DrawPatBlt(Case& c) {
 void DrawStretchDIBits(Case& c) {
     Box to = RandomBox(c.random, c.target);
     Box from = c.random.Below(3) == 0 ? RandomBox(c.random, c.source) : InsideBox(c.random, c.source);
-    if (c.source.IsTopDown()) { // Wine counts its rows from the bottom, too
-        from.y = 0;
-        from.height = c.source.Height();
-    }
-    if (IsInside(from, c.source))
-        MirrorSometimes(c.random, to);
+    MirrorSometimes(c.random, to);
     if (c.random.Below(3) == 0) {
         to.width = from.width;
         to.height = from.height;
     }
     const DWORD operation = c.Operation();
     c.ChooseStretchMode();
+    const UINT usage = c.ChooseUsage();
     c.line += Text(to) + Text(from) + " rop" + Hex(operation);
+    c.NoteStretch(to, from, c.source);
+    c.Note("part-of-top-down",
+           c.source.IsTopDown() && operation == SRCCOPY && (from.y != 0 || from.height != c.source.Height()));
     c.Report(StretchDIBits(c.target.Dc(), to.x, to.y, to.width, to.height, from.x, from.y, from.width, from.height,
-                           c.source.Bits(), c.source.Info(), DIB_RGB_COLORS, operation));
+                           c.source.Bits(), c.source.Info(), usage, operation));
 }
 
 void DrawSetDIBitsToDevice(Case& c) {
     const Box to = RandomBox(c.random, c.target);
     const Box from = InsideBox(c.random, c.source);
+    const UINT usage = c.ChooseUsage();
     c.line += Text(to) + Text(from);
     c.Report(SetDIBitsToDevice(c.target.Dc(), to.x, to.y, static_cast<DWORD>(from.width),
                                static_cast<DWORD>(from.height), from.x, from.y, 0, static_cast<UINT>(c.source.Height()),
-                               c.source.Bits(), c.source.Info(), DIB_RGB_COLORS));
+                               c.source.Bits(), c.source.Info(), usage));
 }
 
-// Wine composes it from operations with masks, which shows where pixels are dropped, lie outside the source or have a
-// fourth byte: rectangles lie inside, and are enlarged at most.
 void DrawTransparent(Case& c) {
-    const Box from = InsideBox(c.random, c.source);
+    Box from = c.random.Below(4) == 0 ? RandomBox(c.random, c.source) : InsideBox(c.random, c.source);
     Box to = RandomBox(c.random, c.target);
-    const bool same = c.random.Below(3) != 0;
-    to.width = same ? from.width : from.width + static_cast<int>(c.random.Below(20));
-    to.height = same ? from.height : from.height + static_cast<int>(c.random.Below(20));
+    if (c.random.Below(3) != 0) {
+        to.width = from.width;
+        to.height = from.height;
+    }
+    if (c.random.Below(4) == 0)
+        MirrorSometimes(c.random, to);
     const COLORREF key = c.random.Below(4) == 0 ? c.random.Colour() : c.source.AnyColour(c.random);
-    SetStretchBltMode(c.target.Dc(), COLORONCOLOR);
+    SetStretchBltMode(c.target.Dc(), c.random.Between(BLACKONWHITE, COLORONCOLOR));
     c.coloursAlone = true;
     c.line += Text(to) + Text(from) + " key" + Hex(key);
+    c.Note("mirrored", to.width < 0 || to.height < 0);
+    c.Note("outside", !IsInside(from, c.source));
+    c.Note("shrunk", std::abs(to.width) < from.width || std::abs(to.height) < from.height);
+    c.Note("odd-table", c.target.HasOddTable());
+    c.Note("fourth-byte", c.source.Depth() == 32 && c.target.Depth() == 32);
     c.Report(TransparentBlt(c.target.Dc(), to.x, to.y, to.width, to.height, c.source.Dc(), from.x, from.y, from.width,
                             from.height, key));
+}
+
+void Blend(Case& c, const Box& to, const Box& from, const Canvas& source) {
+    const BLENDFUNCTION blend = RandomBlend(c.random, source);
+    c.coloursAlone = blend.AlphaFormat != AC_SRC_ALPHA;
+    c.ChooseStretchMode();
+    c.line += Text(to) + Text(from) + (blend.AlphaFormat ? " pixel" : " ") + std::to_string(blend.SourceConstantAlpha);
+    c.Report(AlphaBlend(c.target.Dc(), to.x, to.y, to.width, to.height, source.Dc(), from.x, from.y, from.width,
+                        from.height, blend));
 }
 
 void DrawAlpha(Case& c) {
@@ -232,14 +289,15 @@ void DrawAlpha(Case& c) {
         from.width = to.width;
         from.height = to.height;
     }
-    const BLENDFUNCTION blend = RandomBlend(c.random, c.source);
-    if (blend.AlphaFormat == AC_SRC_ALPHA)
-        c.source.Premultiply();
-    c.coloursAlone = blend.AlphaFormat != AC_SRC_ALPHA;
-    SetStretchBltMode(c.target.Dc(), COLORONCOLOR);
-    c.line += Text(to) + Text(from) + (blend.AlphaFormat ? " pixel" : " ") + std::to_string(blend.SourceConstantAlpha);
-    c.Report(AlphaBlend(c.target.Dc(), to.x, to.y, to.width, to.height, c.source.Dc(), from.x, from.y, from.width,
-                        from.height, blend));
+    c.source.Premultiply();
+    Blend(c, to, from, c.source);
+}
+
+/// Refused where the rectangles overlap.
+void DrawAlphaOnItself(Case& c) {
+    const Box to = InsideBox(c.random, c.target);
+    c.target.Premultiply();
+    Blend(c, to, InsideBox(c.random, c.target), c.target);
 }
 
 void DrawFills(Case& c) {
@@ -262,12 +320,12 @@ void DrawFills(Case& c) {
 // checksum tells.
 void DrawPixels(Case& c) {
     RECT box;
-    const bool whole = GetClipBox(c.target.Dc(), &box) == SIMPLEREGION;
+    GetClipBox(c.target.Dc(), &box);
     for (int i = 0; i < 20; ++i) {
         const int x = c.random.Between(-2, c.target.Width() + 1);
         const int y = c.random.Between(-2, c.target.Height() + 1);
         const COLORREF set = SetPixel(c.target.Dc(), x, y, c.random.Colour());
-        if (whole && PtInRect(&box, POINT{x, y}))
+        if (!c.hasHoles && PtInRect(&box, POINT{x, y}))
             c.line += " " + Hex(set) + "/" + Hex(GetPixel(c.target.Dc(), x, y));
     }
 }
@@ -279,6 +337,7 @@ void DrawTransfer(Case& c) {
     c.target.Release();
     c.line += c.Setting("start", start) + c.Setting("lines", lines);
     if (c.random.Below(2) == 0) {
+        c.Note("beyond", start > static_cast<UINT>(c.source.Height()));
         c.Report(SetDIBits(c.target.Dc(), c.target.Bitmap(), start, lines, c.source.Bits(), c.source.Info(),
                            DIB_RGB_COLORS));
     } else {
@@ -295,11 +354,13 @@ constexpr struct {
 } kKinds[] = {{"BitBlt", DrawBitBlt, 5},
               {"BitBltOnItself", DrawBitBltOnItself, 2},
               {"StretchBlt", DrawStretchBlt, 7},
+              {"StretchBltOnItself", DrawStretchOnItself, 1},
               {"PatBlt", DrawPatBlt, 3},
               {"StretchDIBits", DrawStretchDIBits, 6},
               {"SetDIBitsToDevice", DrawSetDIBitsToDevice, 1},
               {"TransparentBlt", DrawTransparent, 4},
               {"AlphaBlend", DrawAlpha, 5},
+              {"AlphaBlendOnItself", DrawAlphaOnItself, 1},
               {"Fill", DrawFills, 2},
               {"Pixel", DrawPixels, 1},
               {"Transfer", DrawTransfer, 2}};

@@ -19,7 +19,12 @@ struct Canvas {
         SelectObject(dc.m_hDC, previous);
         DeleteObject(bitmap);
     }
-    COLORREF At(int x, int y) const { return GetPixel(dc.m_hDC, x, y); }
+    // From memory: GetPixel sees nothing outside the clip region.
+    COLORREF At(int x, int y) const {
+        GdiFlush();
+        const DWORD pixel = pixels[(size.cy - 1 - y) * size.cx + x];
+        return RGB(pixel >> 16, pixel >> 8, pixel);
+    }
     std::vector<DWORD> Pixels() const {
         GdiFlush();
         return {pixels, pixels + size.cx * size.cy};

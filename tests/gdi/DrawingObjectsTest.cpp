@@ -85,7 +85,8 @@ TEST_CASE_TEMPLATE("an object that cannot be made is not held, and the next requ
         const std::string call = kel::test::FaultedCall();
         CHECK((made || call.find("Create") == 0));
         CHECK((Kind::HandleOf(wrapper) != nullptr) == made);
-        CHECK((Kind::Create(wrapper, 2) && Kind::NumberOf(Kind::HandleOf(wrapper)) == 2));
+        if (kel::test::FaultIsOver())
+            CHECK((Kind::Create(wrapper, 2) && Kind::NumberOf(Kind::HandleOf(wrapper)) == 2));
     });
 }
 
@@ -186,7 +187,8 @@ TEST_CASE("points become logical units of the context") {
         const std::string call = kel::test::FaultedCall();
         CHECK((made || !call.empty()));
         CHECK((font.m_hFont != nullptr) == made);
-        CHECK((!made || DescriptionOf(font).lfHeight == -13));
+        if (made && kel::test::FaultIsOver())
+            CHECK(DescriptionOf(font).lfHeight == -13);
         CHECK_FALSE(font.CreatePointFont(100, u"Arial"_w, reinterpret_cast<HDC>(0x1234)));
         CHECK(font.m_hFont == nullptr);
     });

@@ -5,6 +5,9 @@
 
 namespace {
 
+/// More than lies free behind any block, so that a block which may not move cannot grow to it.
+constexpr SIZE_T kBeyondItsPlace = 0x10000000;
+
 /// The result of a failing call's last error, 0 if it succeeded.
 template <class Result>
 DWORD ErrorUnless(Result result) {
@@ -36,7 +39,7 @@ TEST_CASE("a movable block has an address while it is locked") {
 TEST_CASE("a movable block keeps its handle and bytes through changes of size") {
     const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, 10);
     std::memcpy(GlobalLock(block), "0123456789", 10);
-    CHECK(ErrorUnless(GlobalReAlloc(block, 100000, GMEM_FIXED)) == ERROR_NOT_ENOUGH_MEMORY); // locked in its place
+    CHECK(ErrorUnless(GlobalReAlloc(block, kBeyondItsPlace, GMEM_FIXED)) == ERROR_NOT_ENOUGH_MEMORY); // locked
     CHECK(GlobalReAlloc(block, 100000, GMEM_MOVEABLE | GMEM_ZEROINIT) == block);
     CHECK(GlobalFlags(block) == 1);
     CHECK(std::memcmp(GlobalLock(block), "0123456789\0", 12) == 0);
@@ -61,7 +64,7 @@ TEST_CASE("a fixed block's handle is its address") {
     CHECK(GlobalFlags(block) == 0);
     CHECK(GlobalHandle(block) == block);
     CHECK(GlobalReAlloc(block, 50, GMEM_FIXED) == block);
-    CHECK(ErrorUnless(GlobalReAlloc(block, 50000, GMEM_FIXED)) == ERROR_NOT_ENOUGH_MEMORY);
+    CHECK(ErrorUnless(GlobalReAlloc(block, kBeyondItsPlace, GMEM_FIXED)) == ERROR_NOT_ENOUGH_MEMORY);
     CHECK(GlobalSize(block) == 50);
     const HGLOBAL movable = GlobalReAlloc(block, 0, GMEM_MODIFY | GMEM_MOVEABLE);
     CHECK(GlobalSize(movable) == 50);

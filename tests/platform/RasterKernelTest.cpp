@@ -124,10 +124,47 @@ TEST_CASE("kernels draw what the definition draws") {
         };
         const auto expected = drawn([&] { RunGeneric(job); });
         CAPTURE(seed);
-        CHECK(drawn([&] { RunRows(job, /*upwards*/ false, kPlainRows); }) == expected);
+        CHECK(drawn([&] { RunRows(job, RowOrder::AsInMemory, kPlainRows); }) == expected);
         CHECK(drawn([&] { RunRows(job); }) == expected);
     }
     CHECK(byRows > 2500);
+}
+
+// All pairs of a channel's values, for each opacity.
+TEST_CASE("vectors weigh and lay as the plain loops do") {
+    std::vector<std::uint8_t> from(0x10000);
+    std::vector<std::uint8_t> to(from.size());
+    for (std::size_t i = 0; i < from.size(); ++i) {
+        from[i] = static_cast<std::uint8_t>(i >> 8);
+        to[i] = static_cast<std::uint8_t>(i);
+    }
+    const auto drawn = [&](auto work, std::size_t count, unsigned opacity) {
+        std::vector<std::uint8_t> result = to;
+        work(result.data(), from.data(), count, opacity);
+        return result;
+    };
+    for (unsigned opacity = 0; opacity < 256; ++opacity) {
+        CAPTURE(opacity);
+        CHECK(drawn(FastRows().weigh, from.size(), opacity) == drawn(kPlainRows.weigh, from.size(), opacity));
+        CHECK(drawn(FastRows().lay, from.size() / 4, opacity) == drawn(kPlainRows.lay, from.size() / 4, opacity));
+    }
+}
+
+TEST_CASE("a key is found wherever its pixel lies, and so is the only other pixel") {
+    constexpr std::size_t kPixels = 70;
+    for (unsigned i = 0; i < 4 * kPixels; ++i) {
+        const std::size_t bytes = i % 2 == 0 ? 3 : 4;
+        const int single = i / 2 % 2 == 0 ? 9 : 2;
+        std::vector<std::uint8_t> source(bytes * kPixels, static_cast<std::uint8_t>(11 - single));
+        std::fill_n(source.begin() + static_cast<std::ptrdiff_t>(bytes * (i / 4)), bytes, single);
+        std::vector<std::uint8_t> expected = source;
+        std::replace(expected.begin(), expected.end(), 9, 1);
+        std::vector<std::uint8_t> drawn(source.size(), 1);
+        (bytes == 3 ? FastRows().copyUnless24 : FastRows().copyUnless32)(drawn.data(), source.data(), kPixels,
+                                                                         0x090909);
+        CAPTURE(i);
+        CHECK(drawn == expected);
+    }
 }
 
 TEST_CASE("source columns of target columns, as measured") {

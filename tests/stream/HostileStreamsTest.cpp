@@ -1,6 +1,6 @@
-#include "tests/support/AllocationMeter.h"
 #include "tests/stream/Probes.h"
 #include "tests/stream/SampleGraph.h"
+#include "tests/support/AllocationMeter.h"
 
 #include <functional>
 #include <thread>

@@ -14,9 +14,14 @@ std::size_t AllocatedSoFar() {
     return g_allocated;
 }
 
-void* operator new(std::size_t size) {
+// Both forms: under a sanitizer the one without exceptions does not come from the other.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     g_allocated += size;
-    if (void* block = std::malloc(size == 0 ? 1 : size))
+    return std::malloc(size == 0 ? 1 : size);
+}
+
+void* operator new(std::size_t size) {
+    if (void* block = operator new(size, std::nothrow))
         return block;
     throw std::bad_alloc();
 }

@@ -22,6 +22,11 @@ bool DisarmFault();
 /// The call that met it, "" for none.
 const char* FaultedCall();
 
+/// Whether no call will meet the fault any more: what a body looks at by system calls, it looks at then.
+inline bool FaultIsOver() {
+    return !FaultsAvailable() || *FaultedCall() != 0;
+}
+
 /// Handles and views that are open, drawing objects and global blocks that are alive; 0 where nobody counts them.
 std::size_t OpenHandles();
 

@@ -21,7 +21,8 @@ const char* FaultedCall() {
 }
 
 std::size_t OpenHandles() {
-    return platform::OpenHandles() + platform::GdiObjects() + platform::GlobalBlocks();
+    return platform::OpenHandles() + platform::GdiObjects() + platform::GlobalBlocks() + platform::OpenWindows() +
+           platform::ImageLists();
 }
 
 } // namespace kel::test

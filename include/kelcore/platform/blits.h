@@ -62,17 +62,19 @@ KELPLATFORM_API int WINAPI StretchDIBits(HDC target, int x, int y, int width, in
                                          int sourceWidth, int sourceHeight, const void* bits, const BITMAPINFO* info,
                                          UINT usage, DWORD operation);
 
-/// Draws rows of a DIB pixel for pixel. @return the number of rows, 0 on failure.
+/// Draws rows of a DIB pixel for pixel, whatever the mapping, from a logical point on. @return the number of rows, 0 on
+/// failure.
 KELPLATFORM_API int WINAPI SetDIBitsToDevice(HDC target, int x, int y, DWORD width, DWORD height, int sourceX,
                                              int sourceY, UINT start, UINT lines, const void* bits,
                                              const BITMAPINFO* info, UINT usage);
 
-/// Draws a rectangle of @p source but for the pixels of the colour @p transparent.
+/// Draws a rectangle of @p source but for the pixels of the colour @p transparent. Mirroring is refused with
+/// ERROR_INVALID_PARAMETER.
 KELPLATFORM_API BOOL WINAPI TransparentBlt(HDC target, int x, int y, int width, int height, HDC source, int sourceX,
                                            int sourceY, int sourceWidth, int sourceHeight, UINT transparent);
 
-/// Blends a rectangle of @p source over one of @p target. Mirroring and rectangles that leave the source are refused
-/// with ERROR_INVALID_PARAMETER.
+/// Blends a rectangle of @p source over one of @p target. Mirroring, rectangles that leave the source and rectangles of
+/// one surface that overlap are refused with ERROR_INVALID_PARAMETER.
 KELPLATFORM_API BOOL WINAPI AlphaBlend(HDC target, int x, int y, int width, int height, HDC source, int sourceX,
                                        int sourceY, int sourceWidth, int sourceHeight, BLENDFUNCTION function);
 

@@ -3,7 +3,7 @@
 /// @file
 /// Paths: lines and curves that are collected and then used as one. Between BeginPath and EndPath the calls of shapes.h
 /// that draw lines, curves and shapes add figures instead of drawing; fills of rectangles, blits and text draw as ever.
-/// A context has one path; it is not put aside by SaveDC.
+/// A context has one path, open or closed, which SaveDC puts aside with the rest of its state.
 
 #include <kelcore/platform/devicecontexts.h>
 
@@ -49,7 +49,8 @@ KELPLATFORM_API BOOL WINAPI StrokePath(HDC dc);
 /// Closes all figures, fills them and draws their lines.
 KELPLATFORM_API BOOL WINAPI StrokeAndFillPath(HDC dc);
 
-/// The pixels that FillPath would fill, as a region of device units; the caller deletes it. @return null on failure.
+/// The pixels that FillPath would fill, as a region of device units; the caller deletes it.
+/// @return null on failure, and for a path without points.
 KELPLATFORM_API HRGN WINAPI PathToRegion(HDC dc);
 
 /// Makes lines of its curves.

@@ -159,7 +159,7 @@ extern "C" {
 KELPLATFORM_API HFONT WINAPI CreateFontIndirectA(const LOGFONTA* font);
 
 /// The same with the fields one by one; the numbers that are bytes in the description are cut to one, and flags become
-/// their lowest byte. @param face may be null; a name of 32 bytes and more is refused (null).
+/// their lowest byte. @param face may be null; a name of more than 31 bytes is cut.
 KELPLATFORM_API HFONT WINAPI CreateFontA(int height, int width, int escapement, int orientation, int weight,
                                          DWORD italic, DWORD underline, DWORD strikeOut, DWORD charSet,
                                          DWORD outPrecision, DWORD clipPrecision, DWORD quality, DWORD pitchAndFamily,

@@ -88,7 +88,7 @@ KELPLATFORM_API HIMAGELIST WINAPI ImageList_Create(int cx, int cy, UINT flags, i
 
 KELPLATFORM_API BOOL WINAPI ImageList_Destroy(HIMAGELIST list);
 
-/// A list with the same images, overlays and background. @return null on failure.
+/// A list with the same images; it has no overlays and no background. @return null on failure.
 KELPLATFORM_API HIMAGELIST WINAPI ImageList_Duplicate(HIMAGELIST list);
 
 /// A list of one image with a mask: an image of @p first with one of @p second over it, moved by (@p dx, @p dy). It is

@@ -61,8 +61,9 @@ KELPLATFORM_API HRGN WINAPI CreatePolygonRgn(const POINT* points, int count, int
 /// Several polygons, of @p counts[0], @p counts[1] … points, taken together.
 KELPLATFORM_API HRGN WINAPI CreatePolyPolygonRgn(const POINT* points, const INT* counts, int polygons, int mode);
 
-/// A region of the rectangles of @p data, in any order. Those without pixels are left out.
-/// @param transform maps each rectangle's corners, rounded to whole numbers; null keeps them.
+/// A region of the rectangles of @p data, in any order.
+/// @param transform maps each rectangle's corners, rounded to whole numbers. Null keeps them; edges that are not in
+///        order then hold nothing.
 /// @param size of @p data in bytes.
 /// @return null with ERROR_INVALID_PARAMETER for null or malformed data, or data cut short.
 KELPLATFORM_API HRGN WINAPI ExtCreateRegion(const XFORM* transform, DWORD size, const RGNDATA* data);

@@ -212,7 +212,8 @@ KELPLATFORM_API BOOL WINAPI UnregisterClassA(LPCSTR name, HINSTANCE instance);
 /// with WS_VISIBLE it is then shown.
 /// @param name drawn in the caption; null for none.
 /// @param x, y CW_USEDEFAULT in @p x stands for (0, 0).
-/// @param width, height CW_USEDEFAULT in @p width stands for three quarters of the screen; sizes below 0 for 0.
+/// @param width, height CW_USEDEFAULT in @p width stands for three quarters of the screen; sizes below 0 for 0. Numbers
+///        beyond 2^20 are held there.
 /// @param parent of a child, which dies with it; of another window, its owner, which GetParent tells for WS_POPUP. May
 /// be
 ///        null for a window without WS_CHILD.

@@ -3,23 +3,18 @@
 /// @file
 /// How the pixels of a stretched row are picked, made ready once for all rows.
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
 namespace kel::platform {
 
-/// Columns of a source row, one for each target pixel, and how vectors pick them: sixteen bytes of the target at a time
-/// from one or two pieces of sixteen bytes of the source.
+/// Columns of a source row, one for each target pixel, and how vectors pick them: for sixteen bytes of the target a
+/// window of the source, of one piece of sixteen bytes or of two, and each byte's place in one of them. Two such steps
+/// make a pair.
 class ColumnPlan {
 public:
-    /// Where pieces begin, in bytes of the source row, and for each target byte its place in the piece; 0x80 where it
-    /// is in the other one or in none.
-    struct Piece {
-        std::array<std::uint8_t, 16> places;
-        std::uint32_t from;
-    };
+    static constexpr std::size_t kPieceBytes = 16;
 
     ColumnPlan() = default;
 
@@ -32,27 +27,32 @@ public:
     const std::vector<int>& Columns() const { return m_columns; }
     std::size_t Bytes() const { return m_bytes; }
 
-    /// Pieces of each step: 1 or 2; 0 if the columns are too far apart.
-    int PiecesOfStep() const { return m_piecesOfStep; }
+    /// Pieces of a window: 1 or 2; 0 if the columns are too far apart, or too few.
+    std::size_t Pieces() const { return m_pieces; }
 
-    /// Target pixels of each step.
-    std::size_t PixelsOfStep() const { return 16 / m_bytes; }
+    /// Target pixels of a step.
+    std::size_t PixelsOfStep() const { return kPieceBytes / m_bytes; }
 
-    /// Steps that write no byte behind the row; pixels that are left are picked singly.
-    std::size_t Steps() const { return m_steps; }
+    /// Pairs of steps, none of which writes a byte behind the row; pixels that are left are picked singly.
+    std::size_t Pairs() const { return m_pairs; }
 
-    /// Those of the first step, of the second, and so on.
-    const Piece* Pieces() const { return m_pieces.data(); }
+    /// Where the window of each step begins, in bytes of the source row.
+    const std::uint32_t* Windows() const { return m_windows.data(); }
+
+    /// For each pair the places in the first pieces of both steps, then those in the second pieces; 0x80 for a byte
+    /// that is not there.
+    const std::uint8_t* Places() const { return m_places.data(); }
 
 private:
-    bool Cut(std::size_t step, std::size_t rowBytes, int pieces);
-    bool CutAll(std::size_t rowBytes, int pieces);
+    bool PlaceAll(std::size_t rowBytes);
+    bool Place(std::size_t step, std::size_t rowBytes);
 
     std::vector<int> m_columns;
     std::size_t m_bytes = 1;
-    std::size_t m_steps = 0;
-    int m_piecesOfStep = 0;
-    std::vector<Piece> m_pieces;
+    std::size_t m_pairs = 0;
+    std::size_t m_pieces = 0;
+    std::vector<std::uint32_t> m_windows;
+    std::vector<std::uint8_t> m_places;
 };
 
 } // namespace kel::platform

@@ -38,6 +38,8 @@ void Copy(std::uint8_t* to, const std::uint8_t* from, std::size_t count) {
     std::memcpy(to, from, count);
 }
 
+void Settle() {}
+
 void Combine(std::uint8_t* to, const std::uint8_t* source, const std::uint8_t* pattern, std::size_t count,
              unsigned rop) {
     CombineLoop(to, source ? source : to, pattern ? pattern : to, count, rop);
@@ -69,7 +71,8 @@ void Lay(std::uint8_t* to, const std::uint8_t* from, std::size_t count, unsigned
 
 } // namespace
 
-const RowRoad kPlainRows = {&Pick, &Fill, &Copy, &Combine, &CopyUnless24, &CopyUnless32, &Weigh, &Lay, &Widen, &Narrow};
+const RowRoad kPlainRows = {&Pick,         &Fill,  &Copy, &Settle, &Combine, &CopyUnless24,
+                            &CopyUnless32, &Weigh, &Lay,  &Widen,  &Narrow};
 
 const RowRoad& FastRows() {
     static const RowRoad& fast = HasAvx2() ? kAvx2Rows : kPlainRows;

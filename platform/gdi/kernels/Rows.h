@@ -15,8 +15,10 @@ struct RowRoad {
     /// Writes the low bytes of @p value @p count times. @param bytes of a pixel: 1 to 4.
     void (*fill)(std::uint8_t* to, std::uint32_t value, std::size_t count, int bytes);
 
-    /// Copies bytes that nobody is about to read, so that they need not go through the caches.
+    /// Copies bytes that nobody is about to read, so that they need not go through the caches. Other threads see them
+    /// in no order before settle is called.
     void (*stream)(std::uint8_t* to, const std::uint8_t* from, std::size_t count);
+    void (*settle)();
 
     /// Applies a ternary operation to each byte of @p to. @p source and @p pattern may be null if it does not ask for
     /// them.

@@ -30,28 +30,35 @@ KEL_AVX2_INLINE __m256i Placed(__m256i bytes, __m128i places) {
 
 // --- picking
 
-KEL_AVX2_INLINE __m128i Picked(const std::uint8_t* from, const ColumnPlan::Piece& piece) {
-    return _mm_shuffle_epi8(LoadHalf(from + piece.from), LoadHalf(piece.places.data()));
+// A step in each half.
+KEL_AVX2_INLINE __m256i Picked(const std::uint8_t* first, const std::uint8_t* second, const std::uint8_t* places) {
+    const __m256i pixels = _mm256_inserti128_si256(_mm256_castsi128_si256(LoadHalf(first)), LoadHalf(second), 1);
+    return _mm256_shuffle_epi8(pixels, Load(places));
 }
 
-template <int pieces>
-KEL_AVX2 void PickSteps(std::uint8_t* to, const std::uint8_t* from, const ColumnPlan& plan) {
+template <std::size_t pieces>
+KEL_AVX2 void PickPairs(std::uint8_t* to, const std::uint8_t* from, const ColumnPlan& plan) {
+    constexpr std::size_t kPiece = ColumnPlan::kPieceBytes;
     const std::size_t stepBytes = plan.PixelsOfStep() * plan.Bytes();
-    const ColumnPlan::Piece* piece = plan.Pieces();
-    for (std::size_t i = plan.Steps(); i > 0; --i, to += stepBytes, piece += pieces) {
-        __m128i pixels = Picked(from, piece[0]);
+    const std::uint32_t* windows = plan.Windows();
+    const std::uint8_t* places = plan.Places();
+    for (std::size_t i = plan.Pairs(); i > 0; --i, to += 2 * stepBytes, windows += 2, places += pieces * kVector) {
+        const std::uint8_t* first = from + windows[0];
+        const std::uint8_t* second = from + windows[1];
+        __m256i pixels = Picked(first, second, places);
         if constexpr (pieces == 2)
-            pixels = _mm_or_si128(pixels, Picked(from, piece[1]));
-        StoreHalf(to, pixels);
+            pixels = _mm256_or_si256(pixels, Picked(first + kPiece, second + kPiece, places + kVector));
+        StoreHalf(to, _mm256_castsi256_si128(pixels));
+        StoreHalf(to + stepBytes, _mm256_extracti128_si256(pixels, 1));
     }
 }
 
 void Pick(std::uint8_t* to, const std::uint8_t* from, const ColumnPlan& plan) {
-    if (plan.PiecesOfStep() == 0)
+    if (plan.Pieces() == 0)
         return kPlainRows.pick(to, from, plan);
-    (plan.PiecesOfStep() == 1 ? PickSteps<1> : PickSteps<2>)(to, from, plan);
+    (plan.Pieces() == 1 ? PickPairs<1> : PickPairs<2>)(to, from, plan);
     const std::size_t bytes = plan.Bytes();
-    for (std::size_t i = plan.Steps() * plan.PixelsOfStep(); i < plan.Columns().size(); ++i)
+    for (std::size_t i = 2 * plan.Pairs() * plan.PixelsOfStep(); i < plan.Columns().size(); ++i)
         std::memcpy(to + i * bytes, from + static_cast<std::size_t>(plan.Columns()[i]) * bytes, bytes);
 }
 
@@ -86,8 +93,11 @@ KEL_AVX2 void Stream(std::uint8_t* to, const std::uint8_t* from, std::size_t cou
         _mm256_stream_si256(reinterpret_cast<__m256i*>(to + i), Load(from + i));
         _mm256_stream_si256(reinterpret_cast<__m256i*>(to + i + kVector), Load(from + i + kVector));
     }
-    _mm_sfence();
     std::memcpy(to + i, from + i, count - i);
+}
+
+void Settle() {
+    _mm_sfence();
 }
 
 KEL_AVX2 void Combine(std::uint8_t* to, const std::uint8_t* source, const std::uint8_t* pattern, std::size_t count,
@@ -237,50 +247,72 @@ KEL_AVX2_INLINE __m256i Over255(__m256i products) {
     return _mm256_mulhi_epu16(_mm256_add_epi16(products, Words(128)), Words(257));
 }
 
-KEL_AVX2_INLINE __m256i Low(__m256i bytes) {
-    return _mm256_unpacklo_epi8(bytes, _mm256_setzero_si256());
+/// Weights of two rows that add up to 255, the larger one as what it leaves of 255: that is less than 128, as the
+/// products of bytes want it.
+struct Weights {
+    bool swapped;  ///< whether the row that is weighed less is the target
+    __m256i pairs; ///< less and more, for channels of both rows side by side
+};
+
+KEL_AVX2_INLINE Weights WeightsOf(unsigned opacity) {
+    const unsigned less = opacity < 128 ? opacity : 255 - opacity;
+    return {opacity >= 128, Words(static_cast<unsigned short>(less << 8 | (-less & 0xFF)))};
 }
 
-KEL_AVX2_INLINE __m256i High(__m256i bytes) {
-    return _mm256_unpackhi_epi8(bytes, _mm256_setzero_si256());
+// The row that weighs more is changed by a share of the difference, the quotient by 255 of a number with a sign: half
+// of the range is added first, and 128 taken from the quotient afterwards.
+KEL_AVX2_INLINE __m256i Changes(__m256i pairs, const Weights& weights) {
+    const __m256i products = _mm256_maddubs_epi16(pairs, weights.pairs);
+    return _mm256_mulhi_epu16(_mm256_xor_si256(products, Words(0x8000)), Words(257));
 }
 
-KEL_AVX2_INLINE __m256i Weighed(__m256i from, __m256i to, __m256i opacity, __m256i rest) {
-    return Over255(_mm256_add_epi16(_mm256_mullo_epi16(from, opacity), _mm256_mullo_epi16(to, rest)));
+KEL_AVX2_INLINE __m256i Weighed(__m256i more, __m256i less, const Weights& weights) {
+    const __m256i changes = _mm256_packus_epi16(Changes(_mm256_unpacklo_epi8(more, less), weights),
+                                                Changes(_mm256_unpackhi_epi8(more, less), weights));
+    return _mm256_xor_si256(_mm256_add_epi8(more, changes), Bytes(0x80));
 }
 
-KEL_AVX2 void Weigh(std::uint8_t* to, const std::uint8_t* from, std::size_t count, unsigned opacity) {
-    const __m256i share = Words(static_cast<unsigned short>(opacity));
-    const __m256i rest = Words(static_cast<unsigned short>(255 - opacity));
+template <bool swapped>
+KEL_AVX2 std::size_t WeighVectors(std::uint8_t* to, const std::uint8_t* from, std::size_t count,
+                                  const Weights& weights) {
     std::size_t i = 0;
     for (; i + kVector <= count; i += kVector) {
         const __m256i source = Load(from + i);
         const __m256i target = Load(to + i);
-        Store(to + i, _mm256_packus_epi16(Weighed(Low(source), Low(target), share, rest),
-                                          Weighed(High(source), High(target), share, rest)));
+        Store(to + i, swapped ? Weighed(source, target, weights) : Weighed(target, source, weights));
     }
-    WeighLoop(to + i, from + i, count - i, opacity);
+    return i;
 }
 
-// Four pixels in each half; the opacities of the lower two, and of the higher, become those of all their channels.
-KEL_AVX2_INLINE __m256i LowRests(__m256i rests) {
-    return Placed(rests, _mm_setr_epi8(3, -1, 3, -1, 3, -1, 3, -1, 7, -1, 7, -1, 7, -1, 7, -1));
+KEL_AVX2 void Weigh(std::uint8_t* to, const std::uint8_t* from, std::size_t count, unsigned opacity) {
+    const Weights weights = WeightsOf(opacity);
+    const std::size_t done = (weights.swapped ? WeighVectors<true> : WeighVectors<false>)(to, from, count, weights);
+    WeighLoop(to + done, from + done, count - done, opacity);
 }
 
-KEL_AVX2_INLINE __m256i HighRests(__m256i rests) {
-    return Placed(rests, _mm_setr_epi8(11, -1, 11, -1, 11, -1, 11, -1, 15, -1, 15, -1, 15, -1, 15, -1));
+// Every other channel, in the low byte of a number and in the high one.
+KEL_AVX2_INLINE __m256i Even(__m256i bytes) {
+    return _mm256_and_si256(bytes, Words(0xFF));
+}
+
+KEL_AVX2_INLINE __m256i Odd(__m256i bytes) {
+    return _mm256_srli_epi16(bytes, 8);
+}
+
+// What each pixel leaves of the target, for both halves of its channels.
+KEL_AVX2_INLINE __m256i Rests(__m256i from) {
+    const __m256i left = _mm256_xor_si256(from, _mm256_set1_epi8(-1));
+    return Placed(left, _mm_setr_epi8(3, -1, 3, -1, 7, -1, 7, -1, 11, -1, 11, -1, 15, -1, 15, -1));
+}
+
+KEL_AVX2_INLINE __m256i Shares(__m256i bytes, __m256i opacities) {
+    const __m256i even = Over255(_mm256_mullo_epi16(Even(bytes), opacities));
+    const __m256i odd = Over255(_mm256_mullo_epi16(Odd(bytes), opacities));
+    return _mm256_or_si256(even, _mm256_slli_epi16(odd, 8));
 }
 
 KEL_AVX2_INLINE __m256i Laid(__m256i from, __m256i to) {
-    const __m256i rests = _mm256_xor_si256(from, _mm256_set1_epi8(-1));
-    const __m256i low = Over255(_mm256_mullo_epi16(Low(to), LowRests(rests)));
-    const __m256i high = Over255(_mm256_mullo_epi16(High(to), HighRests(rests)));
-    return _mm256_adds_epu8(from, _mm256_packus_epi16(low, high));
-}
-
-KEL_AVX2_INLINE __m256i Shares(__m256i bytes, __m256i opacity) {
-    return _mm256_packus_epi16(Over255(_mm256_mullo_epi16(Low(bytes), opacity)),
-                               Over255(_mm256_mullo_epi16(High(bytes), opacity)));
+    return _mm256_adds_epu8(from, Shares(to, Rests(from)));
 }
 
 template <bool whole>
@@ -301,7 +333,7 @@ KEL_AVX2 void Lay(std::uint8_t* to, const std::uint8_t* from, std::size_t count,
 
 } // namespace
 
-const RowRoad kAvx2Rows = {&Pick,         &Fill,  &Stream, &Combine, &CopyUnless24,
-                           &CopyUnless32, &Weigh, &Lay,    &Widen,   &Narrow};
+const RowRoad kAvx2Rows = {&Pick,         &Fill,  &Stream, &Settle, &Combine, &CopyUnless24,
+                           &CopyUnless32, &Weigh, &Lay,    &Widen,  &Narrow};
 
 } // namespace kel::platform

@@ -8,13 +8,24 @@
 #include "platform/gdi/text/SizedFont.h"
 #include "platform/gdi/text/TextRun.h"
 
+#include <cstdlib>
+
 namespace kel::platform {
 
 /// Text is upright whatever the mapping mirrors: axes count by the length of their units alone.
 class ContextFont {
 public:
     /// Looks the font up. @throws std::bad_alloc
-    explicit ContextFont(DeviceContext& context);
+    explicit ContextFont(DeviceContext& context)
+        : m_object(static_cast<const FontObject*>(context.State().font.Get())),
+          m_window(Lengths(context.State().mapping.windowExtent)),
+          m_viewport(Lengths(context.State().mapping.viewportExtent)),
+          m_extra(Scaled(context.State().characterExtra, m_viewport.cx, m_window.cx)) {
+        const RealizedFont& known = context.Realized();
+        m_font = Holds(known) ? known.font.get() : Realize(context);
+        if (!m_font)
+            Fail(ERROR_FILE_NOT_FOUND);
+    }
 
     /// Whether there is a font; otherwise the last error is ERROR_FILE_NOT_FOUND.
     explicit operator bool() const { return m_font != nullptr; }
@@ -41,9 +52,20 @@ public:
     SIZE ExtentOf(const TextRun& run) const;
 
 private:
-    static int Scaled(int value, LONG multiplier, LONG divisor);
+    static int Scaled(int value, LONG multiplier, LONG divisor) {
+        return multiplier == divisor ? value : Rounded(static_cast<double>(value) * multiplier / divisor);
+    }
+    static int Rounded(double value);
+    static SIZE Lengths(SIZE extent) { return {std::abs(extent.cx), std::abs(extent.cy)}; }
+    static bool Same(SIZE a, SIZE b) { return a.cx == b.cx && a.cy == b.cy; }
 
-    SizedFont* m_font; // held by the context
+    bool Holds(const RealizedFont& known) const {
+        return known.object.get() == m_object && known.files == FontFilesVersion() && Same(known.window, m_window) &&
+               Same(known.viewport, m_viewport);
+    }
+    SizedFont* Realize(DeviceContext& context) const;
+
+    SizedFont* m_font = nullptr; // held by the context
     const FontObject* m_object;
     SIZE m_window;
     SIZE m_viewport;

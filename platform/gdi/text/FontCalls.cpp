@@ -21,7 +21,7 @@ template <class Work>
 BOOL WithFont(const char* name, HDC dc, Work work) {
     if (CallFails(name))
         return FALSE;
-    const auto context = FindContext(dc);
+    DeviceContext* context = PeekContext(dc);
     return context && WithMemory(false, [&] {
                const ContextFont font(*context);
                return font && work(font);
@@ -67,19 +67,23 @@ BOOL EachWidth(const char* name, HDC dc, UINT first, UINT last, Item* items, Dec
     });
 }
 
-void StoreParts(const ContextFont& font, GlyphWidths widths, ABC& abc) {
-    abc.abcA = font.LogicalX(widths.before);
-    abc.abcB = static_cast<UINT>(font.LogicalX(widths.box));
-    abc.abcC = font.LogicalX(widths.behind);
-}
+struct StoreParts {
+    void operator()(const ContextFont& font, GlyphWidths widths, ABC& abc) const {
+        abc.abcA = font.LogicalX(widths.before);
+        abc.abcB = static_cast<UINT>(font.LogicalX(widths.box));
+        abc.abcC = font.LogicalX(widths.behind);
+    }
+};
 
-void StoreAdvance(const ContextFont& font, GlyphWidths widths, INT& width) {
-    width = font.LogicalX(widths.Advance());
-}
+struct StoreAdvance {
+    void operator()(const ContextFont& font, GlyphWidths widths, INT& width) const {
+        width = font.LogicalX(widths.Advance());
+    }
+};
 
-char32_t UnitOf(UINT number) {
-    return static_cast<WCHAR>(number);
-}
+struct UnitOf {
+    char32_t operator()(UINT number) const { return static_cast<WCHAR>(number); }
+};
 
 /// @return 0, or the error.
 DWORD FontFileOf(LPCSTR file, LPVOID reserved, std::string& host) {
@@ -145,25 +149,25 @@ int WINAPI GetTextFaceA(HDC dc, int count, LPSTR name) {
 }
 
 BOOL WINAPI GetCharABCWidthsA(HDC dc, UINT first, UINT last, LPABC widths) {
-    return EachWidth("GetCharABCWidthsA", dc, first, last, widths, CharacterOfAnsiNumber, StoreParts);
+    return EachWidth("GetCharABCWidthsA", dc, first, last, widths, CharacterOfAnsiNumber, StoreParts());
 }
 
 BOOL WINAPI GetCharABCWidthsW(HDC dc, UINT first, UINT last, LPABC widths) {
-    return EachWidth("GetCharABCWidthsW", dc, first, last, widths, UnitOf, StoreParts);
+    return EachWidth("GetCharABCWidthsW", dc, first, last, widths, UnitOf(), StoreParts());
 }
 
 BOOL WINAPI GetCharWidthA(HDC dc, UINT first, UINT last, LPINT widths) {
-    return EachWidth("GetCharWidthA", dc, first, last, widths, CharacterOfAnsiNumber, StoreAdvance);
+    return EachWidth("GetCharWidthA", dc, first, last, widths, CharacterOfAnsiNumber, StoreAdvance());
 }
 
 BOOL WINAPI GetCharWidthW(HDC dc, UINT first, UINT last, LPINT widths) {
-    return EachWidth("GetCharWidthW", dc, first, last, widths, UnitOf, StoreAdvance);
+    return EachWidth("GetCharWidthW", dc, first, last, widths, UnitOf(), StoreAdvance());
 }
 
 BOOL WINAPI GetCharWidth32A(HDC dc, UINT first, UINT last, LPINT widths) {
-    return EachWidth("GetCharWidth32A", dc, first, last, widths, CharacterOfAnsiNumber, StoreAdvance);
+    return EachWidth("GetCharWidth32A", dc, first, last, widths, CharacterOfAnsiNumber, StoreAdvance());
 }
 
 BOOL WINAPI GetCharWidth32W(HDC dc, UINT first, UINT last, LPINT widths) {
-    return EachWidth("GetCharWidth32W", dc, first, last, widths, UnitOf, StoreAdvance);
+    return EachWidth("GetCharWidth32W", dc, first, last, widths, UnitOf(), StoreAdvance());
 }

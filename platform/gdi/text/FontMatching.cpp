@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <memory>
 #include <mutex>
 #include <new>
@@ -14,6 +13,9 @@
 #include <vector>
 
 namespace kel::platform {
+
+constinit std::atomic<unsigned> fontFilesVersion{0};
+
 namespace {
 
 struct DestroyPattern {
@@ -35,7 +37,6 @@ struct Fonts {
     std::mutex mutex;
     FcConfig* config = FcInitLoadConfigAndFonts();
     std::vector<std::string> added;
-    std::atomic<unsigned> version{0};
 
     // Never destroyed: fonts are used by destructors of static objects.
     static Fonts& Get() {
@@ -213,7 +214,7 @@ int AddFontFile(const std::string& file) {
     if (faces == 0 || !FcConfigAppFontAddFile(fonts.config, Bytes(file)))
         return 0;
     fonts.added.push_back(file);
-    ++fonts.version;
+    ++fontFilesVersion;
     return faces;
 }
 
@@ -227,12 +228,8 @@ bool RemoveFontFile(const std::string& file) {
     FcConfigAppFontClear(fonts.config);
     for (const std::string& other : fonts.added)
         FcConfigAppFontAddFile(fonts.config, Bytes(other));
-    ++fonts.version;
+    ++fontFilesVersion;
     return true;
-}
-
-unsigned FontFilesVersion() {
-    return Fonts::Get().version;
 }
 
 } // namespace kel::platform

@@ -5,6 +5,7 @@
 
 #include <kelcore/platform/fonts.h>
 
+#include <atomic>
 #include <optional>
 #include <string>
 
@@ -41,7 +42,11 @@ int AddFontFile(const std::string& file);
 /// @return whether the file had been added.
 bool RemoveFontFile(const std::string& file);
 
+extern std::atomic<unsigned> fontFilesVersion;
+
 /// Another number after every change of the files added.
-unsigned FontFilesVersion();
+inline unsigned FontFilesVersion() {
+    return fontFilesVersion.load(std::memory_order_acquire);
+}
 
 } // namespace kel::platform

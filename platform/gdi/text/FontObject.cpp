@@ -71,7 +71,7 @@ HFONT WINAPI CreateFontIndirectA(const LOGFONTA* font) {
 HFONT WINAPI CreateFontA(int height, int width, int escapement, int orientation, int weight, DWORD italic,
                          DWORD underline, DWORD strikeOut, DWORD charSet, DWORD outPrecision, DWORD clipPrecision,
                          DWORD quality, DWORD pitchAndFamily, LPCSTR face) {
-    if (CallFails("CreateFontA") || (face && std::strlen(face) >= LF_FACESIZE))
+    if (CallFails("CreateFontA"))
         return nullptr;
     const auto byte = [](DWORD value) { return static_cast<BYTE>(value); };
     LOGFONTA font{height,
@@ -88,6 +88,6 @@ HFONT WINAPI CreateFontA(int height, int width, int escapement, int orientation,
                   byte(quality),
                   byte(pitchAndFamily),
                   {}};
-    std::strcpy(font.lfFaceName, face ? face : "");
+    std::strncpy(font.lfFaceName, face ? face : "", LF_FACESIZE - 1);
     return Make(font);
 }

@@ -5,6 +5,13 @@
 
 namespace kel::platform {
 
+/// Where a part of a mask comes to lie, within the surface.
+struct MaskPart {
+    int left, top, right, bottom;
+    const std::uint8_t* mask; ///< of the first pixel
+    int stride;
+};
+
 /// Draws glyphs in one colour on a surface. What a pixel is covered by decides how far it goes from the colour it has
 /// to the ink's; surfaces with colour tables take the ink's colour where half of a pixel and more is covered.
 class GlyphInk {
@@ -15,16 +22,9 @@ public:
     void Draw(const Glyph& glyph, int x, int y, const RECT& area) const;
 
 private:
-    using Row = void (*)(const GlyphInk& ink, std::uint8_t* row, int x, const std::uint8_t* mask, int count);
-
-    static void RowOf32(const GlyphInk& ink, std::uint8_t* row, int x, const std::uint8_t* mask, int count);
-    static void RowOf24(const GlyphInk& ink, std::uint8_t* row, int x, const std::uint8_t* mask, int count);
-    static void RowOf16(const GlyphInk& ink, std::uint8_t* row, int x, const std::uint8_t* mask, int count);
-    static void RowOfTable(const GlyphInk& ink, std::uint8_t* row, int x, const std::uint8_t* mask, int count);
-
     Surface m_target;
     std::uint32_t m_pixel; // the colour as it is stored
-    Row m_row;
+    void (*m_draw)(const Surface& target, std::uint32_t ink, const MaskPart& part);
 };
 
 } // namespace kel::platform

@@ -36,6 +36,7 @@ struct Design {
     int underlineMiddle;
     int underlineThickness;
     int strikeTop;
+    int strikeThickness;
 
     int Scaled(int units, int em) const {
         return static_cast<int>(std::floor(static_cast<double>(units) * em / unitsPerEm + 0.5));
@@ -47,7 +48,7 @@ Design DesignOf(FT_Face face) {
                   -face->descender,         0,
                   face->max_advance_width,  static_cast<int>(face->bbox.xMax - face->bbox.xMin),
                   face->underline_position, face->underline_thickness,
-                  face->ascender / 3};
+                  face->ascender / 3,       face->underline_thickness};
     const auto* os2 = static_cast<const TT_OS2*>(FT_Get_Sfnt_Table(face, FT_SFNT_OS2));
     const auto* horizontal = static_cast<const TT_HoriHeader*>(FT_Get_Sfnt_Table(face, FT_SFNT_HHEA));
     if (!os2 || os2->version == 0xFFFF || os2->usWinAscent + os2->usWinDescent == 0)
@@ -56,6 +57,7 @@ Design DesignOf(FT_Face face) {
     design.descent = os2->usWinDescent;
     design.averageWidth = os2->xAvgCharWidth;
     design.strikeTop = os2->yStrikeoutPosition;
+    design.strikeThickness = os2->yStrikeoutSize;
     if (horizontal)
         design.externalLeading = std::max(0, horizontal->Line_Gap - (design.ascent + design.descent -
                                                                      (horizontal->Ascender - horizontal->Descender)));
@@ -96,8 +98,9 @@ FontMetrics MetricsOf(FT_Face face, const Design& design, int em, int emWidth) {
     metrics.externalLeading = design.Scaled(design.externalLeading, em);
     metrics.averageWidth = std::max(1, design.Scaled(design.averageWidth, emWidth));
     metrics.maximumWidth = std::max(1, design.Scaled(design.boxWidth, emWidth));
-    metrics.lineThickness = std::max(1, design.Scaled(design.underlineThickness, em));
+    metrics.underlineThickness = std::max(1, design.Scaled(design.underlineThickness, em));
     metrics.underlineTop = std::max(1, -design.Scaled(design.underlineMiddle + design.underlineThickness / 2, em));
+    metrics.strikeThickness = std::max(1, design.Scaled(design.strikeThickness, em));
     metrics.strikeTop = -design.Scaled(design.strikeTop, em);
     metrics.pitchAndFamily = static_cast<BYTE>(FamilyOf(face) | TMPF_VECTOR | TMPF_TRUETYPE |
                                                (FT_IS_FIXED_WIDTH(face) ? 0 : TMPF_FIXED_PITCH));

@@ -37,7 +37,8 @@ struct FontMetrics {
     int maximumWidth = 0;
     int underlineTop = 0; ///< below the baseline
     int strikeTop = 0;    ///< below the baseline, so negative
-    int lineThickness = 1;
+    int underlineThickness = 1;
+    int strikeThickness = 1;
     int weight = FW_NORMAL;
     BYTE pitchAndFamily = 0;
 

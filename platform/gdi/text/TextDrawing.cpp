@@ -49,6 +49,12 @@ struct Line {
 
     int Width() const { return starts.back(); }
 
+    POINT StartOf(std::size_t i) const {
+        if (direction.IsLevel())
+            return {static_cast<LONG>(begin.x) + starts[i], static_cast<LONG>(begin.y)};
+        return Nearest(direction.From(begin, starts[i], 0));
+    }
+
     /// The pixels of a band along the text, between two distances below the baseline.
     Region Band(int top, int bottom) const {
         if (direction.IsLevel()) {
@@ -99,7 +105,7 @@ void DrawGlyphs(const Line& line, const TextCharacter* first, std::size_t count,
         const Glyph& glyph = line.font.Font().GlyphOf(first[i].code);
         if (!glyph.mask)
             continue;
-        const POINT at = Nearest(line.direction.From(line.begin, line.starts[i], 0));
+        const POINT at = line.StartOf(i);
         for (int piece = 0; piece < pieces; ++piece)
             ink.Draw(glyph, at.x + glyph.left, at.y + glyph.top,
                      {boxes[piece].x1, boxes[piece].y1, boxes[piece].x2, boxes[piece].y2});
@@ -129,13 +135,13 @@ void FillWithin(DeviceContext& context, Region region, const Region& reachable, 
 void DrawDecoration(DeviceContext& context, const Line& line, const Region& reachable) {
     const FontMetrics& metrics = line.font.Font().Metrics();
     const COLORREF colour = context.State().textColour;
-    const auto draw = [&](int top) {
-        FillWithin(context, line.Band(top, top + metrics.lineThickness), reachable, colour);
+    const auto draw = [&](int top, int thickness) {
+        FillWithin(context, line.Band(top, top + thickness), reachable, colour);
     };
     if (line.font.Description().lfUnderline)
-        draw(metrics.underlineTop);
+        draw(metrics.underlineTop, metrics.underlineThickness);
     if (line.font.Description().lfStrikeOut)
-        draw(metrics.strikeTop);
+        draw(metrics.strikeTop, metrics.strikeThickness);
 }
 
 void DrawLine(DeviceContext& context, const Line& line, const TextCharacter* first, std::size_t count,

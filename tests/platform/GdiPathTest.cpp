@@ -1,0 +1,164 @@
+#include "Drawing.h"
+
+#include <algorithm>
+
+namespace {
+
+/// The closed path as text: a letter for the kind of each point, the point, and a bar where a figure is closed.
+std::string Told(HDC dc) {
+    POINT points[64];
+    BYTE kinds[64];
+    const int count = GetPath(dc, points, kinds, 64);
+    std::string text;
+    for (int i = 0; i < count; ++i) {
+        const int kind = kinds[i] & ~PT_CLOSEFIGURE;
+        text += kinds[i] == PT_MOVETO ? " m" : kind == PT_LINETO ? " l" : kind == PT_BEZIERTO ? " c" : " ?";
+        text += std::to_string(points[i].x) + "," + std::to_string(points[i].y);
+        text += kinds[i] != PT_MOVETO && kinds[i] & PT_CLOSEFIGURE ? "|" : "";
+    }
+    return text;
+}
+
+const POINT kPoints[] = {{5, 20}, {12, 5}, {20, 20}, {1, 1}, {2, 2}, {3, 9}};
+
+} // namespace
+
+TEST_CASE("drawing adds figures to an open path") {
+    const Section section(32, 32, 32);
+    const MemoryContext memory(section.handle);
+    const struct {
+        void (*draw)(HDC);
+        const char* path;
+    } cases[] = {
+        {[](HDC dc) { Rectangle(dc, 2, 2, 20, 14); }, " m19,2 l2,2 l2,13 l19,13|"},
+        {[](HDC dc) { Rectangle(dc, 2, 2, 2, 14); }, ""},
+        {[](HDC dc) { Polygon(dc, kPoints, 3); }, " m5,20 l12,5 l20,20|"},
+        {[](HDC dc) {
+             const int counts[] = {3, 2};
+             PolyPolygon(dc, kPoints, counts, 2);
+         },
+         " m5,20 l12,5 l20,20| m1,1 l2,2|"},
+        {[](HDC dc) {
+             MoveToEx(dc, 1, 1, nullptr);
+             MoveToEx(dc, 3, 4, nullptr);
+             LineTo(dc, 5, 6);
+             LineTo(dc, 9, 6);
+             CloseFigure(dc);
+             LineTo(dc, 7, 7);
+         },
+         " m3,4 l5,6 l9,6| m9,6 l7,7"},
+        {[](HDC dc) {
+             MoveToEx(dc, 0, 0, nullptr);
+             PolyBezierTo(dc, kPoints, 3);
+             PolylineTo(dc, kPoints + 3, 2);
+         },
+         " m0,0 c5,20 c12,5 c20,20 l1,1 l2,2"},
+    };
+    for (const auto& [draw, path] : cases) {
+        CAPTURE(std::string(path));
+        REQUIRE(BeginPath(memory));
+        draw(memory);
+        REQUIRE(EndPath(memory));
+        CHECK(Told(memory) == path);
+        CHECK(GetPath(memory, nullptr, nullptr, 0) ==
+              static_cast<int>(std::count(path, path + std::strlen(path), ',')));
+    }
+    for (int i = 0; i < 32 * 32 * 4; ++i)
+        REQUIRE(section.bytes[i] == 0);
+    POINT point;
+    BYTE kind;
+    CHECK(GetPath(memory, &point, &kind, 1) == -1);
+    CHECK(GetLastError() == ERROR_INVALID_PARAMETER);
+}
+
+TEST_CASE("a path is filled, drawn or made a region, and gone") {
+    const struct {
+        const char* name;
+        BOOL(WINAPI* use)(HDC);
+        const char* picture; // of the upper left corner
+    } cases[] = {
+        {"fill", FillPath, "BBBB..BBBB..BBBB..BBBB.."},
+        {"stroke", StrokePath, "RRRRR.R...R.R...R.R...R."},
+        {"both", StrokeAndFillPath, "RRRRR.RBBBR.RBBBR.RBBBR."},
+    };
+    for (const auto& [name, use, picture] : cases) {
+        CAPTURE(std::string(name));
+        const Section section(DibInfo(6, -4, 32));
+        const MemoryContext memory(section.handle);
+        const HGDIOBJ pen = SelectObject(memory, CreatePen(PS_SOLID, 0, RGB(255, 0, 0)));
+        const HGDIOBJ brush = SelectObject(memory, CreateSolidBrush(RGB(0, 0, 255)));
+        BeginPath(memory);
+        CHECK(!use(memory)); // not while it is open
+        Rectangle(memory, 0, 0, 5, 6);
+        EndPath(memory);
+        CHECK((use(memory) && !use(memory)));
+        GdiFlush();
+        std::string drawn;
+        for (int i = 0; i < 24; ++i)
+            drawn += section.bytes[4 * i] ? 'B' : section.bytes[4 * i + 2] ? 'R' : '.';
+        CHECK(drawn == picture);
+        DeleteObject(SelectObject(memory, pen));
+        DeleteObject(SelectObject(memory, brush));
+    }
+}
+
+TEST_CASE("the fill mode decides what is inside of a path's region") {
+    const MemoryContext memory;
+    CHECK((GetPolyFillMode(memory) == ALTERNATE && SetPolyFillMode(memory, WINDING) == ALTERNATE));
+    CHECK((SetPolyFillMode(memory, 3) == 0 && GetPolyFillMode(memory) == WINDING));
+    for (const int mode : {ALTERNATE, WINDING}) {
+        CAPTURE(mode);
+        SetPolyFillMode(memory, mode);
+        BeginPath(memory);
+        Rectangle(memory, 0, 0, 11, 11);
+        Rectangle(memory, 3, 3, 8, 8);
+        EndPath(memory);
+        const HRGN region = PathToRegion(memory);
+        REQUIRE(region != nullptr);
+        CHECK((PtInRegion(region, 0, 0) && PtInRegion(region, 9, 9) && !PtInRegion(region, 10, 10)));
+        CHECK(PtInRegion(region, 5, 5) == (mode == WINDING));
+        CHECK(DeleteObject(region));
+    }
+}
+
+TEST_CASE("curves become lines that stay by them") {
+    const MemoryContext memory;
+    BeginPath(memory);
+    Ellipse(memory, 0, 0, 201, 101);
+    EndPath(memory);
+    REQUIRE(FlattenPath(memory));
+    POINT points[256];
+    BYTE kinds[256];
+    const int count = GetPath(memory, points, kinds, 256);
+    REQUIRE(count > 16);
+    CHECK(kinds[0] == PT_MOVETO);
+    for (int i = 1; i < count; ++i) {
+        CHECK((kinds[i] & ~PT_CLOSEFIGURE) == PT_LINETO);
+        const double x = (points[i].x - 100) / 100.0;
+        const double y = (points[i].y - 50) / 50.0;
+        CHECK(x * x + y * y == doctest::Approx(1).epsilon(0.03));
+    }
+    CHECK(kinds[count - 1] == (PT_LINETO | PT_CLOSEFIGURE));
+}
+
+TEST_CASE("without a path there is nothing to complete") {
+    const MemoryContext memory;
+    BOOL(WINAPI* const calls[])(HDC) = {EndPath, CloseFigure, FillPath, StrokePath, StrokeAndFillPath, FlattenPath};
+    for (const auto call : calls) {
+        SetLastError(0);
+        CHECK(!call(memory));
+        CHECK(GetLastError() == ERROR_CAN_NOT_COMPLETE);
+        CHECK(!call(nullptr));
+    }
+    SetLastError(0);
+    CHECK((PathToRegion(memory) == nullptr && GetLastError() == ERROR_CAN_NOT_COMPLETE));
+    CHECK((GetPath(memory, nullptr, nullptr, 0) == -1 && GetLastError() == ERROR_CAN_NOT_COMPLETE));
+    // States put aside have paths of their own.
+    BeginPath(memory);
+    LineTo(memory, 4, 4);
+    EndPath(memory);
+    SaveDC(memory);
+    CHECK((AbortPath(memory) && Told(memory).empty()));
+    RestoreDC(memory, -1);
+    CHECK(Told(memory) == " m0,0 l4,4");
+}

@@ -1,0 +1,163 @@
+#include "Texts.h"
+
+#include <vector>
+
+namespace {
+
+/// The narrow text of some characters in the ANSI code page, and the wide text that it means.
+struct TwoTexts {
+    std::string narrow;
+    std::basic_string<WCHAR> wide;
+
+    explicit TwoTexts(const std::basic_string<WCHAR>& text) : narrow(64, 0), wide(64, 0) {
+        narrow.resize(static_cast<std::size_t>(WideCharToMultiByte(
+            CP_ACP, 0, text.data(), static_cast<int>(text.size()), narrow.data(), 64, nullptr, nullptr)));
+        wide.resize(static_cast<std::size_t>(
+            MultiByteToWideChar(CP_ACP, 0, narrow.data(), static_cast<int>(narrow.size()), wide.data(), 64)));
+    }
+};
+
+constexpr int kBlock = 0x2588; // a glyph that covers its cell
+
+} // namespace
+
+TEST_CASE("text lies at its reference point as the alignment says") {
+    TextPage page;
+    const struct {
+        UINT align;
+        const char* cells;
+        LONG moved; // of the current position, from 50, with TA_UPDATECP
+    } rows[] = {{TA_LEFT, "50 60 73 76", 73},     {TA_RIGHT, "27 60 50 76", 27},
+                {TA_CENTER, "39 60 62 76", 50},   {TA_BOTTOM, "50 44 73 60", 73},
+                {TA_BASELINE, "50 47 73 63", 73}, {TA_BASELINE | TA_RIGHT, "27 47 50 63", 27}};
+    for (const auto& row : rows) {
+        CAPTURE(row.align);
+        SetTextAlign(page, row.align);
+        CHECK(TextOutA(page, 50, 60, "abc", 3));
+        CHECK(page.Cells() == row.cells);
+        SetTextAlign(page, row.align | TA_UPDATECP);
+        MoveToEx(page, 50, 60, nullptr);
+        CHECK(TextOutA(page, 5, 5, "abc", 3));
+        CHECK(page.Cells() == row.cells);
+        POINT position{};
+        CHECK((GetCurrentPositionEx(page, &position) && position.x == row.moved && position.y == 60));
+    }
+}
+
+TEST_CASE("rectangles are filled, and clip") {
+    TextPage page;
+    const RECT rect{40, 20, 60, 30};
+    const struct {
+        UINT options;
+        int mode;
+        const char* text;
+        const char* cells;
+    } rows[] = {{ETO_OPAQUE, OPAQUE, "", "40 20 60 30"},
+                {ETO_OPAQUE, OPAQUE, "abc", "40 15 73 31"},
+                {ETO_CLIPPED, OPAQUE, "abc", "50 20 60 30"},
+                {ETO_CLIPPED | ETO_OPAQUE, TRANSPARENT, "   ", "40 20 60 30"},
+                {0, OPAQUE, "abc", "50 15 73 31"},
+                {0, TRANSPARENT, "   ", "none"},
+                {0, OPAQUE, "", "none"}};
+    for (const auto& row : rows) {
+        CAPTURE(row.options);
+        CAPTURE(row.text);
+        SetBkMode(page, row.mode);
+        CHECK(
+            ExtTextOutA(page, 50, 15, row.options, &rect, row.text, static_cast<UINT>(std::strlen(row.text)), nullptr));
+        CHECK(page.Cells() == row.cells);
+    }
+    IntersectClipRect(page, 55, 0, 57, 200);
+    CHECK((TextOutA(page, 50, 15, "a", 1) && page.Cells() == "55 15 57 31"));
+    CHECK_FALSE(ExtTextOutA(nullptr, 0, 0, 0, nullptr, "a", 1, nullptr));
+}
+
+TEST_CASE("narrow text is drawn by whole characters") {
+    TextPage page;
+    const TwoTexts texts({'a', 0xE4, 0x3042, 'b'});
+    const auto bytes = static_cast<int>(texts.narrow.size());
+    SIZE narrow{};
+    SIZE wide{};
+    CHECK(GetTextExtentPoint32A(page, texts.narrow.data(), bytes, &narrow));
+    CHECK(GetTextExtentPoint32W(page, texts.wide.data(), 4, &wide));
+    CHECK((narrow.cx == wide.cx && narrow.cy == wide.cy));
+    std::vector<INT> advances(texts.narrow.size(), 10);
+    CHECK(ExtTextOutA(page, 10, 0, 0, nullptr, texts.narrow.data(), static_cast<UINT>(bytes), advances.data()));
+    CHECK(page.Cells() == "10 0 " + std::to_string(10 + 10 * bytes) + " 16");
+    const INT four[] = {10, 20, 30, 10};
+    CHECK((ExtTextOutW(page, 10, 0, 0, nullptr, texts.wide.data(), 4, four) && page.Cells() == "10 0 80 16"));
+    CHECK((GetTextExtentPoint32A(page, "", 0, &narrow) && narrow.cx == 0));
+}
+
+TEST_CASE("covered pixels have the text's colour in every format") {
+    const TestFont file;
+    for (const int bits : {1, 4, 8, 16, 24, 32}) {
+        CAPTURE(bits);
+        DibInfo info(20, 20, bits);
+        info.table[1] = {255, 255, 255, 0};
+        info.table[2] = {0, 0, 255, 0};
+        const Section section(info);
+        const MemoryContext context(section.handle);
+        const LOGFONTA description = TestFontOf(16);
+        const HGDIOBJ font = CreateFontIndirectA(&description);
+        const HGDIOBJ before = SelectObject(context, font);
+        const COLORREF ink = bits == 1 ? RGB(255, 255, 255) : RGB(255, 0, 0);
+        SetTextColor(context, ink);
+        SetBkMode(context, TRANSPARENT);
+        const WCHAR block = kBlock;
+        CHECK(TextOutW(context, 2, 2, &block, 1));
+        CHECK(GetPixel(context, 6, 10) == ink);
+        CHECK(GetPixel(context, 18, 10) == RGB(0, 0, 0));
+        DeleteObject(SelectObject(context, before));
+    }
+}
+
+TEST_CASE("text is measured in logical units and drawn upright") {
+    TextPage page;
+    SetMapMode(page, MM_ANISOTROPIC);
+    SetWindowExtEx(page, 100, 100, nullptr);
+    SetViewportExtEx(page, 300, -200, nullptr);
+    SetViewportOrgEx(page, 0, 100, nullptr);
+    SIZE size{};
+    CHECK((GetTextExtentPoint32A(page, "abcdefghij", 10, &size) && size.cx == 44 && size.cy == 16));
+    SetTextCharacterExtra(page, 2);
+    CHECK((GetTextExtentPoint32A(page, "abc", 3, &size) && size.cx == 22));
+    TEXTMETRICA metrics{};
+    CHECK((GetTextMetricsA(page, &metrics) && metrics.tmHeight == 16 && metrics.tmAscent == 13));
+    SetTextCharacterExtra(page, 0);
+    CHECK(TextOutA(page, 10, 40, "a", 1));
+    CHECK(page.Cells() == "30 20 47 52");
+}
+
+TEST_CASE("lines through and turned text") {
+    LOGFONTA font = TestFontOf(16);
+    font.lfStrikeOut = 1;
+    TextPage page(font);
+    SetBkMode(page, TRANSPARENT);
+    CHECK((TextOutA(page, 10, 0, "      ", 6) && page.Cells() == "10 9 34 10"));
+    font.lfStrikeOut = 0;
+    const struct {
+        LONG escapement;
+        const char* cells;
+    } turned[] = {{900, "100 77 116 100"}, {1800, "77 84 100 100"}, {2700, "84 100 100 123"}};
+    for (const auto& row : turned) {
+        CAPTURE(row.escapement);
+        font.lfEscapement = font.lfOrientation = row.escapement;
+        TextPage other(font);
+        // The ends of turned cells are not the same on all systems, to a pixel.
+        CHECK(TextOutA(other, 100, 100, "abc", 3));
+        if (kel::test::FaultsAvailable())
+            CHECK(other.Cells() == row.cells);
+    }
+}
+
+TEST_CASE("a failing call draws nothing and measures nothing") {
+    TextPage page;
+    kel::test::WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [&] {
+        SIZE size{-1, -1};
+        const bool measured = GetTextExtentPoint32A(page, "abc", 3, &size);
+        CHECK(measured == (size.cx == 23));
+        const bool drawn = TextOutA(page, 0, 0, "abc", 3);
+        CHECK(drawn == (page.Cells() == "0 0 23 16"));
+    });
+}

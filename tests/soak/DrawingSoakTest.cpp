@@ -1,0 +1,111 @@
+#include "tests/soak/Processes.h"
+
+#include <doctest/doctest.h>
+#include <kelcore/gdi.h>
+#include <kelcore/platform/testing.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <random>
+#include <set>
+#include <vector>
+
+namespace {
+
+// An owner of any kind.
+struct Owner {
+    virtual ~Owner() = default;
+    virtual std::unique_ptr<Owner> Copy() const = 0;
+    virtual HGDIOBJ Handle() const = 0;
+};
+
+HGDIOBJ HandleOf(const Brush& brush) {
+    return brush.m_hBrush;
+}
+
+HGDIOBJ HandleOf(const Pen& pen) {
+    return pen.m_hPen;
+}
+
+HGDIOBJ HandleOf(const Font& font) {
+    return font.m_hFont;
+}
+
+template <class Wrapper>
+struct OwnerOf : Owner {
+    template <class... Arguments>
+    explicit OwnerOf(Arguments... arguments) : wrapper(arguments...) {}
+    std::unique_ptr<Owner> Copy() const override { return std::make_unique<OwnerOf>(*this); }
+    HGDIOBJ Handle() const override { return HandleOf(wrapper); }
+    Wrapper wrapper;
+};
+
+using Random = std::mt19937;
+
+std::unique_ptr<Owner> Make(Random& random) {
+    const int number = static_cast<int>(random() % 200);
+    switch (random() % 5) {
+    case 0:
+        return std::make_unique<OwnerOf<Brush>>(static_cast<unsigned long>(number));
+    case 1:
+        return std::make_unique<OwnerOf<Pen>>(number % 6, number / 6, 0xFFUL); // null pens among them
+    case 2:
+        return std::make_unique<OwnerOf<Font>>(LOGFONTA{number + 1, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, "Arial"});
+    case 3:
+        return std::make_unique<OwnerOf<SysBrush>>(number % 30);
+    default:
+        return std::make_unique<OwnerOf<SysPen>>(number % 5, number % 3, number % 30);
+    }
+}
+
+void ChangeColour(Random& random) {
+    const int index = static_cast<int>(random() % 30);
+    const COLORREF colour = random() % 40;
+    SetSysColors(1, &index, &colour);
+    BroadcastSysColorChange();
+}
+
+std::size_t Distinct(const std::vector<std::unique_ptr<Owner>>& owners) {
+    std::set<HGDIOBJ> handles = {GetStockObject(NULL_PEN)};
+    for (const auto& owner : owners)
+        handles.insert(owner->Handle());
+    return handles.size() - 1;
+}
+
+} // namespace
+
+TEST_CASE("drawing objects are created, copied, recoloured and destroyed: there are never more than in use") {
+    constexpr unsigned kSeed = 7;
+    const int steps = kel::soak::Effort::Asked().Of(/*most*/ 100000, /*eachSecond*/ 40000);
+    const std::size_t before = kel::platform::GdiObjects();
+    Random random(kSeed);
+    std::vector<std::unique_ptr<Owner>> owners;
+    std::size_t most = 0;
+    int colours = 0, faults = 0;
+    for (int step = 0; step != steps; ++step) {
+        const std::size_t one = owners.empty() ? 0 : random() % owners.size();
+        const unsigned action = random() % 100;
+        if (owners.empty() || (action < 35 && owners.size() < 400)) {
+            owners.push_back(Make(random));
+        } else if (action < 60 && owners.size() < 400) {
+            owners.push_back(owners[one]->Copy());
+        } else if (action < 62) {
+            ChangeColour(random);
+            ++colours;
+        } else {
+            owners.erase(owners.begin() + static_cast<std::ptrdiff_t>(one));
+        }
+        if (step % 50 == 0 || action < 62) {
+            const std::size_t alive = kel::platform::GdiObjects() - before;
+            most = std::max(most, alive);
+            faults += alive != Distinct(owners);
+        }
+    }
+    owners.clear();
+    CHECK(faults == 0);
+    CHECK(kel::platform::GdiObjects() == before);
+    CHECK((colours > 0 && most > 0));
+    std::printf("seed %u: %d steps, %d changes of colours, at most %zu objects at once, %d faults, %zu objects left\n",
+                kSeed, steps, colours, most, faults, kel::platform::GdiObjects() - before);
+}
