@@ -1,7 +1,5 @@
 #include "Entries.h"
 
-#include "Report.h"
-
 #include <kelcore/file.h>
 
 #include <algorithm>

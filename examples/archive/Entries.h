@@ -1,8 +1,10 @@
 #pragma once
 
+#include "Owned.h"
+#include "Report.h"
+
 #include <kelcore/stream.h>
 
-#include <memory>
 #include <vector>
 
 /// The classes of an archive's object graph. An Archive is stored by value; it refers to its top entries, a Folder to
@@ -12,15 +14,10 @@
 /// No object ever holds the bytes of a file: they pass through in pieces while the object is written or read.
 namespace kelarchive {
 
+using namespace kelexamples;
+
 class EntryVisitor;
 class Folder;
-
-/// Releases a counted object at the end of its scope.
-struct Releaser {
-    void operator()(IUnknown* object) const { object->Release(); }
-};
-template <class Object>
-using Owned = std::unique_ptr<Object, Releaser>;
 
 /// A member that a copy of its object starts without: the registry copies objects, but what they own belongs to one.
 template <class Member>

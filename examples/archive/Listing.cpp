@@ -1,7 +1,6 @@
 #include "Listing.h"
 
 #include "Reading.h"
-#include "Report.h"
 
 #include <chrono>
 #include <cstdio>
@@ -62,7 +61,7 @@ public:
 
     void Summarise(const WideString& archive) const {
         std::printf("%s is sound: %s, %s\n", Shown(archive).c_str(), Counted(m_files, "file").c_str(),
-                    kelarchive::Bytes(m_bytes).c_str());
+                    kelexamples::Bytes(m_bytes).c_str());
     }
 
 private:

@@ -1,8 +1,7 @@
 #include "Packing.h"
 
-#include "ArchiveFile.h"
+#include "BlockFile.h"
 #include "Progress.h"
-#include "Report.h"
 #include "Tree.h"
 
 #include <kelcore/text.h>
@@ -31,7 +30,7 @@ private:
 };
 
 /// @return the bytes that went into the archive's blocks.
-unsigned long long WriteTree(const Tree& tree, ArchiveOutput& output) {
+unsigned long long WriteTree(const Tree& tree, BlockOutput& output) {
     Owned<ObjectFactory> factory(new ObjectFactory);
     RegisterClasses(*factory);
     Progress progress("packing");
@@ -55,7 +54,7 @@ void Summarise(const Tree& tree, unsigned long long written) {
 void Pack(const WideString& archive, const std::vector<WideString>& paths, bool scramble) {
     Tree tree;
     Scan(tree, paths);
-    ArchiveOutput output(archive, scramble);
+    BlockOutput output(archive, scramble);
     unsigned long long written = 0;
     try {
         written = WriteTree(tree, output);

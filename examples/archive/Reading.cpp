@@ -1,8 +1,7 @@
 #include "Reading.h"
 
-#include "ArchiveFile.h"
+#include "BlockFile.h"
 #include "Progress.h"
-#include "Report.h"
 
 namespace kelarchive {
 namespace {
@@ -38,7 +37,7 @@ private:
 } // namespace
 
 void ReadArchive(const WideString& path, const char* verb, EntryVisitor& visitor) {
-    ArchiveInput input(path);
+    BlockInput input(path, "archive");
     Owned<ObjectFactory> factory(new ObjectFactory);
     RegisterClasses(*factory);
     ProgressVisitor watched(visitor, verb);

@@ -1,7 +1,5 @@
 #include "Tree.h"
 
-#include "Report.h"
-
 #include <kelcore/file.h>
 #include <kelcore/text.h>
 

@@ -1,7 +1,6 @@
 #include "Unpacking.h"
 
 #include "Reading.h"
-#include "Report.h"
 
 #include <kelcore/file.h>
 #include <kelcore/text.h>

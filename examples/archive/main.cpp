@@ -72,7 +72,7 @@ int main(int count, char** arguments) {
             return std::fflush(stdout) == 0 ? 0 : Fail("cannot write the output");
         std::fputs(kUsage, stderr);
         return kMisused;
-    } catch (const kelarchive::Failure& failure) {
+    } catch (const kelexamples::Failure& failure) {
         return Fail(failure.line);
     } catch (const std::bad_alloc&) {
         return Fail("out of memory");

@@ -1,4 +1,4 @@
-#include "ArchiveFile.h"
+#include "BlockFile.h"
 #include "Entries.h"
 #include "Listing.h"
 #include "Packing.h"
@@ -61,7 +61,7 @@ FileData EntryOf(const WideString& path) {
 void MakeArchiveWithName(const String& path, const WideString& name) {
     Owned<ObjectFactory> factory(new ObjectFactory);
     RegisterClasses(*factory);
-    ArchiveOutput output(path, false);
+    BlockOutput output(path, false);
     kelarchive::Archive archive;
     auto* const folder = new Folder;
     folder->name = name;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
-namespace kelarchive {
+namespace kelexamples {
 
 std::string Shown(const WideString& path) {
     // A trail byte of a double-byte page can look like a backslash, so the units are replaced, not the bytes.
@@ -46,4 +46,4 @@ std::string Bytes(unsigned long long count) {
     return text;
 }
 
-} // namespace kelarchive
+} // namespace kelexamples

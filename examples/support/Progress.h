@@ -4,14 +4,14 @@
 
 #include <string>
 
-namespace kelarchive {
+namespace kelexamples {
 
-/// A line on the terminal that tells how far a command is; silent when standard error is no terminal.
+/// A bar on the terminal that tells how far a command is; there is none when standard error is no terminal.
 class Progress {
 public:
     /// @param verb what is being done, such as "packing".
     explicit Progress(const char* verb);
-    /// Wipes the line.
+    /// Wipes the bar.
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
@@ -19,10 +19,15 @@ public:
     /// Sets the number of bytes that make the whole.
     void Expect(unsigned long long total) { m_total = total; }
     /// Tells that @p count more bytes are done.
-    void Add(unsigned long long count);
+    void Add(unsigned long long count) { Reach(m_done + count); }
+    /// Tells that the first @p count bytes are done.
+    void Reach(unsigned long long count);
+    /// Writes a line to standard error, above the bar.
+    void Say(const std::string& line);
 
 private:
     void Show();
+    void Wipe();
 
     const char* m_verb;
     bool m_terminal;
@@ -31,4 +36,4 @@ private:
     ULONGLONG m_shownAt = 0;
 };
 
-} // namespace kelarchive
+} // namespace kelexamples

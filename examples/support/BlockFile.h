@@ -4,23 +4,23 @@
 
 #include <memory>
 
-/// The file below an archive: its stream stack for writing and for reading.
-namespace kelarchive {
+/// A file of checksummed blocks: its stream stack for writing and for reading.
+namespace kelexamples {
 
-/// Writes an archive beside its place and puts it there when it is whole. Bytes go through CRC blocks, then, when the
-/// archive is scrambled, through the scrambling layer, into the file.
-class ArchiveOutput {
+/// Writes a file beside its place and puts it there when it is whole. Bytes go through CRC blocks, then, when the file
+/// is scrambled, through the scrambling layer, into the file.
+class BlockOutput {
 public:
     /// @throws Failure if the file cannot be made.
-    ArchiveOutput(const WideString& path, bool scramble);
+    BlockOutput(const WideString& path, bool scramble);
     /// Removes what was written unless Commit took place.
-    ~ArchiveOutput();
-    ArchiveOutput(const ArchiveOutput&) = delete;
-    ArchiveOutput& operator=(const ArchiveOutput&) = delete;
+    ~BlockOutput();
+    BlockOutput(const BlockOutput&) = delete;
+    BlockOutput& operator=(const BlockOutput&) = delete;
 
     OutputStream& Stream() { return *m_blocks; }
-    /// Brings all bytes to the disk and puts the archive into its place, over an older one.
-    /// @throws Failure; nothing is left behind then, an older archive stays.
+    /// Brings all bytes to the disk and puts the file into its place, over an older one.
+    /// @throws Failure; nothing is left behind then, an older file stays.
     void Commit();
 
 private:
@@ -54,13 +54,17 @@ private:
     unsigned long long m_offset = 0;
 };
 
-/// Reads an archive; tells by its first bytes whether it is scrambled.
-class ArchiveInput {
+/// Reads a file of blocks; tells by its first bytes whether it is scrambled.
+class BlockInput {
 public:
-    /// @throws Failure if the file cannot be read or is too short for an archive.
-    explicit ArchiveInput(const WideString& path);
+    /// @param kind what the file is called in messages, such as "archive".
+    /// @throws Failure if the file cannot be read or is too short for a block.
+    BlockInput(const WideString& path, const char* kind);
 
     InputStream& Stream() { return *m_blocks; }
+    /// How many bytes of the file have been taken, and how many there are.
+    unsigned long long Taken() const { return m_counter->Offset(); }
+    unsigned long long Size() const { return m_size; }
     /// @throws Failure if bytes follow the ones read so far.
     void ExpectEnd() const;
     /// The line that tells where reading failed with @p error.
@@ -68,6 +72,7 @@ public:
 
 private:
     WideString m_path;
+    const char* m_kind;
     unsigned long long m_size;
     std::unique_ptr<FileInputStream> m_file;
     std::unique_ptr<CryptingInputStream> m_scrambler;
@@ -75,4 +80,4 @@ private:
     std::unique_ptr<CRCInputStream> m_blocks;
 };
 
-} // namespace kelarchive
+} // namespace kelexamples

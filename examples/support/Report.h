@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace kelarchive {
+namespace kelexamples {
 
 /// What ends a command: one clear line for the user. Thrown by value.
 struct Failure {
@@ -29,4 +29,4 @@ std::string Counted(unsigned long long count, const char* noun);
 /// Bytes in the largest unit that keeps at least one digit before the point: "512 bytes", "1.5 MiB".
 std::string Bytes(unsigned long long count);
 
-} // namespace kelarchive
+} // namespace kelexamples

@@ -1,18 +1,18 @@
-#include "ArchiveFile.h"
+#include "BlockFile.h"
 
 #include "Report.h"
 
 #include <kelcore/file.h>
 #include <kelcore/text.h>
 
-namespace kelarchive {
+namespace kelexamples {
 namespace {
 
 constexpr int kDamagedBlock = 3;
 constexpr int kEndOfData = 4;
 
 // The length field of the first block is below 4,096: its last byte is 0, or 0xFF when it is scrambled.
-bool IsScrambled(const WideString& path) {
+bool IsScrambled(const WideString& path, const char* kind) {
     try {
         FileInputStream file(path);
         unsigned char length[4] = {};
@@ -21,14 +21,14 @@ bool IsScrambled(const WideString& path) {
         return length[3] == 0xFF;
     } catch (const StreamBase::Exception& error) {
         if (error.code == kEndOfData)
-            throw Failure{Shown(path) + " is no archive: it is too short"};
+            throw Failure{Shown(path) + " is no " + kind + ": it is too short"};
         throw Failure{"cannot read " + Shown(path) + ": " + FirstLine(error.message)};
     }
 }
 
 } // namespace
 
-ArchiveOutput::ArchiveOutput(const WideString& path, bool scramble)
+BlockOutput::BlockOutput(const WideString& path, bool scramble)
     : m_path(File::GetFullPath(path)), m_partPath(m_path + u".part"_w) {
     try {
         m_file = std::make_unique<FileOutputStream>(m_partPath);
@@ -43,20 +43,20 @@ ArchiveOutput::ArchiveOutput(const WideString& path, bool scramble)
     m_blocks = std::make_unique<CRCOutputStream>(*below);
 }
 
-ArchiveOutput::~ArchiveOutput() {
+BlockOutput::~BlockOutput() {
     if (!m_file)
         return;
     Close();
     DeleteFileA(StdW2A(m_partPath).c_str());
 }
 
-void ArchiveOutput::Close() {
+void BlockOutput::Close() {
     m_blocks.reset();
     m_scrambler.reset();
     m_file.reset();
 }
 
-void ArchiveOutput::Commit() {
+void BlockOutput::Commit() {
     m_blocks->Flush();
     // The scrambling layer passes no flush on.
     m_file->Flush();
@@ -79,9 +79,10 @@ void BlockCounter::Read(char* data, int count) {
     m_part = (m_part + 1) % 3;
 }
 
-ArchiveInput::ArchiveInput(const WideString& path)
-    : m_path(File::GetFullPath(path)), m_size(static_cast<unsigned long long>(File::GetSizeRecursive(m_path))) {
-    const bool scrambled = IsScrambled(m_path);
+BlockInput::BlockInput(const WideString& path, const char* kind)
+    : m_path(File::GetFullPath(path)), m_kind(kind),
+      m_size(static_cast<unsigned long long>(File::GetSizeRecursive(m_path))) {
+    const bool scrambled = IsScrambled(m_path, m_kind);
     m_file = std::make_unique<FileInputStream>(m_path);
     InputStream* below = m_file.get();
     if (scrambled) {
@@ -92,13 +93,13 @@ ArchiveInput::ArchiveInput(const WideString& path)
     m_blocks = std::make_unique<CRCInputStream>(*m_counter);
 }
 
-void ArchiveInput::ExpectEnd() const {
+void BlockInput::ExpectEnd() const {
     if (m_counter->Offset() != m_size)
         throw Failure{Shown(m_path) + " goes on behind its end, from file offset " +
                       std::to_string(m_counter->Offset()) + " on"};
 }
 
-std::string ArchiveInput::Describe(const StreamBase::Exception& error) const {
+std::string BlockInput::Describe(const StreamBase::Exception& error) const {
     const std::string block =
         "block " + std::to_string(m_counter->Block()) + " at file offset " + std::to_string(m_counter->BlockOffset());
     const std::string name = Shown(m_path);
@@ -106,7 +107,7 @@ std::string ArchiveInput::Describe(const StreamBase::Exception& error) const {
         return name + " is damaged: " + block + ": " + FirstLine(error.message);
     if (error.code == kEndOfData)
         return name + " is cut off: it ends in " + block;
-    return name + " is no sound archive: " + FirstLine(error.message) + " (in " + block + ")";
+    return name + " is no sound " + m_kind + ": " + FirstLine(error.message) + " (in " + block + ")";
 }
 
-} // namespace kelarchive
+} // namespace kelexamples
