@@ -1,5 +1,7 @@
 #include "Entries.h"
 
+#include "PlainName.h"
+
 #include <kelcore/file.h>
 
 #include <algorithm>
@@ -34,14 +36,6 @@ unsigned long long ReadCount(InputStream& stream) {
 
 [[noreturn]] void FailMisplaced() {
     throw Failure{"the archive holds an object in a place where none of its kind belongs"};
-}
-
-// Whether a name stays inside the folder it is unpacked into.
-bool IsPlainName(const WideString& name) {
-    static const unsigned short kForbidden[] = {'\\', '/', ':', 0};
-    const WideString dot(1, '.');
-    return !name.empty() && name != dot && name != dot + dot &&
-           name.find_first_of(kForbidden, 0, std::size(kForbidden)) == WideString::npos;
 }
 
 void WriteEntries(SerializingOutputStream& stream, const Entries& entries) {
