@@ -3,6 +3,12 @@
 #include <kelcore/bitmap/interfaces.h>
 #include <kelcore/widestring.h>
 
-/// The bytes of a PNG file (ISO/IEC 15948) that shows a picture of depth 24 or 32, uncompressed inside. Empty for
-/// another picture.
-NarrowString EncodePng(const IBitmap& picture);
+/// What the fourth byte of 32-bit pixels means.
+enum class PngAlpha {
+    Ignored,
+    Straight, ///< opacity, unless it is 0 in all pixels
+};
+
+/// The bytes of a PNG file (ISO/IEC 15948) with the pixels of a picture as they are: up to depth 8 with its colour
+/// table. Empty for a picture of another depth than 1, 4, 8, 24 or 32, and when there is no memory.
+NarrowString EncodePng(const IBitmap& picture, PngAlpha alpha = PngAlpha::Ignored);
