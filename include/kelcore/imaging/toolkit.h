@@ -80,8 +80,8 @@ using Block = HGLOBAL;
 /// @{
 /// How the picture is held [2]: as one packed bitmap in movable memory. Others are refused with E_INVALIDARG.
 inline constexpr Operation<LONG> SetStorage{26};
-/// Whether photographs keep the orientation of their rows in the file [0]: 0 turns them upright as their EXIF
-/// orientation says, 1 leaves them.
+/// Whether photographs keep the orientation of their rows in the file [0]: 0 turns them upright as the orientation tag
+/// (0x0112) of their EXIF block or TIFF directory says, another value leaves them. For loads from now on.
 inline constexpr Operation<LONG> SetKeepOrientation{200};
 /// The budget in MiB: how large a picture's packed bitmap may become by loading [0]: 0 for that of the environment
 /// variable KELCORE_PICTURE_BUDGET (MiB as well), or else 512.
