@@ -17,7 +17,13 @@ class AlbumReader : public SerializingInputStream {
 public:
     explicit AlbumReader(InputStream& inner) : SerializingInputStream(Classes(), inner) {}
 
-    std::vector<Owned<Picture>> pictures;
+    void Take(Picture* picture) {
+        picture->number = static_cast<int>(m_pictures.size());
+        m_pictures.emplace_back(picture);
+    }
+
+private:
+    std::vector<Owned<Picture>> m_pictures;
 };
 
 // A thin picture would be scaled down to nothing.
@@ -67,13 +73,11 @@ XPDib DecodeFor(const WideString& name, const StoredPicture& picture) {
     return XPDib();
 }
 
-void DropAll(const AlbumReader& reader, Keep keep) {
-    if (keep == Keep::Everything || reader.pictures.empty())
-        return;
-    Picture& last = *reader.pictures.back();
-    last.whole.Drop();
+void Drop(Picture& picture, Keep keep) {
+    if (keep != Keep::Everything)
+        picture.whole.Drop();
     if (keep == Keep::Nothing)
-        last.thumbnail.Drop();
+        picture.thumbnail.Drop();
 }
 
 } // namespace
@@ -133,11 +137,10 @@ void Entry::Read(SerializingInputStream& stream, short) {
             object->Release();
         FailMisplaced();
     }
-    repeated = picture->owned;
+    repeated = picture->number >= 0;
     // Only albums' readers read entries. A second reference to a picture carries no ownership.
     if (!repeated)
-        dynamic_cast<AlbumReader&>(stream).pictures.emplace_back(picture);
-    picture->owned = true;
+        dynamic_cast<AlbumReader&>(stream).Take(picture);
 }
 
 void Entry::Write(SerializingOutputStream& stream) const {
@@ -179,7 +182,7 @@ void ReadAlbum(const WideString& path, const char* verb, const std::function<voi
             reader.Read(entry);
             progress.Reach(input.Taken());
             visit(entry);
-            DropAll(reader, keep);
+            Drop(*entry.picture, keep);
         }
     } catch (const StreamBase::Exception& error) {
         throw Failure{input.Describe(error)};

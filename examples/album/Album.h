@@ -66,8 +66,8 @@ public:
     /// The picture on a small scale, its aspect kept; as it is if it is hardly larger than that.
     StoredPicture thumbnail;
     StoredPicture whole;
-    /// Whether an album's reader owns this picture.
-    bool owned = false;
+    /// Which of the album's pictures this is, counted from 0 by who reads the album; below 0 outside of that.
+    int number = -1;
 };
 
 /// A place in the album.

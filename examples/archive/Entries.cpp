@@ -1,6 +1,7 @@
 #include "Entries.h"
 
 #include "PlainName.h"
+#include "SourceFile.h"
 
 #include <kelcore/file.h>
 
@@ -71,30 +72,9 @@ void ReadEntries(SerializingInputStream& stream, Entries& entries) {
         entries.push_back(ReadEntry(stream));
 }
 
-File OpenSource(const WideString& path) {
-    try {
-        File file;
-        file.OpenForReading(path, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, false,
-                            FILE_FLAG_SEQUENTIAL_SCAN);
-        return file;
-    } catch (const File::Exception& error) {
-        FailOn("cannot read", path, error.m_dwError);
-    }
-}
-
 // A file that ends early or goes on behind its size would make a wrong archive.
 [[noreturn]] void FailChanged(const WideString& path) {
     throw Failure{"cannot pack " + Shown(path) + ": it changed meanwhile"};
-}
-
-std::string ReadPiece(File& file, const WideString& path, unsigned count) {
-    try {
-        std::string piece;
-        file.Read(piece, count);
-        return piece;
-    } catch (const File::Exception& error) {
-        FailOn("cannot read", path, error.m_dwError);
-    }
 }
 
 } // namespace
@@ -152,30 +132,20 @@ void Content::Read(SerializingInputStream& stream, short) {
 
 void Content::Write(SerializingOutputStream& stream) const {
     WriteCount(stream, size);
-    File file = OpenSource(source);
+    SourceFile file(source);
     for (unsigned long long left = size; left != 0;) {
-        const std::string piece = ReadPiece(file, source, kPiece);
+        const std::string piece = file.Next(kPiece);
         if (piece.empty() || piece.size() > left)
             FailChanged(source);
         stream.Write(piece.data(), static_cast<int>(piece.size()));
         left -= piece.size();
     }
-    if (!ReadPiece(file, source, 1).empty())
+    if (!file.Next(1).empty())
         FailChanged(source);
 }
 
 bool SharedContent::operator==(const SharedContent& other) const {
-    if (size != other.size || mark != other.mark)
-        return false;
-    File mine = OpenSource(source);
-    File others = OpenSource(other.source);
-    for (;;) {
-        const std::string piece = ReadPiece(mine, source, kPiece);
-        if (piece != ReadPiece(others, other.source, kPiece))
-            return false;
-        if (piece.empty())
-            return true;
-    }
+    return size == other.size && mark == other.mark && HaveSameBytes(source, other.source);
 }
 
 void FileEntry::Read(SerializingInputStream& stream, short version) {

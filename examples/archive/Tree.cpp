@@ -1,5 +1,7 @@
 #include "Tree.h"
 
+#include "SourceFile.h"
+
 #include <kelcore/file.h>
 #include <kelcore/text.h>
 
@@ -46,15 +48,6 @@ NewEntry& Append(Entries& entries, const FileFinder& found, unsigned attributes,
 
 void SortByName(Entries& entries) {
     std::sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) { return a->name < b->name; });
-}
-
-// Where links are followed, the attributes tell of their target, and there are none of one that leads nowhere; where
-// they are not, the attributes tell of the link.
-bool IsLeftOut(const FileFinder& found, DWORD attributes) {
-    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DEVICE) != 0)
-        return true;
-    const bool isFolder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    return isFolder && (!found.IsDirectory() || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0);
 }
 
 void Scanner::AddTop(const WideString& path) {
@@ -104,15 +97,7 @@ void Scanner::AddFile(FileEntry& file, const FileFinder& found) {
 }
 
 unsigned long long MarkOf(const WideString& path) {
-    try {
-        File file;
-        file.OpenForReading(path, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
-        std::string bytes;
-        file.Read(bytes, kMarkedBytes);
-        return std::hash<std::string>()(bytes);
-    } catch (const File::Exception& error) {
-        FailOn("cannot read", path, error.m_dwError);
-    }
+    return std::hash<std::string>()(SourceFile(path).Next(kMarkedBytes));
 }
 
 void Scanner::MarkContents() {
