@@ -11,7 +11,7 @@ std::string Measures(const Size& size) {
 }
 
 void PrintLine(const Listed& entry, const WideString& first) {
-    std::printf("%13s %2d bits %11s  %s", Measures(entry.size).c_str(), entry.depth, Bytes(entry.bytes).c_str(),
+    std::printf("%13s %2d-bit %11s  %s", Measures(entry.size).c_str(), entry.depth, Bytes(entry.bytes).c_str(),
                 Shown(entry.name).c_str());
     if (entry.repeated)
         std::printf("  (shared with %s)", Shown(first).c_str());

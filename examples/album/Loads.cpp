@@ -20,7 +20,7 @@ Loads::~Loads() {
 }
 
 void Loads::Begin(const WideString& path) {
-    m_loads.push_back(std::make_unique<Loaded>());
+    m_loads.push_back(std::make_unique<Load>());
     try {
         m_loads.back()->LoadBitmapDeferred(path, this, Rect(), /*userValue*/ 0);
     } catch (...) {
@@ -30,11 +30,11 @@ void Loads::Begin(const WideString& path) {
     }
 }
 
-std::unique_ptr<Loaded> Loads::Take() {
+Loaded Loads::Take() {
     WaitForSingleObject(m_ended, INFINITE);
-    std::unique_ptr<Loaded> first = std::move(m_loads.front());
+    const std::unique_ptr<Load> first = std::move(m_loads.front());
     m_loads.pop_front();
-    return first;
+    return {*first, first->failure};
 }
 
 void Loads::OnBitmapLoaded(const WideString&, XPDib*, unsigned int) {
@@ -43,7 +43,7 @@ void Loads::OnBitmapLoaded(const WideString&, XPDib*, unsigned int) {
 
 // The list of loads is the other thread's.
 void Loads::OnBitmapLoadFailed(const WideString&, XPDib* picture, XPDib::XPException code, unsigned int) {
-    static_cast<Loaded*>(picture)->failure = code;
+    static_cast<Load*>(picture)->failure = code;
     ReleaseSemaphore(m_ended, 1, nullptr);
 }
 

@@ -9,8 +9,9 @@
 namespace kelalbum {
 
 /// A picture that was to be loaded, and why it was not.
-struct Loaded : XPDib {
-    std::optional<XPException> failure;
+struct Loaded {
+    XPDib picture;
+    std::optional<XPDib::XPException> failure;
 };
 
 /// Pictures on their way from their files, loaded one after the other by the library's loader thread.
@@ -29,14 +30,19 @@ public:
     /// How many loads have begun and not been taken.
     std::size_t UnderWay() const { return m_loads.size(); }
     /// Takes the load that began first, when it has ended.
-    std::unique_ptr<Loaded> Take();
+    Loaded Take();
 
 private:
+    /// The notifier is told the picture, and finds the load by it.
+    struct Load : XPDib {
+        std::optional<XPException> failure;
+    };
+
     void OnBitmapLoaded(const WideString& path, XPDib* picture, unsigned int) override;
     void OnBitmapLoadFailed(const WideString& path, XPDib* picture, XPDib::XPException code, unsigned int) override;
 
     HANDLE m_ended; // counts the ends
-    std::deque<std::unique_ptr<Loaded>> m_loads;
+    std::deque<std::unique_ptr<Load>> m_loads;
 };
 
 } // namespace kelalbum

@@ -55,7 +55,7 @@ public:
         for (std::size_t place = 0; place < m_sources.size(); ++place) {
             if (m_sources[place].same == place) {
                 LoadAhead();
-                Store(place, *m_loads.Take());
+                Store(place, m_loads.Take());
             }
             AddEntry(place);
             m_progress.Add(m_sources[place].bytes);
@@ -96,7 +96,7 @@ void Packer::Store(std::size_t place, const Loaded& loaded) {
         return;
     }
     try {
-        result.picture.reset(new Picture(loaded));
+        result.picture.reset(new Picture(loaded.picture));
     } catch (const StreamBase::Exception& error) {
         result.reason = FirstLine(error.message);
     } catch (const _com_error& error) {

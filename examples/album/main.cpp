@@ -24,6 +24,8 @@ const char kUsage[] =
     "       kelalbum verify ALBUM                               check every block and every picture\n"
     "       kelalbum effect ALBUM NAME EFFECT [VALUE] [--out ALBUM]\n"
     "                                                           change a picture, in place or in a copy\n"
+    "       kelalbum sheet ALBUM OUT.png [--mode fit|fill|center|stretch|tile]\n"
+    "                                                           draw a contact sheet\n"
     "       kelalbum extract ALBUM [NAME...] FOLDER             bring pictures back as PNG files\n"
     "effects:\n";
 
@@ -38,9 +40,9 @@ struct Command {
 constexpr std::size_t kAny = static_cast<std::size_t>(-1);
 
 const Command kCommands[] = {
-    {"pack", kelalbum::Pack, 2, kAny, nullptr},       {"list", kelalbum::List, 1, 1, nullptr},
-    {"verify", kelalbum::Verify, 1, 1, nullptr},      {"effect", kelalbum::Effect, 3, 4, "--out"},
-    {"extract", kelalbum::Extract, 2, kAny, nullptr},
+    {"pack", kelalbum::Pack, 2, kAny, nullptr},  {"list", kelalbum::List, 1, 1, nullptr},
+    {"verify", kelalbum::Verify, 1, 1, nullptr}, {"effect", kelalbum::Effect, 3, 4, "--out"},
+    {"sheet", kelalbum::Sheet, 2, 2, "--mode"},  {"extract", kelalbum::Extract, 2, kAny, nullptr},
 };
 
 const Command& FindCommand(const std::string& verb) {
