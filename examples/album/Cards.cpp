@@ -1,0 +1,67 @@
+#include "Cards.h"
+
+#include <kelcore/text.h>
+
+#include <algorithm>
+#include <string>
+
+namespace kelalbum {
+namespace {
+
+const XSize<double> kAsItIs(1.0, 1.0);
+
+WideString Number(long long value) {
+    return StdA2W(std::to_string(value));
+}
+
+WideString DetailsOf(const Picture& picture) {
+    return Number(picture.size.cx) + u" \u00D7 "_w + Number(picture.size.cy) + u" \u00B7 "_w + Number(picture.depth) +
+           (picture.depth == 1 ? u" bit"_w : u" bits"_w);
+}
+
+/// Resamples a picture that is to be drawn at @p factor, below 1, of its size.
+void Reduce(XPDib& picture, double factor) {
+    const Size size = picture.GetDimension();
+    const auto side = [factor](long pixels) { return std::max(1, static_cast<int>(pixels * factor + 0.5)); };
+    if (factor < 1)
+        picture.Resample(Size(side(size.cx), side(size.cy)));
+}
+
+// A picture fits across or down, whichever needs more, and covers by the other.
+struct Factors {
+    double fit, cover;
+
+    Factors(const Size& picture, const Size& area) {
+        const double across = double(area.cx) / picture.cx;
+        const double down = double(area.cy) / picture.cy;
+        fit = std::min(across, down);
+        cover = std::max(across, down);
+    }
+};
+
+XPDib PictureFor(const Entry& entry, const Size& area, IBitmap::BM_Mode mode) {
+    const Rect target(0, 0, area.cx, area.cy);
+    XPDib picture = mode == IBitmap::BM_Center ? entry.Whole() : entry.Thumbnail();
+    if (picture.IsEmpty())
+        return picture;
+    const Factors factors(picture.GetDimension(), area);
+    if (mode == IBitmap::BM_Fill)
+        Reduce(picture, factors.cover);
+    else if (mode == IBitmap::BM_Tile)
+        Reduce(picture, factors.fit / 2); // twice side by side at least
+    else
+        picture.Prescale(target, mode, kAsItIs, /*limit*/ mode == IBitmap::BM_Center ? 2.0 : 1.0);
+    return picture;
+}
+
+} // namespace
+
+Card MakeCard(const Entry& entry, const Size& area, IBitmap::BM_Mode mode) {
+    return {PictureFor(entry, area, mode), entry.name, DetailsOf(*entry.picture)};
+}
+
+Card SameCard(const Card& first, const Entry& entry) {
+    return {first.picture, entry.name, first.details + u" \u00B7 shared"_w};
+}
+
+} // namespace kelalbum
