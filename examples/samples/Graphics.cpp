@@ -8,23 +8,40 @@ namespace {
 
 constexpr float kPi = 3.14159265F;
 
+constexpr float kEdge = 0.003F; // over which the outlines of the logo fade
+
+/// Lays a colour over what is there, as far as it covers.
+Colour Over(const Colour& below, const Colour& paint, float cover) {
+    const float alpha = cover + below.alpha * (1 - cover);
+    Colour colour = Mix(below, paint, alpha > 0 ? cover / alpha : 0);
+    colour.alpha = alpha;
+    return colour;
+}
+
+/// Takes away what is there; its colour stays for whoever mixes it with its surroundings.
+Colour Cut(Colour colour, float cover) {
+    colour.alpha *= 1 - cover;
+    return colour;
+}
+
+float Beyond(float outline, float at) {
+    return Smooth(outline - kEdge, outline + kEdge, at);
+}
+
+/// A sun over the sea; gaps above the waves and inside the ring let the background through.
 Colour LogoAt(float x, float y) {
-    constexpr float kEdge = 0.003F;
-    const Colour nothing = {1, 1, 1, 0};
     const float radius = std::hypot(x - 0.5F, y - 0.5F);
-    const auto wave = [x](float level, float shift) { return level + 0.022F * std::sin(x * 4 * kPi + shift); };
-    Colour inner = Mix(Rgb(0xF7C04A), Rgb(0xE0603C), Smooth(0.10F, 0.55F, y));
-    inner = Mix(inner, Rgb(0xFFF4D6), Smooth(0.135F + kEdge, 0.135F - kEdge, std::hypot(x - 0.5F, y - 0.42F)));
-    for (int i = 0; i < 3; ++i) {
-        // A gap above each wave lets the background through.
-        const float top = wave(0.52F + 0.12F * float(i), 1.4F * float(i));
-        inner = Mix(inner, nothing, Smooth(top - 0.028F - kEdge, top - 0.028F + kEdge, y));
-        inner = Mix(inner, Mix(Rgb(0x1F8A9E), Rgb(0x123A63), float(i) / 2), Smooth(top - kEdge, top + kEdge, y));
-    }
     const Colour ring = Rgb(0x123A63);
-    Colour colour = Mix(inner, nothing, Smooth(0.395F - kEdge, 0.395F + kEdge, radius));
-    colour = Mix(colour, ring, Smooth(0.425F - kEdge, 0.425F + kEdge, radius));
-    return Mix(colour, nothing, Smooth(0.475F - kEdge, 0.475F + kEdge, radius));
+    Colour colour = Mix(Rgb(0xF7C04A), Rgb(0xE0603C), Smooth(0.10F, 0.55F, y));
+    colour = Mix(Rgb(0xFFF4D6), colour, Beyond(0.135F, std::hypot(x - 0.5F, y - 0.42F)));
+    for (int i = 0; i < 3; ++i) {
+        const float top = 0.52F + 0.12F * float(i) + 0.022F * std::sin(x * 4 * kPi + 1.4F * float(i));
+        colour = Cut(colour, Beyond(top - 0.028F, y));
+        colour = Over(colour, Mix(Rgb(0x1F8A9E), ring, float(i) / 2), Beyond(top, y));
+    }
+    colour = Cut(colour, Beyond(0.395F, radius));
+    colour = Over(colour, ring, Beyond(0.425F, radius));
+    return Cut(colour, Beyond(0.475F, radius));
 }
 
 Colour SilkAt(float x, float y) {
