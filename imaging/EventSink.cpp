@@ -174,7 +174,7 @@ CImagXpress::CImagXpress()
       m_pMouseUp(nullptr), m_pToolkitEvent1(nullptr), m_pToolkitEvent2(nullptr), m_pToolkitEvent3(nullptr),
       m_dwUser1(0), m_dwUser2(0), m_pControl(nullptr) {}
 
-// Callbacks and user words are zero from the start, so nothing is left to clear when the control is there.
+// Callbacks and user words are zero from the start: events that come while it connects are ignored like all others.
 void CImagXpress::Connect(HMODULE module) {
     using kel::toolkit::ConnectEvents;
     if (const auto connect = Procedure<ConnectEvents>(module, kel::toolkit::kConnectEventsName))

@@ -1,26 +1,16 @@
-#include "imaging/Blocks.h"
-#include "imaging/ToolkitControl.h"
-
-// The pixels of a locked block follow header and colour table.
+#include "imaging/LockedPicture.h"
 
 bool XPDib::Draw(HDC dc, const Rect& target, BM_Mode mode, XSize<double> scale) const {
     if (IsEmpty())
         return false;
-    const kel::LockedBlock block(kel::PictureOf(m_pRef->control));
-    if (!block.Bytes())
-        return false;
-    const BITMAPINFOHEADER& header = block.Dib()->bmiHeader;
-    const DibSrc source(block.Dib(), block.Bytes() + header.biSize + CalculateTableSize(&header), SRCCOPY);
-    return InternalDraw(source, dc, target, mode, scale);
+    const kel::LockedPicture picture(m_pRef->control);
+    return picture.Bytes() &&
+           InternalDraw(DibSrc(picture.Dib(), kel::PixelsOf(picture.Dib()), SRCCOPY), dc, target, mode, scale);
 }
 
 bool XPDib::Draw(HDC dc, const Rect& target, const Rect& source, unsigned long rop) const {
     if (IsEmpty())
         return false;
-    const kel::LockedBlock block(kel::PictureOf(m_pRef->control));
-    if (!block.Bytes())
-        return false;
-    const BITMAPINFOHEADER& header = block.Dib()->bmiHeader;
-    return DibSrc(block.Dib(), block.Bytes() + header.biSize + CalculateTableSize(&header), rop)
-        .Blt(dc, source, target);
+    const kel::LockedPicture picture(m_pRef->control);
+    return picture.Bytes() && DibSrc(picture.Dib(), kel::PixelsOf(picture.Dib()), rop).Blt(dc, source, target);
 }

@@ -8,6 +8,7 @@
 
 #include <memory>
 #include <new>
+#include <utility>
 
 namespace kel {
 namespace {
@@ -35,15 +36,12 @@ std::unique_ptr<CImagXpress> ConnectedSink() {
 void StopControl(PictureRecord& record) {
     if (!record.control)
         return;
-    record.control->Release();
-    record.control = nullptr;
-    CImagXpress* const sink = record.eventSink;
-    record.eventSink = nullptr;
+    std::exchange(record.control, nullptr)->Release();
+    const std::unique_ptr<CImagXpress> sink(std::exchange(record.eventSink, nullptr));
     if (!sink)
         return;
     sink->Disconnect(ToolkitModule::ByName().Get());
     sink->m_pControl->Release();
-    delete sink;
 }
 
 } // namespace

@@ -1,6 +1,4 @@
-#include "imaging/Blocks.h"
-#include "imaging/PictureSize.h"
-#include "imaging/ToolkitControl.h"
+#include "imaging/LockedPicture.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -11,15 +9,6 @@ namespace {
 
 constexpr int kHeaderBytes = sizeof(BITMAPINFOHEADER);
 static_assert(kHeaderBytes == 40);
-
-// The picture's block, locked for a look at its header.
-class LockedPicture : public kel::LockedBlock {
-public:
-    explicit LockedPicture(kel::toolkit::IControl* control)
-        : LockedBlock(control ? kel::PictureOf(control) : nullptr) {}
-
-    const BITMAPINFOHEADER* Header() const { return Bytes() ? &Dib()->bmiHeader : nullptr; }
-};
 
 LONG Magnitude(LONG height) {
     return height == std::numeric_limits<LONG>::min() ? std::numeric_limits<LONG>::max() : std::abs(height);
@@ -38,7 +27,7 @@ Size XPDib::GetDimension() const {
 }
 
 int XPDib::GetBitsPerPixel() const {
-    const LockedPicture picture(m_pRef->control);
+    const kel::LockedPicture picture(m_pRef->control);
     const BITMAPINFOHEADER* const header = picture.Header();
     return header ? header->biBitCount : 0;
 }
@@ -51,11 +40,8 @@ void* XPDib::GetDibClone() const {
 const void* XPDib::LockSurface() const {
     if (IsEmpty())
         return nullptr;
-    const auto* const dib = static_cast<const char*>(GlobalLock(kel::PictureOf(m_pRef->control)));
-    if (!dib)
-        return nullptr;
-    const auto* const header = reinterpret_cast<const BITMAPINFOHEADER*>(dib);
-    return dib + header->biSize + CalculateTableSize(header);
+    auto* const dib = static_cast<BITMAPINFO*>(GlobalLock(kel::PictureOf(m_pRef->control)));
+    return dib ? kel::PixelsOf(dib) : nullptr;
 }
 
 void* XPDib::LockSurfaceModify() {
@@ -75,7 +61,7 @@ bool XPDib::HasPalette() const {
 int XPDib::GetNumPaletteEntries() const {
     if (IsEmpty())
         return 0;
-    const LockedPicture picture(m_pRef->control);
+    const kel::LockedPicture picture(m_pRef->control);
     const BITMAPINFOHEADER* const header = picture.Header();
     return header ? CalculateTableSize(header) / static_cast<int>(sizeof(RGBQUAD)) : 0;
 }

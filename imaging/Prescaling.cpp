@@ -1,7 +1,6 @@
 #include "imaging/Prescaling.h"
 
 #include "imaging/Blocks.h"
-#include "imaging/PictureSize.h"
 #include "imaging/ToolkitControl.h"
 
 #include <kelcore/bitmap/gdibitmap.h>
@@ -26,7 +25,7 @@ struct Job {
 using Sides = XSize<double>;
 
 std::optional<Job> JobFor(toolkit::IControl* control, const Rect& target, XSize<double> scale, double limit) {
-    const Size picture = control ? SizeOfPicture(control) : Size();
+    const Size picture = SizeOfPicture(control);
     const Job job = {picture, std::int64_t{target.right} - target.left, std::int64_t{target.bottom} - target.top, scale,
                      limit};
     if (!control || !PictureOf(control) || picture.cx == 0 || picture.cy == 0 || job.width <= 0 || job.height <= 0 ||

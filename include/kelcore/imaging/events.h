@@ -69,8 +69,7 @@ public:
     CImagXpress();
     ~CImagXpress() = default;
 
-    /// Asks a toolkit module for a control and connects this sink to it ("IX_ConnectEvents"); then sets callbacks and
-    /// user words to zero.
+    /// Asks a toolkit module for a control and connects this sink, which is new, to it ("IX_ConnectEvents").
     /// @param module null, or one without that function: there is no control then.
     void Connect(HMODULE module);
     /// Ends the connection ("IX_DisConnectEvents", if @p module has it) and lets go of the control.
