@@ -81,8 +81,8 @@ Loaded Finish(Decoding decoding, FileBytes owned) {
         std::memcpy(owned.data.get(), decoding.file.data(), owned.size);
     }
     Picture& picture = decoding.loaded.picture;
-    const DibLock lock(picture.dib);
-    picture.source = {std::move(owned), decoding.settings.keepOrientation, Fingerprint(lock.Memory())};
+    if (const DibLock lock(picture.dib); lock)
+        picture.source = {std::move(owned), decoding.settings.keepOrientation, Fingerprint(lock.Memory())};
     return std::move(decoding.loaded);
 }
 
@@ -154,14 +154,18 @@ bool Picture::IsAsDecoded() const {
     return lock && source.file.size != 0 && Fingerprint(lock.Memory()) == source.fingerprint;
 }
 
-Loaded LoadBytes(Bytes file, const LoadSettings& settings) {
+Loaded LoadBytes(Bytes file, const LoadSettings& settings) try {
     return Finish(Decode(file, settings), {});
+} catch (const std::bad_alloc&) {
+    return {kOverBudget, {}};
 }
 
-Loaded LoadPath(BSTR path, const LoadSettings& settings) {
+Loaded LoadPath(BSTR path, const LoadSettings& settings) try {
     FileBytes file = ReadKnownFile(NarrowPath(path).c_str());
     const Bytes bytes = file.View();
     return Finish(Decode(bytes, settings), std::move(file));
+} catch (const std::bad_alloc&) {
+    return {kOverBudget, {}};
 }
 
 } // namespace kel::toolkit

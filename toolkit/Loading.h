@@ -41,7 +41,7 @@ struct LoadSettings {
     bool keepOrientation = false;
 };
 
-/// What became of a load; the picture is empty unless the status is kLoaded.
+/// What became of a load; the picture is empty unless the status is kLoaded. Want of memory is kOverBudget.
 struct Loaded {
     SHORT status = kUnknown;
     Picture picture;

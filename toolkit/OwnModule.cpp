@@ -22,6 +22,8 @@ void StayLoaded() {
 
 std::string OwnPath() {
     const HMODULE module = Own(GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT);
+    if (!module)
+        return {}; // null would stand for the program
     for (std::string path(MAX_PATH, '\0');; path.resize(path.size() * 2)) {
         const DWORD length = GetModuleFileNameA(module, path.data(), static_cast<DWORD>(path.size()));
         if (length < path.size()) {

@@ -29,7 +29,7 @@ std::optional<DibLayout> Measure(std::int64_t width, std::int64_t height, int de
     constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
     if (!IsDepth(depth) || width < 1 || height < 1 || width > kMost || height > kMost)
         return std::nullopt;
-    const std::int64_t row = (width * depth + 31) / 32 * 4;
+    const std::int64_t row = RowBytesOf(width, depth);
     if (row > kMostPixelBytes || height > kMostPixelBytes / row)
         return std::nullopt;
     DibLayout layout;

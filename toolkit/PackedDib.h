@@ -13,6 +13,11 @@
 /// header, masks, colour table and rows.
 namespace kel::toolkit {
 
+/// Bytes of a row with its padding to a multiple of 4.
+constexpr std::int64_t RowBytesOf(std::int64_t width, int depth) {
+    return (width * depth + 31) / 32 * 4;
+}
+
 /// Where everything of a packed bitmap lies, every sum checked against overflow and against the block.
 struct DibLayout {
     int width = 0;            ///< pixels

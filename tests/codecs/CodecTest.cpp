@@ -1,5 +1,7 @@
 #include "tests/codecs/Files.h"
 
+#include "tests/support/Faults.h"
+
 #include <functional>
 
 using namespace kel::test;
@@ -189,5 +191,25 @@ TEST_CASE("files that are cut anywhere are damaged, and those over budget refuse
         REQUIRE(control(toolkit::SetBudget, 1) == S_OK);
         CHECK(control.Load(row.large) == toolkit::kOverBudget);
         CHECK(control.Load(row.file) == toolkit::kLoaded);
+    }
+}
+
+TEST_CASE("a failing call of the system while a file is decoded leaves no half of a picture behind") {
+    const Raster rgb{Kind::Rgb, 8}, few{Kind::Palette, 2};
+    const Bytes files[] = {
+        PngFile(rgb, {false, false, 6}),       PngFile(few, {}),       TiffFile(few, {1, false, false, 3}),
+        TiffFile({Kind::Cmyk, 16}, {1, true}), WebPFile(rgb, true, 6), GifFile({Kind::Palette, 4}, true, false, 0)};
+    for (const Bytes& file : files) {
+        const Control control;
+        REQUIRE(control.Load(file) == toolkit::kLoaded);
+        const Bytes whole = control.Picture();
+        CHECK(control(toolkit::SetDibHandle, nullptr) == S_OK);
+        WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [&] {
+            const SHORT status = control.Load(file);
+            CHECK((status == toolkit::kLoaded || (status == toolkit::kOverBudget && *FaultedCall() != 0)));
+            if (FaultIsOver())
+                CHECK(control.Picture() == (status == toolkit::kLoaded ? whole : Bytes()));
+            control(toolkit::SetDibHandle, nullptr);
+        });
     }
 }

@@ -2,7 +2,6 @@
 #include "tests/support/TempFolder.h"
 
 #include <kelcore/picture.h>
-#include <kelcore/stream.h>
 
 #include <doctest/doctest.h>
 
@@ -152,9 +151,4 @@ TEST_CASE("GIF and LZW are told by the first bytes, and no bytes take long") {
     }
     CHECK_FALSE(Checker::CheckLZW(folder.Path("missing")));
     CHECK_FALSE(Checker::CheckLZW(folder.Path()));
-}
-
-TEST_CASE("stored pictures have the class identifier 0x1E75") {
-    ObjectFactory factory;
-    CHECK(factory.GetClassID(typeid(XPDib)) == 0x1E75);
 }

@@ -1,5 +1,6 @@
 #include "tests/imaging/Recording.h"
 
+#include "tests/support/Blocks.h"
 #include "tests/support/Threads.h"
 
 namespace kel::test {
@@ -84,12 +85,9 @@ void ReadStored(XPDib& picture, const std::string& bytes) {
 
 std::string DibOf(const XPDib& picture) {
     const HGLOBAL block = picture.GetDibClone();
-    if (!block)
-        return "";
-    const void* const memory = GlobalLock(block);
-    const std::string bytes(memory ? static_cast<const char*>(memory) : "", memory ? GlobalSize(block) : 0);
-    GlobalUnlock(block);
-    GlobalFree(block);
+    const std::string bytes = BytesOf<std::string>(block);
+    if (block)
+        GlobalFree(block);
     return bytes;
 }
 

@@ -1,6 +1,6 @@
 #include "tests/toolkit/Toolkit.h"
 
-#include "tests/support/TempFolder.h"
+#include "tests/support/Faults.h"
 
 #include <array>
 #include <set>
@@ -145,7 +145,7 @@ TEST_CASE("a whole packed bitmap is taken over as it is, in its block") {
     CHECK(GlobalFlags(last) == GMEM_INVALID_HANDLE);
     CHECK(control.Get(toolkit::GetDibHandle) == nullptr);
     CHECK(control.Get(toolkit::CopyDibHandle) == nullptr);
-    CHECK(Control::BytesOf(copy) == DibOf(rows[12]));
+    CHECK(BytesOf<Bytes>(copy) == DibOf(rows[12]));
     GlobalFree(copy);
 }
 
@@ -174,7 +174,7 @@ TEST_CASE("what is no whole packed bitmap is refused and stays the caller's") {
     const auto refuses = [&](const Bytes& bytes) {
         const HGLOBAL block = BlockOf(bytes);
         CHECK(control(toolkit::SetDibHandle, block) == E_INVALIDARG);
-        CHECK(Control::BytesOf(block) == bytes);
+        CHECK(BytesOf<Bytes>(block) == bytes);
         GlobalFree(block);
         CHECK(control.Picture() == before);
     };
@@ -243,6 +243,41 @@ TEST_CASE("undo brings back the picture before the last effect, once, while it i
     CHECK(control(toolkit::SetUndoEnabled, 0) == S_OK);
     CHECK(control(toolkit::SetUndoEnabled, 1) == S_OK);
     CHECK(control.Get(toolkit::GetUndoState) == 0);
+}
+
+TEST_CASE("a failing call of the system costs no picture, spoils none and leaves nothing behind") {
+    HRESULT (*const works[])
+    (const Control&) = {
+        [](const Control& c) { return c(toolkit::Negate); },
+        [](const Control& c) { return c(toolkit::Mirror); },
+        [](const Control& c) { return c(toolkit::ResizeTo, 4, 3); },
+        [](const Control& c) { return c(toolkit::Rotate, 90); },
+        [](const Control& c) { return c(toolkit::Rotate, 45); },
+        [](const Control& c) { return c(toolkit::ResampleTo, 4, 3); },
+        [](const Control& c) { return c(toolkit::Save) + c(toolkit::EndSave); },
+    };
+    const Control control;
+    CHECK(control(toolkit::SetUndoEnabled, 1) == S_OK);
+    Bytes grey = DibOf({9, 7, 8, 200});
+    std::fill_n(grey.begin() + 40, 800, BYTE{0x55});
+    for (const Bytes& dib : {grey, DibOf({9, 7, 4, 5}), DibOf({9, -7, 16}), DibOf({9, 7, 32})})
+        for (const auto work : works) {
+            REQUIRE(control(toolkit::SetDibHandle, BlockOf(dib)) == S_OK);
+            REQUIRE(work(control) == S_OK);
+            const Bytes expected = control.Picture();
+            CHECK(control(toolkit::SetDibHandle, nullptr) == S_OK);
+            WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [&] {
+                const HGLOBAL block = BlockOf(dib);
+                if (control(toolkit::SetDibHandle, block) != S_OK) {
+                    GlobalFree(block);
+                    return;
+                }
+                const HRESULT result = block ? work(control) : S_FALSE;
+                if (block && FaultIsOver())
+                    CHECK(control.Picture() == (result == S_OK ? expected : dib));
+                control(toolkit::SetDibHandle, nullptr);
+            });
+        }
 }
 
 TEST_CASE("the module registers itself by its own path and takes that back") {

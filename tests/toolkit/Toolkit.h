@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/Blocks.h"
+
 #include <doctest/doctest.h>
 #include <kelcore/imaging/toolkit.h>
 
@@ -93,7 +95,7 @@ public:
     }
 
     /// The picture's packed bitmap; no bytes if there is none.
-    Bytes Picture() const { return BytesOf(Get(toolkit::GetDibHandle)); }
+    Bytes Picture() const { return BytesOf<Bytes>(Get(toolkit::GetDibHandle)); }
 
     /// What saving the picture makes.
     Bytes Saved() const {
@@ -101,18 +103,9 @@ public:
         CHECK((*this)(toolkit::SetSaveFormat, 10) == S_OK);
         CHECK((*this)(toolkit::Save) == S_OK);
         CHECK(Get(toolkit::GetLoadStatus) == toolkit::kLoaded);
-        Bytes saved = BytesOf(Get(toolkit::GetSavedBlock));
+        Bytes saved = BytesOf<Bytes>(Get(toolkit::GetSavedBlock));
         CHECK((*this)(toolkit::EndSave) == S_OK);
         return saved;
-    }
-
-    static Bytes BytesOf(HGLOBAL block) {
-        if (!block)
-            return {};
-        const BYTE* const memory = static_cast<const BYTE*>(GlobalLock(block));
-        Bytes bytes(memory, memory + GlobalSize(block));
-        GlobalUnlock(block);
-        return bytes;
     }
 
 private:
@@ -120,14 +113,6 @@ private:
     toolkit::IControl* m_control = nullptr;
     DWORD m_cookie = 0;
 };
-
-/// A movable block with these bytes.
-inline HGLOBAL BlockOf(const Bytes& bytes) {
-    const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, bytes.size());
-    std::memcpy(GlobalLock(block), bytes.data(), bytes.size());
-    GlobalUnlock(block);
-    return block;
-}
 
 template <class Value>
 void Append(Bytes& bytes, Value value) {

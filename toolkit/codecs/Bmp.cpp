@@ -3,6 +3,7 @@
 #include "toolkit/codecs/Bmp.h"
 
 #include "toolkit/codecs/BmpRuns.h"
+#include "toolkit/codecs/Samples.h"
 
 #include <algorithm>
 #include <array>
@@ -40,9 +41,7 @@ struct BmpFile {
 
     std::int64_t Height() const { return std::abs(std::int64_t{info.biHeight}); }
     bool IsTopDown() const { return info.biHeight < 0; }
-    std::size_t RowBytes() const {
-        return static_cast<std::size_t>((std::int64_t{info.biWidth} * info.biBitCount + 31) / 32 * 4);
-    }
+    std::size_t RowBytes() const { return static_cast<std::size_t>(RowBytesOf(info.biWidth, info.biBitCount)); }
     Bytes Pixels() const { return file.subspan(std::min(pixels, file.size())); }
     bool HasRuns() const { return info.biCompression == BI_RLE8 || info.biCompression == BI_RLE4; }
 };
@@ -198,14 +197,6 @@ private:
     const int m_width;
 };
 
-/// Two pixels of 4 bits for two of 2.
-void WidenPairs(BYTE* to, const BYTE* from, int width) {
-    for (int x = 0; x < width; x += 2) {
-        const int pair = from[x / 4] >> (x % 4 == 0 ? 4 : 0);
-        to[x / 2] = static_cast<BYTE>((pair & 0x0C) << 2 | (pair & 0x03));
-    }
-}
-
 template <class Convert>
 void ReadRows(const BmpFile& bmp, const DibLock& dib, const Convert& convert) {
     const BYTE* from = bmp.Pixels().data();
@@ -215,8 +206,9 @@ void ReadRows(const BmpFile& bmp, const DibLock& dib, const Convert& convert) {
 }
 
 void ReadPlain(const BmpFile& bmp, const DibLock& dib) {
+    const auto width = static_cast<std::size_t>(bmp.info.biWidth);
     if (bmp.info.biBitCount == 2)
-        ReadRows(bmp, dib, [&](BYTE* to, const BYTE* from) { WidenPairs(to, from, bmp.info.biWidth); });
+        ReadRows(bmp, dib, [width](BYTE* to, const BYTE* from) { Widen2To4(from, to, width); });
     else if (bmp.info.biBitCount == 16 || (bmp.info.biBitCount == 32 && !ArePlain(bmp.masks)))
         ReadRows(bmp, dib, MaskedRows(bmp));
     else

@@ -1,3 +1,4 @@
+#include "toolkit/Pixels.h"
 #include "toolkit/codecs/LibraryCodecs.h"
 
 #include <algorithm>
@@ -77,59 +78,36 @@ Shape ShapeOf(const GifFileType* gif, int transparent) {
             picture, picture.ColorMap ? picture.ColorMap : gif->SColorMap, transparent};
 }
 
-using Colours = std::array<RGBQUAD, 256>;
-
-/// The table of the picture; indexes that it does not reach are black.
-Colours ColoursOf(const Shape& shape) {
-    Colours colours = {};
-    for (int i = 0; i < shape.colours->ColorCount; ++i) {
+/// The table of the picture; those that it does not reach are black.
+void SetColours(const Shape& shape, std::span<RGBQUAD> colours) {
+    const auto count = std::min(colours.size(), static_cast<std::size_t>(shape.colours->ColorCount));
+    for (std::size_t i = 0; i < count; ++i) {
         const GifColorType& colour = shape.colours->Colors[i];
-        colours[static_cast<std::size_t>(i)] = {colour.Blue, colour.Green, colour.Red, 0};
+        colours[i] = {colour.Blue, colour.Green, colour.Red, 0};
     }
-    return colours;
 }
 
-/// Rows of indexes as the picture's depth has them, from its column on.
-class PutIndexes {
-public:
-    PutIndexes(const Shape& shape, const Colours& colours)
-        : m_depth(shape.Depth()), m_left(static_cast<std::size_t>(shape.picture.Left)), m_pixels(colours) {
-        for (RGBQUAD& pixel : m_pixels)
-            pixel.rgbReserved = 255;
-        if (shape.transparent >= 0)
-            m_pixels[static_cast<std::size_t>(shape.transparent) & 255] = {};
-    }
+/// What each index is as a pixel of the picture's depth.
+using PixelsOfIndexes = std::array<std::uint32_t, 256>;
 
-    void operator()(const std::span<const GifPixelType> indexes, BYTE* row) const {
-        if (m_depth == 8)
-            std::ranges::copy(indexes, row);
-        else if (m_depth == 32)
-            PutPixels(indexes, row + m_left * sizeof(RGBQUAD));
-        else
-            Pack(indexes, row);
+PixelsOfIndexes PixelsOf(const Shape& shape) {
+    PixelsOfIndexes pixels = {};
+    const int depth = shape.Depth();
+    if (depth < 32) {
+        // An index that the depth has no pixel for becomes 0.
+        for (std::size_t i = 0; i < std::size_t{1} << depth; ++i)
+            pixels[i] = static_cast<std::uint32_t>(i);
+        return pixels;
     }
-
-private:
-    void PutPixels(const std::span<const GifPixelType> indexes, BYTE* to) const {
-        for (const GifPixelType index : indexes) {
-            std::memcpy(to, &m_pixels[index], sizeof(RGBQUAD));
-            to += sizeof(RGBQUAD);
-        }
-    }
-
-    /// An index that the table does not reach becomes 0.
-    void Pack(const std::span<const GifPixelType> indexes, BYTE* row) const {
-        const auto depth = static_cast<std::size_t>(m_depth);
-        for (std::size_t x = 0; x < indexes.size(); ++x) {
-            const int index = indexes[x] >> depth == 0 ? indexes[x] : 0;
-            row[x * depth / 8] = static_cast<BYTE>(row[x * depth / 8] | index << (8 - depth - x * depth % 8));
-        }
-    }
-
-    const int m_depth;
-    const std::size_t m_left;
-    Colours m_pixels;
-};
+    std::array<RGBQUAD, 256> colours = {};
+    SetColours(shape, colours);
+    for (RGBQUAD& colour : colours)
+        colour.rgbReserved = 255;
+    if (shape.transparent >= 0)
+        colours[static_cast<std::size_t>(shape.transparent) & 255] = {};
+    std::memcpy(pixels.data(), colours.data(), sizeof pixels);
+    return pixels;
+}
 
 /// Which rows come in which order: all of them, or every eighth, then those between (GIF89a, appendix E).
 struct Pass {
@@ -139,17 +117,20 @@ struct Pass {
 constexpr Pass kAtOnce[] = {{0, 1}};
 constexpr Pass kInterlaced[] = {{0, 8}, {4, 8}, {2, 4}, {1, 2}};
 
-SHORT ReadRows(GifFileType* gif, const Shape& shape, const PutIndexes& put, const DibLock& picture) {
-    const auto width = static_cast<std::size_t>(shape.picture.Width);
-    const std::unique_ptr<GifPixelType[]> line(new (std::nothrow) GifPixelType[width]);
+SHORT ReadRows(GifFileType* gif, const Shape& shape, const DibLock& picture) {
+    const GifImageDesc& part = shape.picture;
+    const std::unique_ptr<GifPixelType[]> line(new (std::nothrow) GifPixelType[static_cast<std::size_t>(part.Width)]);
     if (!line)
         return kOverBudget;
-    for (const Pass& pass :
-         shape.picture.Interlace ? std::span<const Pass>(kInterlaced) : std::span<const Pass>(kAtOnce))
-        for (int y = pass.first; y < shape.picture.Height; y += pass.step) {
-            if (DGifGetLine(gif, line.get(), shape.picture.Width) == GIF_ERROR)
+    const PixelsOfIndexes values = PixelsOf(shape);
+    for (const Pass& pass : part.Interlace ? std::span<const Pass>(kInterlaced) : std::span<const Pass>(kAtOnce))
+        for (int y = pass.first; y < part.Height; y += pass.step) {
+            if (DGifGetLine(gif, line.get(), part.Width) == GIF_ERROR)
                 return kDamaged;
-            put({line.get(), width}, picture.Row(shape.picture.Top + y));
+            WithPixels(shape.Depth(), [&](auto pixels) {
+                for (int x = 0; x < part.Width; ++x)
+                    pixels.Store(picture.Row(part.Top + y), part.Left + x, values[line[static_cast<std::size_t>(x)]]);
+            });
         }
     return kLoaded;
 }
@@ -172,9 +153,10 @@ SHORT Load(LoadJob& job) {
     if (status != kLoaded)
         return status;
     const DibLock picture(job.picture);
-    const Colours colours = ColoursOf(shape);
-    std::copy_n(colours.begin(), picture.Colours().size(), picture.Colours().begin());
-    return ReadRows(gif.get(), shape, PutIndexes(shape, colours), picture);
+    if (!picture)
+        return kOverBudget;
+    SetColours(shape, picture.Colours());
+    return ReadRows(gif.get(), shape, picture);
 }
 
 } // namespace

@@ -156,7 +156,7 @@ SHORT Load(LoadJob& job) {
     if (!target)
         return kOverBudget;
     if (depth == 8)
-        FillGreys(DibLock(job.picture).Colours().data(), 256);
+        FillGreys(target.Colours().data(), 256);
     return jpeg.jump.Run([&] { return ReadRows(jpeg, target); });
 }
 

@@ -1,7 +1,8 @@
 #include "toolkit/codecs/Orientation.h"
 
+#include "toolkit/Pixels.h"
+
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <new>
 #include <string_view>
@@ -28,48 +29,6 @@ private:
     const bool m_big;
 };
 
-using Pixel24 = std::array<BYTE, 3>;
-using Pixel32 = std::array<BYTE, 4>;
-
-int PixelAt(const BYTE* row, int x, int depth) {
-    const int bit = x * depth;
-    return row[bit / 8] >> (8 - depth - bit % 8) & ((1 << depth) - 1);
-}
-
-void SetPixelAt(BYTE* row, int x, int depth, int pixel) {
-    const int bit = x * depth;
-    const int shift = 8 - depth - bit % 8;
-    const int mask = ((1 << depth) - 1) << shift;
-    row[bit / 8] = static_cast<BYTE>((row[bit / 8] & ~mask) | pixel << shift);
-}
-
-template <class Pixel>
-void Reverse(BYTE* row, int width) {
-    Pixel* const pixels = reinterpret_cast<Pixel*>(row);
-    std::reverse(pixels, pixels + width);
-}
-
-void ReverseBits(BYTE* row, int width, int depth) {
-    for (int left = 0, right = width - 1; left < right; ++left, --right) {
-        const int pixel = PixelAt(row, left, depth);
-        SetPixelAt(row, left, depth, PixelAt(row, right, depth));
-        SetPixelAt(row, right, depth, pixel);
-    }
-}
-
-void ReverseRow(BYTE* row, int width, int depth) {
-    switch (depth) {
-    case 8:
-        return Reverse<BYTE>(row, width);
-    case 24:
-        return Reverse<Pixel24>(row, width);
-    case 32:
-        return Reverse<Pixel32>(row, width);
-    default:
-        return ReverseBits(row, width, depth);
-    }
-}
-
 // Column x of a strip becomes a run within one row of the picture: `count` pixels from `column` on.
 struct Strip {
     const BYTE* rows;
@@ -86,31 +45,11 @@ struct Strip {
     }
 };
 
-template <class Pixel>
-void CopyColumn(const Strip& strip, int x, BYTE* row) {
-    Pixel* const to = reinterpret_cast<Pixel*>(row) + strip.column;
-    const BYTE* from = strip.Begin() + static_cast<std::size_t>(x) * sizeof(Pixel);
-    for (int i = 0; i < strip.count; ++i, from += strip.Step())
-        to[i] = *reinterpret_cast<const Pixel*>(from);
-}
-
-void CopyColumnOfBits(const Strip& strip, int x, BYTE* row, int depth) {
+template <class Pixels>
+void CopyColumn(Pixels pixels, const Strip& strip, int x, BYTE* row) {
     const BYTE* from = strip.Begin();
     for (int i = 0; i < strip.count; ++i, from += strip.Step())
-        SetPixelAt(row, strip.column + i, depth, PixelAt(from, x, depth));
-}
-
-void CopyColumn(const Strip& strip, int x, BYTE* row, int depth) {
-    switch (depth) {
-    case 8:
-        return CopyColumn<BYTE>(strip, x, row);
-    case 24:
-        return CopyColumn<Pixel24>(strip, x, row);
-    case 32:
-        return CopyColumn<Pixel32>(strip, x, row);
-    default:
-        return CopyColumnOfBits(strip, x, row, depth);
-    }
+        pixels.Store(row, strip.column + i, pixels.Load(from, x));
 }
 
 } // namespace
@@ -138,8 +77,7 @@ RowTarget::RowTarget(const PackedDib& upright, Orientation orientation)
     : m_picture(upright), m_orientation(orientation),
       m_rows(orientation.IsQuarterTurn() ? upright.Layout().width : upright.Layout().height),
       m_width(orientation.IsQuarterTurn() ? upright.Layout().height : upright.Layout().width),
-      m_stripBytes((static_cast<std::size_t>(m_width) * static_cast<std::size_t>(upright.Layout().depth) + 31) / 32 *
-                   4),
+      m_stripBytes(static_cast<std::size_t>(RowBytesOf(m_width, upright.Layout().depth))),
       m_strip(orientation.IsQuarterTurn() ? new (std::nothrow) BYTE[m_stripBytes * kStrip] : nullptr) {}
 
 RowTarget::operator bool() const {
@@ -156,15 +94,19 @@ void RowTarget::Finish(int first, int count) const {
     if (m_orientation.IsQuarterTurn())
         return Turn(first, count);
     if (m_orientation.IsMirrored())
-        for (int y = first; y < first + count; ++y)
-            ReverseRow(Row(y), m_width, m_picture.Layout().depth);
+        WithPixels(m_picture.Layout().depth, [&](auto pixels) {
+            for (int y = first; y < first + count; ++y)
+                MirrorRow(pixels, Row(y), m_width);
+        });
 }
 
 void RowTarget::Turn(int first, int count) const {
     const bool mirrored = m_orientation.IsMirrored();
     const Strip strip{m_strip.get(), m_stripBytes, count, mirrored ? m_rows - first - count : first, mirrored};
-    for (int x = 0; x < m_width; ++x)
-        CopyColumn(strip, x, m_picture.Row(m_orientation.IsFlipped() ? m_width - 1 - x : x), m_picture.Layout().depth);
+    WithPixels(m_picture.Layout().depth, [&](auto pixels) {
+        for (int x = 0; x < m_width; ++x)
+            CopyColumn(pixels, strip, x, m_picture.Row(m_orientation.IsFlipped() ? m_width - 1 - x : x));
+    });
 }
 
 SHORT MakeTurnedPicture(LoadJob& job, Orientation orientation, std::int64_t width, std::int64_t height, int depth) {
@@ -183,7 +125,7 @@ SHORT TurnUpright(LoadJob& job, Orientation orientation) {
     const RowTarget to(job.picture, orientation);
     if (status != kLoaded || !from || !to)
         return kOverBudget;
-    std::ranges::copy(from.Colours(), DibLock(job.picture).Colours().begin());
+    std::ranges::copy(from.Colours(), to.Colours().begin());
     for (int y = 0; y < layout.height; y += RowTarget::kStrip) {
         const int count = std::min(RowTarget::kStrip, layout.height - y);
         for (int i = 0; i < count; ++i)

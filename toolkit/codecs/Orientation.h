@@ -52,6 +52,7 @@ public:
     explicit operator bool() const;
 
     int Rows() const { return m_rows; } ///< of the file
+    std::span<RGBQUAD> Colours() const { return m_picture.Colours(); }
 
     /// Where row @p y of the file is to be written; the bytes are valid until its strip is finished.
     BYTE* Row(int y) const;

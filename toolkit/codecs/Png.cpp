@@ -146,6 +146,8 @@ SHORT LoadStored(LoadJob& job, Reader& reader) {
     if (status != kLoaded)
         return status;
     const DibLock picture(job.picture);
+    if (!picture)
+        return kOverBudget;
     if (shape.IsIndexed())
         SetColours(reader, shape, picture.Colours());
     status = reader.jump.Run([&] { return ReadRows(reader, shape, picture); });

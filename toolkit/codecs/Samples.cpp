@@ -110,13 +110,6 @@ void InvertedCmyk(const BYTE* from, BYTE* to, std::size_t count) {
         PutPixel(to, Times255(from[0], from[3]), Times255(from[1], from[3]), Times255(from[2], from[3]));
 }
 
-void Widen2To4(const BYTE* from, BYTE* to, std::size_t count) {
-    for (std::size_t i = 0; i < count; i += 2) {
-        const int two = from[i / 4] >> (4 - i % 4 * 2);
-        to[i / 2] = static_cast<BYTE>((two & 0xC) << 2 | (two & 3));
-    }
-}
-
 void FillGreys(RGBQUAD* colours, std::size_t shades, bool whiteFirst) {
     for (std::size_t i = 0; i < shades; ++i) {
         const auto grey = static_cast<BYTE>((whiteFirst ? shades - 1 - i : i) * 255 / (shades - 1));

@@ -37,7 +37,12 @@ void Cmyk(const BYTE* from, BYTE* to, std::size_t count);
 /// The same of amounts of light, 255 for no ink, as JPEG files with an Adobe marker have them.
 void InvertedCmyk(const BYTE* from, BYTE* to, std::size_t count);
 /// Pixels of 2 bits to pixels of 4.
-void Widen2To4(const BYTE* from, BYTE* to, std::size_t count);
+inline void Widen2To4(const BYTE* from, BYTE* to, std::size_t count) {
+    for (std::size_t i = 0; i < count; i += 2) {
+        const int two = from[i / 4] >> (4 - i % 4 * 2);
+        to[i / 2] = static_cast<BYTE>((two & 0xC) << 2 | (two & 3));
+    }
+}
 
 /// A table of greys from black to white; entries past the first @p shades are left alone.
 void FillGreys(RGBQUAD* colours, std::size_t shades, bool whiteFirst = false);

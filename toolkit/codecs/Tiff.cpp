@@ -107,6 +107,8 @@ public:
     }
 
     SHORT Read() const {
+        if (!m_picture)
+            return kOverBudget;
         if (m_picture.Layout().depth <= 8 && !SetColours())
             return kDamaged;
         if (TIFFIsTiled(m_tiff))
@@ -306,6 +308,8 @@ SHORT DropAlpha(LoadJob& job) {
     if (status != kLoaded)
         return status;
     const DibLock to(job.picture);
+    if (!from || !to)
+        return kOverBudget;
     for (int y = 0; y < to.Layout().height; ++y)
         for (int x = 0; x < to.Layout().width; ++x)
             std::memcpy(to.Row(y) + std::ptrdiff_t{x} * 3, from.Row(y) + std::ptrdiff_t{x} * 4, 3);
@@ -322,6 +326,8 @@ SHORT LoadByLibrary(TIFF* tiff, const Fields& fields, LoadJob& job) {
         return status;
     {
         const DibLock picture(job.picture);
+        if (!picture)
+            return kOverBudget;
         rgba.image.orientation = ORIENTATION_TOPLEFT;
         rgba.image.req_orientation = ORIENTATION_BOTLEFT;
         const std::span<BYTE> pixels = picture.Pixels();

@@ -52,6 +52,8 @@ Area CanvasOf(const Demuxer& demuxer) {
 SHORT ReadFrame(const WebPIterator& frame, const DibLock& picture) {
     const bool alpha = picture.Layout().depth == 32;
     WebPDecoderConfig config;
+    if (!picture)
+        return kOverBudget;
     if (!WebPInitDecoderConfig(&config))
         return kDamaged;
     // The library writes its rows from below when it is told to flip them.

@@ -22,15 +22,6 @@ void MovePixels(const DibLock& from, const DibLock& to, Place place) {
     });
 }
 
-template <class Pixels>
-void MirrorRow(Pixels pixels, BYTE* row, int width) {
-    for (int left = 0, right = width - 1; left < right; ++left, --right) {
-        const std::uint32_t pixel = pixels.Load(row, left);
-        pixels.Store(row, left, pixels.Load(row, right));
-        pixels.Store(row, right, pixel);
-    }
-}
-
 /// The pixel of @p from in whose place the middle of pixel @p at of @p to falls.
 int Nearest(int at, int from, int to) {
     return static_cast<int>((2 * std::int64_t{at} + 1) * from / (2 * std::int64_t{to}));

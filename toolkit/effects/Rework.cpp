@@ -78,25 +78,26 @@ void WidenIndexed(const DibLock& from, const DibLock& to) {
 }
 
 /// A picture in place of another: the same order of rows, the same dots per metre.
-PackedDib MakeLike(const DibLock& model, std::int64_t width, std::int64_t height, int depth, std::size_t colours) {
+PackedDib MakeLike(const PackedDib& model, std::int64_t width, std::int64_t height, int depth, std::size_t colours) {
     std::optional<DibLayout> layout = LayoutOf(width, height, depth, colours);
     if (!layout)
         return {};
     layout->topDown = model.Layout().topDown;
     PackedDib made = PackedDib::Make(*layout);
-    if (const DibLock lock(made); lock) {
-        lock.Header().biXPelsPerMeter = model.Header().biXPelsPerMeter;
-        lock.Header().biYPelsPerMeter = model.Header().biYPelsPerMeter;
-        if (depth == 8)
-            PutGreys(lock);
-    }
+    const DibLock from(model), to(made);
+    if (!from || !to)
+        return {};
+    to.Header().biXPelsPerMeter = from.Header().biXPelsPerMeter;
+    to.Header().biYPelsPerMeter = from.Header().biYPelsPerMeter;
+    if (depth == 8)
+        PutGreys(to);
     return made;
 }
 
-/// Has the new picture take the old one's place when `make` has written it.
-HRESULT Replace(PackedDib& picture, const DibLock& from, PackedDib made, const Maker& make) {
+/// Has the new picture take the old one's place when `make` has written it from @p source, which may be the old one.
+HRESULT Replace(PackedDib& picture, const PackedDib& source, PackedDib made, const Maker& make) {
     {
-        const DibLock to(made);
+        const DibLock from(source), to(made);
         if (!from || !to)
             return E_OUTOFMEMORY;
         make(from, to);
@@ -107,8 +108,7 @@ HRESULT Replace(PackedDib& picture, const DibLock& from, PackedDib made, const M
 
 HRESULT RemakeWide(PackedDib& picture, const PackedDib& wide, std::int64_t width, std::int64_t height,
                    const Maker& make) {
-    const DibLock from(wide);
-    return from ? Replace(picture, from, MakeLike(from, width, height, wide.Layout().depth, 0), make) : E_OUTOFMEMORY;
+    return Replace(picture, wide, MakeLike(wide, width, height, wide.Layout().depth, 0), make);
 }
 
 bool IsWide(const PackedDib& picture) {
@@ -122,13 +122,13 @@ PackedDib Widened(const PackedDib& picture) {
     const DibLock from(picture);
     if (!from)
         return {};
-    const int depth = from.Layout().depth;
+    const DibLayout& layout = from.Layout();
     PackedDib wide =
-        MakeLike(from, from.Layout().width, from.Layout().height, IsGrey(from) ? 8 : std::max(depth, 24), 0);
+        MakeLike(picture, layout.width, layout.height, IsGrey(from) ? 8 : std::max(layout.depth, 24), /*colours*/ 0);
     const DibLock to(wide);
     if (!to)
         return {};
-    if (depth <= 8)
+    if (layout.depth <= 8)
         WidenIndexed(from, to);
     else
         WidenTrueColour(from, to);
@@ -145,14 +145,13 @@ HRESULT Remake(PackedDib& picture, std::int64_t width, std::int64_t height, cons
 }
 
 HRESULT Move(PackedDib& picture, std::int64_t width, std::int64_t height, const Maker& make) {
-    const DibLock from(picture);
-    if (!from)
-        return E_OUTOFMEMORY;
-    const bool indexed = from.Layout().depth <= 8;
-    PackedDib moved = MakeLike(from, width, height, from.Layout().depth, indexed ? from.Layout().colours : 0);
-    if (const DibLock to(moved); to && indexed)
-        std::ranges::copy(from.Colours(), to.Colours().begin());
-    return Replace(picture, from, std::move(moved), make);
+    const int depth = picture.Layout().depth;
+    const std::size_t colours = depth <= 8 ? picture.Layout().colours : 0;
+    return Replace(picture, picture, MakeLike(picture, width, height, depth, colours),
+                   [&](const DibLock& from, const DibLock& to) {
+                       std::ranges::copy(from.Colours().first(colours), to.Colours().begin());
+                       make(from, to);
+                   });
 }
 
 } // namespace kel::toolkit::effects

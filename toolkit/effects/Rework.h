@@ -1,9 +1,9 @@
 #pragma once
 
 #include "toolkit/PackedDib.h"
+#include "toolkit/Pixels.h"
 
 #include <cstdint>
-#include <cstring>
 #include <functional>
 
 /// @file
@@ -25,56 +25,5 @@ HRESULT Remake(PackedDib& picture, std::int64_t width, std::int64_t height, cons
 
 /// Replaces the picture by one of that size with the same depth and colour table. @return as Remake.
 HRESULT Move(PackedDib& picture, std::int64_t width, std::int64_t height, const Maker& make);
-
-/// Pixels of whole bytes.
-template <int Bytes>
-struct WholePixels {
-    static std::uint32_t Load(const BYTE* row, int x) {
-        std::uint32_t pixel = 0;
-        std::memcpy(&pixel, row + std::size_t{Bytes} * static_cast<std::size_t>(x), Bytes);
-        return pixel;
-    }
-    static void Store(BYTE* row, int x, std::uint32_t pixel) {
-        std::memcpy(row + std::size_t{Bytes} * static_cast<std::size_t>(x), &pixel, Bytes);
-    }
-};
-
-/// Pixels of 1 or 4 bits, the first in the top bits of its byte.
-template <int Bits>
-struct PartPixels {
-    static constexpr unsigned kPerByte = 8 / Bits;
-    static constexpr unsigned kMask = (1U << Bits) - 1;
-
-    static unsigned ShiftOf(unsigned x) { return (kPerByte - 1 - x % kPerByte) * Bits; }
-
-    static std::uint32_t Load(const BYTE* row, int x) {
-        const auto at = static_cast<unsigned>(x);
-        return row[at / kPerByte] >> ShiftOf(at) & kMask;
-    }
-    static void Store(BYTE* row, int x, std::uint32_t pixel) {
-        const auto at = static_cast<unsigned>(x);
-        BYTE& byte = row[at / kPerByte];
-        byte = static_cast<BYTE>((byte & ~(kMask << ShiftOf(at))) | pixel << ShiftOf(at));
-    }
-};
-
-/// Calls @p work with the one of these that loads and stores pixels of that depth.
-template <class Work>
-void WithPixels(int depth, Work work) {
-    switch (depth) {
-    case 1:
-        return work(PartPixels<1>());
-    case 4:
-        return work(PartPixels<4>());
-    case 8:
-        return work(WholePixels<1>());
-    case 16:
-        return work(WholePixels<2>());
-    case 24:
-        return work(WholePixels<3>());
-    default:
-        return work(WholePixels<4>());
-    }
-}
 
 } // namespace kel::toolkit::effects

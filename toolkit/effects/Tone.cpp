@@ -43,28 +43,32 @@ void BendPixels(const DibLock& picture, const Curve& curve) {
         bend(picture.Row(y), picture.Layout().width, curve);
 }
 
-HRESULT BendInPlace(const PackedDib& picture, const Curve& curve) {
-    const DibLock lock(picture);
-    if (!lock)
-        return E_OUTOFMEMORY;
-    if (lock.Layout().depth <= 8)
-        BendColours(lock.Colours(), curve);
-    else
-        BendPixels(lock, curve);
+/// Has @p work change a picture whose values can be bent where they are: pixels of 16 bits are widened first.
+template <class Work>
+HRESULT Change(PackedDib& picture, Work work) {
+    const bool packed = picture.Layout().depth == 16;
+    PackedDib wide = packed ? Widened(picture) : PackedDib();
+    {
+        const DibLock lock(packed ? wide : picture);
+        if (!lock)
+            return E_OUTOFMEMORY;
+        work(lock);
+    }
+    if (packed)
+        picture = std::move(wide);
     return S_OK;
 }
 
-HRESULT Bend(PackedDib& picture, const Curve& curve) {
-    if (picture.Layout().depth != 16)
-        return BendInPlace(picture, curve);
-    PackedDib wide = Widened(picture);
-    const HRESULT result = BendInPlace(wide, curve);
-    if (SUCCEEDED(result))
-        picture = std::move(wide);
-    return result;
+void Bend(const DibLock& picture, const Curve& curve) {
+    if (picture.Layout().depth <= 8)
+        BendColours(picture.Colours(), curve);
+    else
+        BendPixels(picture, curve);
 }
 
-// ---- Equalize ----
+HRESULT Bend(PackedDib& picture, const Curve& curve) {
+    return Change(picture, [&curve](const DibLock& lock) { Bend(lock, curve); });
+}
 
 /// How many pixels have each luminance.
 using Histogram = std::array<std::uint64_t, 256>;
@@ -153,19 +157,7 @@ HRESULT Posterize(PackedDib& picture, SHORT levels) {
 }
 
 HRESULT Equalize(PackedDib& picture) {
-    PackedDib wide = picture.Layout().depth == 16 ? Widened(picture) : PackedDib();
-    PackedDib& bent = picture.Layout().depth == 16 ? wide : picture;
-    Histogram counts;
-    {
-        const DibLock lock(bent);
-        if (!lock)
-            return E_OUTOFMEMORY;
-        counts = HistogramOf(lock);
-    }
-    const HRESULT result = Bend(bent, EqualizingCurve(counts));
-    if (SUCCEEDED(result) && wide)
-        picture = std::move(wide);
-    return result;
+    return Change(picture, [](const DibLock& lock) { Bend(lock, EqualizingCurve(HistogramOf(lock))); });
 }
 
 } // namespace kel::toolkit::effects

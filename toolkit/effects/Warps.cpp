@@ -75,11 +75,15 @@ HRESULT Warp(PackedDib& picture, std::int64_t width, std::int64_t height, Map ma
     });
 }
 
-Place Turned(const Place& place, double radians) {
-    const double sine = std::sin(radians);
-    const double cosine = std::cos(radians);
-    return {place.x * cosine - place.y * sine, place.x * sine + place.y * cosine};
-}
+/// Turns places around the middle.
+struct Turn {
+    double cosine, sine;
+
+    explicit Turn(double radians) : cosine(std::cos(radians)), sine(std::sin(radians)) {}
+    Place operator()(const Place& place) const {
+        return {place.x * cosine - place.y * sine, place.x * sine + place.y * cosine};
+    }
+};
 
 /// Warps what lies within the largest circle around the middle: `map(place, distance)`, the distance being 1 on the
 /// circle.
@@ -102,18 +106,15 @@ HRESULT WarpDistances(PackedDib& picture, Rule rule) {
 }
 
 /// The side that a turned picture takes. What is no more than rounding does not add a pixel.
-double TurnedSide(double along, double across, double cosine, double sine) {
-    return std::ceil(along * std::abs(cosine) + across * std::abs(sine) - 1e-6);
+std::int64_t TurnedSide(int along, int across, const Turn& turn) {
+    return static_cast<std::int64_t>(std::ceil(along * std::abs(turn.cosine) + across * std::abs(turn.sine) - 1e-6));
 }
 
 HRESULT TurnFreely(PackedDib& picture, double radians) {
-    const double cosine = std::cos(radians);
-    const double sine = std::sin(radians);
-    const double width = TurnedSide(picture.Layout().width, picture.Layout().height, cosine, sine);
-    const double height = TurnedSide(picture.Layout().height, picture.Layout().width, cosine, sine);
-    return Warp(picture, static_cast<std::int64_t>(width), static_cast<std::int64_t>(height), [=](const Place& place) {
-        return Place{place.x * cosine - place.y * sine, place.x * sine + place.y * cosine};
-    });
+    const Turn turn(radians);
+    const int width = picture.Layout().width;
+    const int height = picture.Layout().height;
+    return Warp(picture, TurnedSide(width, height, turn), TurnedSide(height, width, turn), turn);
 }
 
 } // namespace
@@ -133,7 +134,7 @@ HRESULT Swirl(PackedDib& picture, double angle) {
         return E_INVALIDARG;
     const double radians = angle * std::numbers::pi / 180;
     return WarpCircle(picture, [radians](const Place& place, double distance) {
-        return Turned(place, radians * (1 - distance) * (1 - distance));
+        return Turn(radians * (1 - distance) * (1 - distance))(place);
     });
 }
 

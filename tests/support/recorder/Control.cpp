@@ -1,5 +1,6 @@
 #include "tests/support/recorder/Control.h"
 
+#include "tests/support/Blocks.h"
 #include "tests/support/recorder/Dib.h"
 #include "tests/support/recorder/Journal.h"
 
@@ -7,6 +8,10 @@
 #include <utility>
 
 namespace kel::recorder {
+
+using test::BlockOf;
+using test::BytesOf;
+
 namespace {
 
 std::string ContentOf(BSTR path) {
@@ -104,7 +109,7 @@ HRESULT Control::CreateBlank(WORD width, WORD height, LONG depth, LONG) {
 }
 
 HRESULT Control::CopyDibHandle(HGLOBAL* block) {
-    *block = m_picture ? BlockOf(BytesOf(m_picture)) : nullptr;
+    *block = m_picture ? BlockOf(BytesOf<std::string>(m_picture)) : nullptr;
     return S_OK;
 }
 
@@ -117,7 +122,7 @@ HRESULT Control::Save() {
     const SHORT ordered = TheJournal().status;
     EndSave();
     m_status = ordered != Recorder::kByMerit ? ordered : toolkit::kLoaded;
-    m_saved = BlockOf("DIB" + BytesOf(m_picture));
+    m_saved = BlockOf("DIB" + BytesOf<std::string>(m_picture));
     return S_OK;
 }
 
@@ -154,12 +159,12 @@ HRESULT Control::Undo() {
 
 void Control::KeepForUndo() {
     if (m_undoEnabled)
-        m_before = BytesOf(m_picture);
+        m_before = BytesOf<std::string>(m_picture);
 }
 
 HRESULT Control::Change() {
     KeepForUndo();
-    std::string dib = BytesOf(m_picture);
+    std::string dib = BytesOf<std::string>(m_picture);
     if (dib.empty())
         return S_FALSE;
     dib.back() = static_cast<char>(~dib.back());
@@ -169,7 +174,7 @@ HRESULT Control::Change() {
 
 HRESULT Control::Rescale(WORD width, WORD height) {
     KeepForUndo();
-    const std::string dib = BytesOf(m_picture);
+    const std::string dib = BytesOf<std::string>(m_picture);
     BITMAPINFOHEADER header;
     if (dib.size() < sizeof header)
         return S_FALSE;

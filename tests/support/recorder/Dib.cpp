@@ -1,30 +1,11 @@
 #include "tests/support/recorder/Dib.h"
 
+#include "tests/support/Blocks.h"
+
 #include <cstdio>
 #include <cstring>
 
 namespace kel::recorder {
-
-HGLOBAL BlockOf(const std::string& bytes) {
-    const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, bytes.size());
-    if (!block)
-        return nullptr;
-    void* const memory = GlobalLock(block);
-    if (!memory)
-        return GlobalFree(block);
-    std::memcpy(memory, bytes.data(), bytes.size());
-    GlobalUnlock(block);
-    return block;
-}
-
-std::string BytesOf(HGLOBAL block) {
-    const void* const memory = block ? GlobalLock(block) : nullptr;
-    if (!memory)
-        return {};
-    std::string bytes(static_cast<const char*>(memory), GlobalSize(block));
-    GlobalUnlock(block);
-    return bytes;
-}
 
 std::string PackedDib(int width, int height, int depth, bool blank) {
     BITMAPINFOHEADER header = {};
@@ -43,7 +24,7 @@ std::string PackedDib(int width, int height, int depth, bool blank) {
 }
 
 std::string DescribeDib(HGLOBAL block) {
-    const std::string dib = BytesOf(block);
+    const std::string dib = test::BytesOf<std::string>(block);
     BITMAPINFOHEADER header;
     if (dib.size() < sizeof header)
         return "0";

@@ -6,11 +6,6 @@
 
 namespace kel::recorder {
 
-/// A block with a copy of @p bytes; null when there is no memory.
-HGLOBAL BlockOf(const std::string& bytes);
-/// A block's bytes; none for null.
-std::string BytesOf(HGLOBAL block);
-
 /// A packed bitmap with the pattern in colour table and pixels, or with zeros.
 std::string PackedDib(int width, int height, int depth, bool blank = false);
 /// "4x3x24", "0" for no block.
