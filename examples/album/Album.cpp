@@ -112,7 +112,11 @@ void StoredPicture::Drop() {
 }
 
 Picture::Picture(const XPDib& picture)
-    : size(picture.GetDimension()), depth(picture.GetBitsPerPixel()), thumbnail(ThumbnailOf(picture)), whole(picture) {}
+    : size(picture.GetDimension()), depth(picture.GetBitsPerPixel()), thumbnail(ThumbnailOf(picture)), whole(picture) {
+    // A picture whose memory the system does not show tells no measures.
+    if (size.cx == 0 || size.cy == 0 || depth == 0)
+        throw Failure{"its pixels cannot be read"};
+}
 
 void Picture::Read(SerializingInputStream& stream, short) {
     stream >> size.cx >> size.cy >> depth;

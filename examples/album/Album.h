@@ -52,7 +52,7 @@ public:
 
     Picture() = default;
     /// Stores @p whole, with its measures and a thumbnail.
-    /// @throws as StoredPicture.
+    /// @throws Failure if the system does not show its pixels; as StoredPicture.
     explicit Picture(const XPDib& whole);
 
     void Read(SerializingInputStream& stream, short version) override;

@@ -97,6 +97,8 @@ void Packer::Store(std::size_t place, const Loaded& loaded) {
     }
     try {
         result.picture.reset(new Picture(loaded.picture));
+    } catch (const Failure& failure) {
+        result.reason = failure.line;
     } catch (const StreamBase::Exception& error) {
         result.reason = FirstLine(error.message);
     } catch (const _com_error& error) {
