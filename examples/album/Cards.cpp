@@ -16,7 +16,7 @@ WideString Number(long long value) {
 
 WideString DetailsOf(const Picture& picture) {
     return Number(picture.size.cx) + u" \u00D7 "_w + Number(picture.size.cy) + u" \u00B7 "_w + Number(picture.depth) +
-           (picture.depth == 1 ? u" bit"_w : u" bits"_w);
+           u"-bit"_w;
 }
 
 /// Resamples a picture that is to be drawn at @p factor, below 1, of its size.
@@ -39,18 +39,30 @@ struct Factors {
     }
 };
 
-XPDib PictureFor(const Entry& entry, const Size& area, IBitmap::BM_Mode mode) {
+void Prepare(XPDib& picture, const Size& area, IBitmap::BM_Mode mode) {
     const Rect target(0, 0, area.cx, area.cy);
-    XPDib picture = mode == IBitmap::BM_Center ? entry.Whole() : entry.Thumbnail();
-    if (picture.IsEmpty())
-        return picture;
     const Factors factors(picture.GetDimension(), area);
-    if (mode == IBitmap::BM_Fill)
-        Reduce(picture, factors.cover);
-    else if (mode == IBitmap::BM_Tile)
-        Reduce(picture, factors.fit / 2); // twice side by side at least
-    else
+    switch (mode) {
+    case IBitmap::BM_Fit:
+        return Reduce(picture, factors.fit);
+    case IBitmap::BM_Fill:
+        return Reduce(picture, factors.cover);
+    case IBitmap::BM_Tile:
+        return Reduce(picture, factors.fit / 2); // at least twice side by side
+    default:
         picture.Prescale(target, mode, kAsItIs, /*limit*/ mode == IBitmap::BM_Center ? 2.0 : 1.0);
+    }
+}
+
+XPDib PictureFor(const Entry& entry, const Size& area, IBitmap::BM_Mode mode) {
+    XPDib picture = mode == IBitmap::BM_Center ? entry.Whole() : entry.Thumbnail();
+    try {
+        if (!picture.IsEmpty())
+            Prepare(picture, area, mode);
+    } catch (const _com_error& error) {
+        throw Failure{Shown(entry.name) +
+                      ": cannot be resampled: " + SystemText(static_cast<unsigned long>(error.Error()))};
+    }
     return picture;
 }
 

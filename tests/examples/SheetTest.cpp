@@ -1,0 +1,74 @@
+#include "Commands.h"
+#include "Page.h"
+
+#include "tests/support/TempFolder.h"
+
+#include <doctest/doctest.h>
+#include <kelcore/file.h>
+#include <kelcore/text.h>
+
+using namespace kelalbum;
+
+namespace {
+
+constexpr unsigned char kGrey = 77;
+constexpr COLORREF kMark = RGB(kGrey, kGrey, kGrey);
+
+Card CardOf(const Size& size, int depth, unsigned char bytes, IBitmap::BM_Mode mode) {
+    XPDib picture;
+    picture.CreateBitmap(size, depth);
+    picture.ClearSurface(bytes);
+    const Owned<kelalbum::Picture> stored(new kelalbum::Picture(picture));
+    Entry entry;
+    entry.name = u"a name that is too long for the card it stands on"_w;
+    entry.picture = stored.get();
+    return MakeCard(entry, Page::kPicture, mode);
+}
+
+// Which places of the first card's area show the picture: the corner, the left edge, the top edge, the middle.
+std::string Shown(const Size& size, IBitmap::BM_Mode mode) {
+    Page page(u"title"_w, u"note"_w, 1);
+    page.Add(CardOf(size, 24, kGrey, mode), mode);
+    constexpr POINT kCorner = {42, 126};
+    std::string shown;
+    for (const auto& [dx, dy, letter] : {std::tuple(0, 0, 'c'), {0, 60, 'l'}, {90, 0, 't'}, {90, 60, 'm'}})
+        shown += page.Picture().GetPixel(kCorner.x + dx, kCorner.y + dy) == kMark ? letter : '-';
+    return shown;
+}
+
+} // namespace
+
+TEST_CASE("a card shows its picture by the mode of the sheet") {
+    struct Case {
+        IBitmap::BM_Mode mode;
+        const char* wide;
+        const char* tall;
+    };
+    for (const auto& [mode, wide, tall] :
+         {Case{IBitmap::BM_Fit, "-l-m", "--tm"}, Case{IBitmap::BM_Fill, "cltm", "cltm"},
+          Case{IBitmap::BM_Center, "-l-m", "--tm"}, Case{IBitmap::BM_Stretch, "cltm", "cltm"},
+          Case{IBitmap::BM_Tile, "cltm", "cltm"}}) {
+        CAPTURE(mode);
+        CHECK(Shown(Size(400, 100), mode) == wide);
+        CHECK(Shown(Size(100, 400), mode) == tall);
+        CHECK_NOTHROW(Shown(Size(1, 2000), mode));
+    }
+}
+
+TEST_CASE("the ground shows through pictures with alpha; a fourth byte of 0 throughout is none") {
+    Page page(u""_w, u""_w, 2);
+    page.Add(CardOf(Size(180, 120), 32, 128, IBitmap::BM_Fit), IBitmap::BM_Fit);
+    page.Add(CardOf(Size(180, 120), 32, 0, IBitmap::BM_Fit), IBitmap::BM_Fit);
+    CHECK(page.Picture().GetPixel(44, 128) != page.Picture().GetPixel(52, 128));
+    CHECK(page.Picture().GetPixel(44 + 212, 128) == RGB(0, 0, 0));
+    CHECK(page.Picture().GetPixel(52 + 212, 128) == RGB(0, 0, 0));
+}
+
+TEST_CASE("a sheet is as high as its rows, and nothing is written without its mode or its folder") {
+    CHECK(Page(u""_w, u""_w, 4).Picture().GetDimension().cy < Page(u""_w, u""_w, 5).Picture().GetDimension().cy);
+    const TempFolder folder;
+    const WideString out = folder.Path("sheet.png");
+    CHECK_THROWS_AS(Sheet({{folder.Path("a.album"), out}, {{"--mode", u"wide"_w}}}), Misuse);
+    CHECK_THROWS_AS(Sheet({{folder.Path("a.album"), out}, {}}), Failure);
+    CHECK_FALSE(File::FileExists(out));
+}
