@@ -34,7 +34,8 @@ inline toolkit::Block PictureOf(toolkit::IControl* control) {
     return AskToolkit(control, toolkit::GetDibHandle);
 }
 
-/// Width and height of the control's picture, whatever the order of its rows; (0, 0) without one, and without a control.
+/// Width and height of the control's picture, whatever the order of its rows; (0, 0) without one, and without a
+/// control.
 Size SizeOfPicture(toolkit::IControl* control);
 
 inline SHORT LoadStatusOf(toolkit::IControl* control) {

@@ -246,7 +246,7 @@ TEST_CASE("undo brings back the picture before the last effect, once, while it i
 }
 
 TEST_CASE("a failing call of the system costs no picture, spoils none and leaves nothing behind") {
-    HRESULT (*const works[])
+    HRESULT(*const works[])
     (const Control&) = {
         [](const Control& c) { return c(toolkit::Negate); },
         [](const Control& c) { return c(toolkit::Mirror); },
