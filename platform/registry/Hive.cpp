@@ -14,8 +14,9 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// A process that holds the hive for so long is stopped or stuck.
-constexpr auto kPatience = std::chrono::seconds(30);
+// A process that holds the hive for so long is stopped or stuck. One that begins a new log waits for the disk
+// meanwhile, which takes many seconds when others keep the disk busy.
+constexpr auto kPatience = std::chrono::seconds(60);
 
 // Turns are short: waiting begins with giving up the processor and grows to a millisecond, by an odd step so that
 // processes that wait together do not come back together.
@@ -53,12 +54,8 @@ Hive::~Hive() {
 void Hive::Connect(const std::string& path, bool check) {
     if (!m_inMemory)
         PrepareHiveFile(path);
-    sqlite3* database = nullptr;
-    const int code =
-        sqlite3_open_v2(path.c_str(), &database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE,
-                        /*file system*/ nullptr);
-    m_database.reset(database);
-    RequireSqlite(code);
+    m_database = OpenDatabase(path);
+    sqlite3* const database = m_database.get();
     Configure();
     if (!m_inMemory && check)
         CheckPages(database);

@@ -54,10 +54,6 @@ public:
     void KeepFilesOnClose(bool keep);
 
 private:
-    struct Closer {
-        void operator()(sqlite3* database) const { sqlite3_close_v2(database); }
-    };
-
     void Connect(const std::string& path, bool check);
     void Configure();
     void EnterWalMode();
@@ -93,7 +89,7 @@ private:
     }
 
     const bool m_inMemory;
-    std::unique_ptr<sqlite3, Closer> m_database;
+    Database m_database;
     std::map<const char*, Statement> m_statements; // keyed by the literal itself
     WalIndex m_index;
 };

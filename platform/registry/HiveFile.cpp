@@ -1,7 +1,7 @@
 #include "platform/registry/HiveFile.h"
 
 #include "platform/kernel/LastError.h"
-#include "platform/registry/Sqlite.h"
+#include "platform/registry/HiveSchema.h"
 
 #include <array>
 #include <cstdlib>
@@ -71,12 +71,35 @@ std::int64_t Field(const Header& header, std::size_t offset) {
     return value;
 }
 
-// The file's name outlasts a loss of power only with its folder.
-void MakeEmptyFile(const std::string& path, const std::string& folder) {
-    const Descriptor made(
-        Uninterrupted([&] { return open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR); }));
-    if (made == -1 && errno != EEXIST)
+bool WriteAll(int file, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = Uninterrupted([&] { return write(file, bytes.data(), bytes.size()); });
+        if (count == -1)
+            return false;
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return true;
+}
+
+bool NameOnce(const std::string& from, const std::string& to) {
+    return renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0 || errno == EEXIST;
+}
+
+// A hive gets its name when it is whole and has reached the disk: nobody waits for the disk while he holds it, and
+// nobody sees half of it. If several processes make it at once, one of them is the first.
+void MakeHive(const std::string& path, const std::string& folder) {
+    const std::string bytes = NewHive();
+    std::string made = path + ".XXXXXX";
+    const Descriptor file(mkostemp(made.data(), O_CLOEXEC));
+    if (file == -1)
         RefuseFromHost();
+    const bool named = WriteAll(file, bytes) && fsync(file) == 0 && NameOnce(made, path);
+    const int error = errno;
+    unlink(made.c_str()); // unless it has its name
+    if (!named) {
+        errno = error;
+        RefuseFromHost();
+    }
     const Descriptor entry(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (entry != -1)
         fsync(entry);
@@ -125,7 +148,7 @@ void PrepareHiveFile(const std::string& path) {
     if (access((folder + '/').c_str(), W_OK | X_OK) != 0) // SQLite makes two files beside this one
         RefuseFromHost();
     if (stat(path.c_str(), &facts) != 0)
-        MakeEmptyFile(path, folder);
+        MakeHive(path, folder);
     else if (!S_ISREG(facts.st_mode))
         Refuse(ERROR_NOT_REGISTRY_FILE);
     if (access(path.c_str(), R_OK | W_OK) != 0)

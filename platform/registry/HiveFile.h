@@ -20,7 +20,7 @@ inline constexpr std::int64_t kHiveVersion = 1;
 /// The host path that KELCORE_REGISTRY names, or that of the user's own hive, whose folder is made if it is missing.
 std::string DefaultHivePath();
 
-/// Makes an empty file, readable by the user alone, if there is none, and looks at the header of one that holds
+/// Makes a new hive, readable by the user alone, if there is no file, and looks at the header of one that holds
 /// something, without changing it.
 /// @throws RegistryFailure if the file cannot be used, is none of ours, or is of a later version.
 void PrepareHiveFile(const std::string& path);

@@ -106,6 +106,19 @@ std::string ReadBootIdentifier() {
 
 } // namespace
 
+std::string NewHive() {
+    const Database database = OpenDatabase(kMemoryHive);
+    PrepareTables(database.get());
+    sqlite3_int64 size = 0;
+    const std::unique_ptr<unsigned char, decltype(&sqlite3_free)> bytes(
+        sqlite3_serialize(database.get(), "main", &size, /*flags*/ 0), sqlite3_free);
+    if (!bytes)
+        throw std::bad_alloc();
+    std::string image(reinterpret_cast<const char*>(bytes.get()), static_cast<std::size_t>(size));
+    image[18] = image[19] = 2; // what writers and readers have to know: there is a log
+    return image;
+}
+
 void PrepareTables(sqlite3* database) {
     if (IsEmpty(database))
         MakeTablesOnce(database);

@@ -18,6 +18,9 @@ enum BuiltInKey : std::int64_t {
     kLastBuiltIn = kCurrentConfig,
 };
 
+/// The bytes of a new hive's file.
+std::string NewHive();
+
 /// Makes the tables of an empty database, or waits until another process has made them, and checks that they are
 /// exactly those of this version. Tables of another making could run code of theirs (triggers, views) or refuse values.
 /// @throws RegistryFailure, SqliteFailure

@@ -54,6 +54,16 @@ void RequireSqlite(int code) {
         throw SqliteFailure{code};
 }
 
+Database OpenDatabase(const std::string& path) {
+    sqlite3* opened = nullptr;
+    const int code =
+        sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE,
+                        /*file system*/ nullptr);
+    Database database(opened); // there is one to close after a failure, too
+    RequireSqlite(code);
+    return database;
+}
+
 Statement::Statement(sqlite3* database, const char* sql) {
     RequireSqlite(sqlite3_prepare_v3(database, sql, /*to the NUL*/ -1, SQLITE_PREPARE_PERSISTENT, &m_statement,
                                      /*tail*/ nullptr));

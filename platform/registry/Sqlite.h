@@ -7,6 +7,7 @@
 
 #include <sqlite3.h>
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -32,6 +33,17 @@ struct SqliteFailure {
 
 /// @throws SqliteFailure unless @p code means success.
 void RequireSqlite(int code);
+
+struct DatabaseCloser {
+    void operator()(sqlite3* database) const { sqlite3_close_v2(database); }
+};
+
+/// A connection.
+using Database = std::unique_ptr<sqlite3, DatabaseCloser>;
+
+/// Connects with a file that exists, or with a new database in memory, for use by one thread at a time.
+/// @throws SqliteFailure
+Database OpenDatabase(const std::string& path);
 
 /// Bytes as a parameter; a std::string_view is a text.
 struct Blob {

@@ -60,25 +60,6 @@ HBRUSH RandomPattern(Random& random) {
 
 } // namespace
 
-Random::Random(std::uint32_t seed) : m_state(seed * 0x9E3779B97F4A7C15ull + 0x1234567) {
-    for (int i = 0; i < 4; ++i)
-        Next();
-}
-
-// PCG: a linear generator whose output is permuted.
-std::uint32_t Random::Next() {
-    const std::uint64_t old = m_state;
-    m_state = old * 6364136223846793005ull + 1442695040888963407ull;
-    const auto shifted = static_cast<std::uint32_t>((old >> 18 ^ old) >> 27);
-    const auto turn = static_cast<int>(old >> 59);
-    return shifted >> turn | shifted << (-turn & 31);
-}
-
-int Random::Depth() {
-    static constexpr std::array<int, 6> kDepths = {1, 4, 8, 16, 24, 32};
-    return kDepths[Below(kDepths.size())];
-}
-
 Canvas Canvas::Target(Random& random) {
     return Source(random);
 }

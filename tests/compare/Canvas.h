@@ -3,31 +3,12 @@
 /// @file
 /// What the drawing cases draw on and from: a bitmap of any kind in a memory context, filled from a seed.
 
-#include <kelcore/platform.h>
+#include "tests/compare/Cases.h"
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
 namespace kel::compare {
-
-/// A small generator of numbers, the same on every system.
-class Random {
-public:
-    explicit Random(std::uint32_t seed);
-
-    std::uint32_t Next();
-    std::uint32_t Below(std::uint32_t bound) { return Next() % bound; }
-    int Between(int least, int most) {
-        return least + static_cast<int>(Below(static_cast<std::uint32_t>(most - least + 1)));
-    }
-    COLORREF Colour() { return Next() & 0xFFFFFF; }
-    /// A depth of DIBs.
-    int Depth();
-
-private:
-    std::uint64_t m_state;
-};
 
 class Canvas {
 public:

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
 namespace {
 
@@ -392,11 +391,6 @@ void RunCase(int number, bool dump) {
 
 } // namespace
 
-int main(int count, char** arguments) {
-    const bool dump = count > 1 && std::strcmp(arguments[count - 1], "--dump") == 0;
-    const int cases = count > 1 && arguments[1][0] != '-' ? std::atoi(arguments[1]) : kDefaultCount;
-    const int first = count > 2 && arguments[2][0] != '-' ? std::atoi(arguments[2]) : 1;
-    for (int number = first; number < first + cases; ++number)
-        RunCase(number, dump);
-    return 0;
+int main(int argc, char** argv) {
+    return kel::compare::RunCases(argc, argv, kDefaultCount, RunCase);
 }

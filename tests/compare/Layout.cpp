@@ -1,9 +1,7 @@
 // Measures and lays out seeded texts with Win32 calls alone and prints a line for each, so that two systems can be
 // compared. usage: layout_cases COUNT FONTFILE (a path of the host to Liberation Sans)
 
-#include <kelcore/platform.h>
-
-#include "tests/compare/Canvas.h"
+#include "tests/compare/Cases.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -24,44 +22,22 @@ constexpr char kLetters[] = "BCDEGHILMNOPQRSUZbcdeghilmnopqsuvxyz";
 
 /// A context with a picture of 32 bits a pixel. Text and background have the same colour, so that the picture shows
 /// where the cells of texts are, and nothing of how their letters are drawn.
-class Page {
+class Page : public kel::compare::Sheet {
 public:
-    Page() : m_dc(CreateCompatibleDC(nullptr)) {
-        BITMAPINFO info{};
-        info.bmiHeader.biSize = sizeof info.bmiHeader;
-        info.bmiHeader.biWidth = kWidth;
-        info.bmiHeader.biHeight = -kHeight;
-        info.bmiHeader.biPlanes = 1;
-        info.bmiHeader.biBitCount = 32;
-        void* bits = nullptr;
-        m_bitmap = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-        m_pixels = static_cast<DWORD*>(bits);
-        SelectObject(m_dc, m_bitmap);
-        SetTextColor(m_dc, RGB(255, 255, 255));
-        SetBkColor(m_dc, RGB(255, 255, 255));
-    }
-    Page(const Page&) = delete;
-    Page& operator=(const Page&) = delete;
-    ~Page() {
-        DeleteDC(m_dc);
-        DeleteObject(m_bitmap);
+    Page() : Sheet(kWidth, kHeight) {
+        SetTextColor(Dc(), RGB(255, 255, 255));
+        SetBkColor(Dc(), RGB(255, 255, 255));
     }
 
-    HDC Dc() const { return m_dc; }
-    void Clear() { std::memset(m_pixels, 0, sizeof(DWORD) * kWidth * kHeight); }
+    void Clear() { std::memset(Pixels(), 0, sizeof(DWORD) * kWidth * kHeight); }
 
     /// A number for what is covered (FNV-1a).
     DWORD Covered() const {
         DWORD hash = 2166136261u;
         for (int i = 0; i < kWidth * kHeight; ++i)
-            hash = (hash ^ (m_pixels[i] != 0 ? 1u : 0u)) * 16777619u;
+            hash = (hash ^ (Pixels()[i] != 0 ? 1u : 0u)) * 16777619u;
         return hash;
     }
-
-private:
-    HDC m_dc;
-    HBITMAP m_bitmap;
-    DWORD* m_pixels;
 };
 
 /// A font that is selected while it lives.

@@ -1,72 +1,43 @@
 // Draws seeded lines, shapes, fills, frames and paths with Win32 calls alone and prints a line and a checksum for each,
 // so that two systems can be compared. usage: line_cases [COUNT [FIRST]] [--dump]
 
-#include <kelcore/platform.h>
-
-#include "tests/compare/Canvas.h"
+#include "tests/compare/Cases.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <iterator>
+#include <string>
 #include <utility>
 
 namespace {
 
 using kel::compare::Random;
+using kel::compare::Sheet;
 
 constexpr int kDefaultCount = 4000;
 constexpr int kWidth = 60;
 constexpr int kHeight = 44;
 
-/// Pixels of 32 bits that are drawn on.
-class Sheet {
-public:
-    explicit Sheet(Random& random) : m_dc(CreateCompatibleDC(nullptr)) {
-        BITMAPINFO info = {};
-        info.bmiHeader.biSize = sizeof info.bmiHeader;
-        info.bmiHeader.biWidth = kWidth;
-        info.bmiHeader.biHeight = -kHeight;
-        info.bmiHeader.biPlanes = 1;
-        info.bmiHeader.biBitCount = 32;
-        void* pixels = nullptr;
-        m_bitmap = CreateDIBSection(m_dc, &info, DIB_RGB_COLORS, &pixels, nullptr, 0);
-        m_pixels = static_cast<DWORD*>(pixels);
-        const DWORD colours[] = {random.Colour(), random.Colour()};
-        for (int i = 0; i < kWidth * kHeight; ++i)
-            m_pixels[i] = colours[i % kWidth / 7 % 2];
-        m_before = SelectObject(m_dc, m_bitmap);
-    }
-    Sheet(const Sheet&) = delete;
-    Sheet& operator=(const Sheet&) = delete;
-    ~Sheet() {
-        SelectObject(m_dc, m_before);
-        DeleteDC(m_dc);
-        DeleteObject(m_bitmap);
-    }
+void Stripe(Random& random, Sheet& sheet) {
+    const DWORD colours[] = {random.Colour(), random.Colour()};
+    for (int i = 0; i < kWidth * kHeight; ++i)
+        sheet.Pixels()[i] = colours[i % kWidth / 7 % 2];
+}
 
-    HDC Dc() const { return m_dc; }
+DWORD Checksum(const Sheet& sheet) {
+    GdiFlush();
+    DWORD sum = 0x811C9DC5;
+    for (int i = 0; i < kWidth * kHeight; ++i)
+        sum = (sum ^ (sheet.Pixels()[i] & 0xFFFFFF)) * 0x01000193 + (sum >> 15);
+    return sum;
+}
 
-    /// Of the colours; what operations make of the fourth byte is nobody's business.
-    DWORD Checksum() const {
-        GdiFlush();
-        DWORD sum = 0x811C9DC5;
-        for (int i = 0; i < kWidth * kHeight; ++i)
-            sum = (sum ^ (m_pixels[i] & 0xFFFFFF)) * 0x01000193 + (sum >> 15);
-        return sum;
-    }
-
-    void Dump() const {
-        for (int i = 0; i < kWidth * kHeight; ++i)
-            std::printf("%06X%s", static_cast<unsigned>(m_pixels[i] & 0xFFFFFF), i % kWidth == kWidth - 1 ? "\n" : " ");
-    }
-
-private:
-    HDC m_dc;
-    HBITMAP m_bitmap;
-    HGDIOBJ m_before;
-    DWORD* m_pixels = nullptr;
-};
+void Dump(const Sheet& sheet) {
+    for (int y = 0; y < kHeight; ++y)
+        for (int x = 0; x < kWidth; ++x)
+            std::printf("%06X%s", static_cast<unsigned>(sheet.At(x, y)), x == kWidth - 1 ? "\n" : " ");
+}
 
 POINT RandomPoint(Random& random) {
     const int beyond = random.Below(4) == 0 ? 30 : 0;
@@ -357,25 +328,21 @@ std::string Paths(Random& random, HDC dc) {
 
 void Run(int number, bool dump) {
     Random random(static_cast<std::uint32_t>(number) + 50000);
-    const Sheet sheet(random);
+    Sheet sheet(kWidth, kHeight);
+    Stripe(random, sheet);
     const std::string state = ChooseState(random, sheet.Dc());
     static constexpr std::string (*kKinds[])(Random&, HDC) = {Lines,    Lines,  Straight, Shapes, Shapes,
                                                               Polygons, Frames, Edges,    Paths};
     const std::string name = kKinds[random.Below(std::size(kKinds))](random, sheet.Dc());
     Finish(sheet.Dc());
-    std::printf("%d %s%s %08X\n", number, name.c_str(), state.c_str(), static_cast<unsigned>(sheet.Checksum()));
+    std::printf("%d %s%s %08X\n", number, name.c_str(), state.c_str(), static_cast<unsigned>(Checksum(sheet)));
     if (dump)
-        sheet.Dump();
+        Dump(sheet);
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    const bool dump = argc > 1 && std::strcmp(argv[argc - 1], "--dump") == 0;
-    const int count = argc > 1 ? std::atoi(argv[1]) : kDefaultCount;
-    const int first = argc > 2 ? std::atoi(argv[2]) : 0;
     SetColours();
-    for (int number = first; number < first + count; ++number)
-        Run(number, dump);
-    return 0;
+    return kel::compare::RunCases(argc, argv, kDefaultCount, Run);
 }

@@ -3,18 +3,17 @@
 //
 // A case is two lines: the mapping with some points, and one drawing or clipping call with the pixels it changes.
 
-#include <kelcore/platform.h>
-
-#include "tests/compare/Canvas.h"
+#include "tests/compare/Cases.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <string>
 
 namespace {
 
 using kel::compare::Random;
+using kel::compare::Sheet;
 
 constexpr int kDefaultCount = 4000;
 constexpr int kWidth = 64;
@@ -27,61 +26,27 @@ std::string Text(const char* name, std::initializer_list<long long> values) {
     return text;
 }
 
-/// A memory context with a black picture of 32 bits a pixel.
-class Picture {
-public:
-    Picture() : m_dc(CreateCompatibleDC(nullptr)) {
-        m_info.bmiHeader.biSize = sizeof m_info.bmiHeader;
-        m_info.bmiHeader.biWidth = kWidth;
-        m_info.bmiHeader.biHeight = -kHeight;
-        m_info.bmiHeader.biPlanes = 1;
-        m_info.bmiHeader.biBitCount = 32;
-        void* memory = nullptr;
-        m_bitmap = CreateDIBSection(m_dc, &m_info, DIB_RGB_COLORS, &memory, nullptr, 0);
-        m_pixels = static_cast<DWORD*>(memory);
-        SelectObject(m_dc, m_bitmap);
-    }
-    Picture(const Picture&) = delete;
-    Picture& operator=(const Picture&) = delete;
-    ~Picture() {
-        DeleteDC(m_dc);
-        DeleteObject(m_bitmap);
-    }
+/// Every pixel another colour.
+void Number(Sheet& sheet) {
+    for (int i = 0; i < kWidth * kHeight; ++i)
+        sheet.Pixels()[i] = static_cast<DWORD>(0x10101 + i * 5);
+}
 
-    HDC Dc() const { return m_dc; }
-    const BITMAPINFO* Info() const { return &m_info; }
-    const void* Bits() const { return m_pixels; }
-    DWORD& At(int x, int y) { return m_pixels[y * kWidth + x]; }
-
-    /// Every pixel another colour.
-    void Number() {
-        for (int i = 0; i < kWidth * kHeight; ++i)
-            m_pixels[i] = static_cast<DWORD>(0x10101 + i * 5);
-    }
-
-    /// The box of what was drawn, and a sum of its colours.
-    std::string Changes(bool boxAlone) {
-        GdiFlush();
-        RECT box{kWidth, kHeight, 0, 0};
-        DWORD sum = 2166136261u;
-        for (LONG y = 0; y < kHeight; ++y)
-            for (LONG x = 0; x < kWidth; ++x) {
-                const DWORD pixel = At(x, y) & 0xFFFFFF;
-                sum = (sum ^ pixel) * 16777619u;
-                if (pixel != 0)
-                    box = {std::min(box.left, x), std::min(box.top, y), std::max(box.right, x + 1),
-                           std::max(box.bottom, y + 1)};
-            }
-        return Text(" drawn(", {box.left, box.top, box.right, box.bottom}) + ") " +
-               (boxAlone ? "" : std::to_string(sum));
-    }
-
-private:
-    HDC m_dc;
-    BITMAPINFO m_info{};
-    HBITMAP m_bitmap;
-    DWORD* m_pixels;
-};
+/// The box of what was drawn, and a sum of its colours.
+std::string Changes(const Sheet& sheet, bool boxAlone) {
+    GdiFlush();
+    RECT box{kWidth, kHeight, 0, 0};
+    DWORD sum = 2166136261u;
+    for (LONG y = 0; y < kHeight; ++y)
+        for (LONG x = 0; x < kWidth; ++x) {
+            const DWORD pixel = sheet.At(x, y);
+            sum = (sum ^ pixel) * 16777619u;
+            if (pixel != 0)
+                box = {std::min(box.left, x), std::min(box.top, y), std::max(box.right, x + 1),
+                       std::max(box.bottom, y + 1)};
+        }
+    return Text(" drawn(", {box.left, box.top, box.right, box.bottom}) + ") " + (boxAlone ? "" : std::to_string(sum));
+}
 
 std::string Change(Random& random, HDC dc) {
     // Wine evens the extents of MM_ISOTROPIC out again when an origin changes.
@@ -128,17 +93,22 @@ std::string RandomMapping(Random& random, HDC dc) {
     return text;
 }
 
+struct Origins {
+    SIZE window{}, viewport{};
+    POINT windowOrigin{}, viewportOrigin{};
+
+    explicit Origins(HDC dc) {
+        GetWindowExtEx(dc, &window);
+        GetViewportExtEx(dc, &viewport);
+        GetWindowOrgEx(dc, &windowOrigin);
+        GetViewportOrgEx(dc, &viewportOrigin);
+    }
+};
+
 std::string State(HDC dc) {
-    SIZE window{};
-    SIZE viewport{};
-    POINT windowOrigin{};
-    POINT viewportOrigin{};
-    GetWindowExtEx(dc, &window);
-    GetViewportExtEx(dc, &viewport);
-    GetWindowOrgEx(dc, &windowOrigin);
-    GetViewportOrgEx(dc, &viewportOrigin);
-    return Text("is ", {GetMapMode(dc), window.cx, window.cy, viewport.cx, viewport.cy, windowOrigin.x, windowOrigin.y,
-                        viewportOrigin.x, viewportOrigin.y});
+    const Origins o(dc);
+    return Text("is ", {GetMapMode(dc), o.window.cx, o.window.cy, o.viewport.cx, o.viewport.cy, o.windowOrigin.x,
+                        o.windowOrigin.y, o.viewportOrigin.x, o.viewportOrigin.y});
 }
 
 /// The mapping of one coordinate. What falls about halfway between two numbers is left out of the comparison: Wine
@@ -154,16 +124,9 @@ struct Scale {
 };
 
 std::pair<Scale, Scale> Scales(HDC dc) {
-    SIZE window{};
-    SIZE viewport{};
-    POINT windowOrigin{};
-    POINT viewportOrigin{};
-    GetWindowExtEx(dc, &window);
-    GetViewportExtEx(dc, &viewport);
-    GetWindowOrgEx(dc, &windowOrigin);
-    GetViewportOrgEx(dc, &viewportOrigin);
-    return {{windowOrigin.x, viewport.cx, window.cx, viewportOrigin.x},
-            {windowOrigin.y, viewport.cy, window.cy, viewportOrigin.y}};
+    const Origins o(dc);
+    return {{o.windowOrigin.x, o.viewport.cx, o.window.cx, o.viewportOrigin.x},
+            {o.windowOrigin.y, o.viewport.cy, o.window.cy, o.viewportOrigin.y}};
 }
 
 std::string Points(Random& random, HDC dc) {
@@ -294,7 +257,7 @@ int Inside(Random& random, int size, int bound) {
     return size < 0 ? start - size - 1 : start;
 }
 
-std::string DrawPicture(Random& random, HDC dc, const Picture& source, const RECT& rect) {
+std::string DrawPicture(Random& random, HDC dc, const Sheet& source, const RECT& rect) {
     const int width = rect.right - rect.left;
     const int height = rect.bottom - rect.top;
     const int kind =
@@ -307,18 +270,18 @@ std::string DrawPicture(Random& random, HDC dc, const Picture& source, const REC
     const int result =
         kind == 0   ? BitBlt(dc, rect.left, rect.top, width, height, from, x, y, SRCCOPY)
         : kind == 1 ? StretchBlt(dc, rect.left, rect.top, width, height, from, x, y, fromWidth, fromHeight, SRCCOPY)
-        : kind == 2 ? StretchDIBits(dc, rect.left, rect.top, width, height, x, 0, fromWidth, fromHeight, source.Bits(),
-                                    source.Info(), DIB_RGB_COLORS, SRCCOPY)
+        : kind == 2 ? StretchDIBits(dc, rect.left, rect.top, width, height, x, 0, fromWidth, fromHeight,
+                                    source.Pixels(), source.Info(), DIB_RGB_COLORS, SRCCOPY)
         : kind == 3
             ? TransparentBlt(dc, rect.left, rect.top, width, height, from, x, y, fromWidth, fromHeight, 0x010101)
         : kind == 4 ? AlphaBlend(dc, rect.left, rect.top, width, height, from, x, y, fromWidth, fromHeight,
                                  {AC_SRC_OVER, 0, 255, 0})
-                    : SetDIBitsToDevice(dc, rect.left, rect.top, 20, 10, 0, 0, 0, kHeight, source.Bits(), source.Info(),
-                                        DIB_RGB_COLORS);
+                    : SetDIBitsToDevice(dc, rect.left, rect.top, 20, 10, 0, 0, 0, kHeight, source.Pixels(),
+                                        source.Info(), DIB_RGB_COLORS);
     return Text("picture(", {kind, x, y, fromWidth, fromHeight, result}) + ")";
 }
 
-std::string Draw(Random& random, HDC dc, const Picture& source, HBRUSH brush) {
+std::string Draw(Random& random, HDC dc, const Sheet& source, HBRUSH brush) {
     const RECT rect = LogicalRect(random, dc);
     const std::string area = Text(" at ", {rect.left, rect.top, rect.right, rect.bottom});
     switch (random.Below(4)) {
@@ -335,9 +298,9 @@ std::string Draw(Random& random, HDC dc, const Picture& source, HBRUSH brush) {
 
 void Run(int number, bool dump) {
     Random random(static_cast<std::uint32_t>(number));
-    Picture target;
-    Picture source;
-    source.Number();
+    Sheet target(kWidth, kHeight);
+    Sheet source(kWidth, kHeight);
+    Number(source);
     const std::string mapping = RandomMapping(random, target.Dc());
     const std::string state = State(target.Dc());
     std::printf("%d %s%s%s\n", number, mapping.c_str(), state.c_str(), Points(random, target.Dc()).c_str());
@@ -347,20 +310,14 @@ void Run(int number, bool dump) {
     DeleteObject(brush);
     // Wine's TransparentBlt drops other pixels than StretchBlt.
     const bool boxAlone = drawn.compare(0, 10, "picture(3,") == 0;
-    std::printf("%d %s %s%s\n", number, drawn.c_str(), state.c_str(), target.Changes(boxAlone).c_str());
+    std::printf("%d %s %s%s\n", number, drawn.c_str(), state.c_str(), Changes(target, boxAlone).c_str());
     for (int y = 0; dump && y < kHeight; ++y, std::printf("\n"))
         for (int x = 0; x < kWidth; ++x)
-            std::printf("%c", target.At(x, y) & 0xFFFFFF ? '#' : '.');
+            std::printf("%c", target.At(x, y) ? '#' : '.');
 }
 
 } // namespace
 
-int main(int count, char** arguments) {
-    const bool dump = count > 1 && std::strcmp(arguments[count - 1], "--dump") == 0;
-    const int numbers = dump ? count - 1 : count;
-    const int cases = numbers > 1 ? std::atoi(arguments[1]) : kDefaultCount;
-    const int first = numbers > 2 ? std::atoi(arguments[2]) : 0;
-    for (int number = first; number < first + cases; ++number)
-        Run(number, dump);
-    return 0;
+int main(int argc, char** argv) {
+    return kel::compare::RunCases(argc, argv, kDefaultCount, Run);
 }

@@ -3,15 +3,14 @@
 //
 // A case is two lines: what a region holds, and how the system cut it into rectangles.
 
-#include <kelcore/platform.h>
-
-#include "tests/compare/Canvas.h"
+#include "tests/compare/Cases.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -255,12 +254,6 @@ void Run(int number, bool dump) {
 
 } // namespace
 
-int main(int count, char** arguments) {
-    const bool dump = count > 1 && std::strcmp(arguments[count - 1], "--dump") == 0;
-    const int numbers = dump ? count - 1 : count;
-    const int cases = numbers > 1 ? std::atoi(arguments[1]) : kDefaultCount;
-    const int first = numbers > 2 ? std::atoi(arguments[2]) : 0;
-    for (int number = first; number < first + cases; ++number)
-        Run(number, dump);
-    return 0;
+int main(int argc, char** argv) {
+    return kel::compare::RunCases(argc, argv, kDefaultCount, Run);
 }

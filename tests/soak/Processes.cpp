@@ -51,12 +51,11 @@ bool Line::Send(long number) const {
     return write(m_ends[1], &number, sizeof number) == sizeof number;
 }
 
-long Line::LastOf(long none) {
-    close(m_ends[1]);
+bool Line::Next(long& number) {
+    if (m_ends[1] != -1)
+        close(m_ends[1]);
     m_ends[1] = -1;
-    for (long number; read(m_ends[0], &number, sizeof number) == sizeof number;)
-        none = number;
-    return none;
+    return read(m_ends[0], &number, sizeof number) == sizeof number;
 }
 
 void* ShareMemory(std::size_t bytes) {

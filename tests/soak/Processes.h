@@ -32,9 +32,9 @@ public:
     ~Line();
 
     bool Send(long number) const;
-    /// Reads what was sent until every sender is gone; the caller is one until it has called this.
-    /// @return the last number, @p none if there was none.
-    long LastOf(long none);
+    /// Waits for a number that was sent. The caller itself sends none from then on.
+    /// @return whether there was one; false when every sender is gone.
+    bool Next(long& number);
 
 private:
     int m_ends[2];

@@ -16,6 +16,7 @@ struct MessageBoxes::Watch {
 
     const int answer;
     std::vector<SeenBox> seen;
+    HWND shown = nullptr; // the box that is answered now
     HHOOK hook = nullptr;
     Watch* before = nullptr;
 };
@@ -40,11 +41,16 @@ std::string ClassOf(HWND window) {
 
 } // namespace
 
-// A box is complete when its message loop comes to rest, which its first timer tells.
+// A box is complete when its message loop comes to rest, which its first timer tells. The screen may take the focus
+// from a box and give it back, so that one box is activated more than once.
 LRESULT CALLBACK MessageBoxes::Watch::OnWindow(int code, WPARAM window, LPARAM more) {
     const auto box = reinterpret_cast<HWND>(window);
-    if (code == HCBT_ACTIVATE && ClassOf(box) == "#32770")
+    if (t_watch && code == HCBT_ACTIVATE && box != t_watch->shown && ClassOf(box) == "#32770") {
+        t_watch->shown = box;
         SetTimer(box, kTimer, USER_TIMER_MINIMUM, OnShown);
+    }
+    if (t_watch && code == HCBT_DESTROYWND && box == t_watch->shown)
+        t_watch->shown = nullptr;
     return CallNextHookEx(nullptr, code, window, more);
 }
 
@@ -64,10 +70,15 @@ BOOL CALLBACK MessageBoxes::Watch::OnControl(HWND control, LPARAM box) {
 }
 
 void CALLBACK MessageBoxes::Watch::OnShown(HWND box, UINT, UINT_PTR timer, DWORD) {
+    const HWND focus = GetFocus(); // a box gives the focus to its default button
+    if (!IsChild(box, focus)) {
+        SetActiveWindow(box); // which gives the focus back; the timer comes again
+        return;
+    }
     KillTimer(box, timer);
     if (!t_watch)
         return;
-    const int first = GetDlgCtrlID(GetFocus()); // a box gives the focus to its default button
+    const int first = GetDlgCtrlID(focus);
     SeenBox seen = {"", TextOf(box), {}, first, false};
     EnumChildWindows(box, OnControl, reinterpret_cast<LPARAM>(&seen));
     std::sort(seen.buttons.begin(), seen.buttons.end());
