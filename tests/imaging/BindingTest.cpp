@@ -1,5 +1,7 @@
 #include "tests/imaging/Recording.h"
 
+#include "tests/bitmap/Pictures.h"
+
 using namespace kel::test;
 
 TEST_CASE("a picture starts its control once, when it first needs one, and lets go of it in order") {
@@ -148,4 +150,33 @@ TEST_CASE("every failing call of the system ends in a stated failure and leaves 
         });
         CHECK((thrown == "" || *FaultedCall() != 0));
     });
+}
+
+TEST_CASE("every failing operation of the toolkit is thrown out of whatever needed it and leaves nothing behind") {
+    Recording recording;
+    const GDIBitmap canvas = Painted({20, 20}, 24);
+    std::string thrown;
+    int nth = 0;
+    do {
+        recording->Reset();
+        XPDib picture;
+        LoadText(picture, "9x7x24");
+        recording->Order(kel::recorder::kAnyPosition, ++nth, E_FAIL);
+        thrown = Thrown([&] {
+            XPDib copy(picture);
+            copy.ClearSurface(1);
+            copy.Prescale(Rect(0, 0, 2, 2), IBitmap::BM_Center, {1, 1}, 1);
+            copy.AssignBitmap(canvas);
+            copy.AlphaShadeBitmap(Rect(0, 0, 9, 7), 0x123456, 99, &picture);
+            copy.CombineBitmap(picture, 0x123456);
+            GDIBitmap taken(canvas);
+            taken.AssignBitmap(picture);
+            taken.CreateBitmap(picture, Size(5, 5), 24, IBitmap::BM_Fit, {1, 1}, 1);
+            taken.CombineBitmap(picture, 0x123456);
+            static_cast<void>(picture.GetPixel(1, 1) + (picture.ContainsColor(1) ? 1U : 0U));
+        });
+        CAPTURE(nth);
+        REQUIRE((thrown == "" || thrown == "E 80004005"));
+    } while (thrown != "");
+    CHECK(nth > 60);
 }
