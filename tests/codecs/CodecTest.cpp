@@ -133,26 +133,13 @@ TEST_CASE("pictures are turned upright at every depth, or left as they lie") {
             CAPTURE(raster.bits);
             const int right = raster.width - 1, bottom = raster.height - 1;
             const bool quarter = tag >= 5;
+            const bool fromRight = tag == 2 || tag == 3 || tag >= 7;
+            const bool fromBottom = tag == 3 || tag == 4 || tag == 6 || tag == 7;
             const Bytes file = TiffFile(raster, {1, false, false, tag});
             const auto upright = [&](int x, int y) { // where the pixel lies in the file
-                switch (tag) {
-                case 2:
-                    return ColourAt(raster, right - x, y);
-                case 3:
-                    return ColourAt(raster, right - x, bottom - y);
-                case 4:
-                    return ColourAt(raster, x, bottom - y);
-                case 5:
-                    return ColourAt(raster, y, x);
-                case 6:
-                    return ColourAt(raster, y, bottom - x);
-                case 7:
-                    return ColourAt(raster, right - y, bottom - x);
-                case 8:
-                    return ColourAt(raster, right - y, x);
-                default:
-                    return ColourAt(raster, x, y);
-                }
+                if (quarter)
+                    std::swap(x, y);
+                return ColourAt(raster, fromRight ? right - x : x, fromBottom ? bottom - y : y);
             };
             const Control control;
             CheckPicture(file, int(Decoded{(control.Load(file), control.Picture())}.Header().biBitCount),
@@ -205,6 +192,8 @@ TEST_CASE("a failing call of the system while a file is decoded leaves no half o
         const Bytes whole = control.Picture();
         CHECK(control(toolkit::SetDibHandle, nullptr) == S_OK);
         WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [&] {
+            CAPTURE(&file - files);
+            CAPTURE(FaultedCall());
             const SHORT status = control.Load(file);
             CHECK((status == toolkit::kLoaded || (status == toolkit::kOverBudget && *FaultedCall() != 0)));
             if (FaultIsOver())
