@@ -3,6 +3,7 @@
 #include <kelcore/text.h>
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 
 namespace kelalbum {
@@ -22,7 +23,7 @@ WideString DetailsOf(const Picture& picture) {
 /// Resamples a picture that is to be drawn at @p factor, below 1, of its size.
 void Reduce(XPDib& picture, double factor) {
     const Size size = picture.GetDimension();
-    const auto side = [factor](long pixels) { return std::max(1, static_cast<int>(pixels * factor + 0.5)); };
+    const auto side = [factor](long pixels) { return std::max(1, static_cast<int>(std::lround(pixels * factor))); };
     if (factor < 1)
         picture.Resample(Size(side(size.cx), side(size.cy)));
 }

@@ -36,7 +36,7 @@ GDIBitmap MakeShadow(const Size& rectangle, int blur, double opacity) {
             unsigned char* const pixel = pixels + (static_cast<std::ptrdiff_t>(y) * width + x) * 4;
             const double dark = CoveredBetween(x, rectangle.cx, blur) * CoveredBetween(y, rectangle.cy, blur);
             pixel[0] = pixel[1] = pixel[2] = 0;
-            pixel[kAlpha] = static_cast<unsigned char>(255 * opacity * dark + 0.5);
+            pixel[kAlpha] = static_cast<unsigned char>(std::lround(255 * opacity * dark));
         }
     }
     shadow.UnlockSurface();
