@@ -263,7 +263,9 @@ TEST_CASE("a failing call of the system costs no picture, spoils none and leaves
     for (const Bytes& dib : {grey, DibOf({9, 7, 4, 5}), DibOf({9, -7, 16}), DibOf({9, 7, 32})})
         for (const auto work : works) {
             REQUIRE(control(toolkit::SetDibHandle, BlockOf(dib)) == S_OK);
+            SetLastError(ERROR_SUCCESS);
             REQUIRE(work(control) == S_OK);
+            CHECK(GetLastError() != ERROR_INVALID_HANDLE); // no block is touched when it is gone
             const Bytes expected = control.Picture();
             CHECK(control(toolkit::SetDibHandle, nullptr) == S_OK);
             WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [&] {
