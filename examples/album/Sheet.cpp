@@ -73,7 +73,7 @@ int Sheet(const Arguments& arguments) {
     const WideString& path = arguments.values.back();
     const Mode& mode = FindMode(StdW2A(arguments.Option("--mode", u"fit"_w)));
     const Cards cards = CardsOf(album, mode);
-    Page page(File::GetFileTitleA(album), NoteOn(cards, mode), static_cast<int>(cards.all.size()));
+    Page page(File::GetFileTitleA(File::GetFullPath(album)), NoteOn(cards, mode), static_cast<int>(cards.all.size()));
     for (const Card& card : cards.all)
         page.Add(card, mode.mode);
     WriteSheet(page, path);

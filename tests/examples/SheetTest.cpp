@@ -1,3 +1,4 @@
+#include "AlbumOutput.h"
 #include "Commands.h"
 #include "Page.h"
 
@@ -7,12 +8,29 @@
 #include <kelcore/file.h>
 #include <kelcore/text.h>
 
+#include <algorithm>
+#include <tuple>
+
 using namespace kelalbum;
 
 namespace {
 
 constexpr unsigned char kGrey = 77;
 constexpr COLORREF kMark = RGB(kGrey, kGrey, kGrey);
+
+void WriteAlbum(const WideString& path) {
+    XPDib picture;
+    picture.CreateBitmap(Size(40, 30), 24);
+    const Owned<kelalbum::Picture> stored(new kelalbum::Picture(picture));
+    AlbumOutput output(path);
+    for (const char* const name : {"a.bmp", "b.bmp"}) {
+        Entry entry;
+        entry.name = StdA2W(name);
+        entry.picture = stored.get();
+        output.Add(entry);
+    }
+    output.Commit();
+}
 
 Card CardOf(const Size& size, int depth, unsigned char bytes, IBitmap::BM_Mode mode) {
     XPDib picture;
@@ -71,4 +89,15 @@ TEST_CASE("a sheet is as high as its rows, and nothing is written without its mo
     CHECK_THROWS_AS(Sheet({{folder.Path("a.album"), out}, {{"--mode", u"wide"_w}}}), Misuse);
     CHECK_THROWS_AS(Sheet({{folder.Path("a.album"), out}, {}}), Failure);
     CHECK_FALSE(File::FileExists(out));
+}
+
+TEST_CASE("a sheet's heading is the album's name, however its path is written") {
+    const TempFolder folder;
+    std::string path = StdW2A(folder.Path("a.album"));
+    WriteAlbum(StdA2W(path));
+    Sheet({{StdA2W(path), folder.Path("one.png")}, {}});
+    std::replace(path.begin(), path.end(), '\\', '/');
+    Sheet({{StdA2W(path), folder.Path("two.png")}, {{"--mode", u"fit"_w}}});
+    CHECK(folder.Read("one.png").substr(0, 8) == "\x89PNG\r\n\x1A\n");
+    CHECK(folder.Read("one.png") == folder.Read("two.png"));
 }
