@@ -39,7 +39,7 @@ Row ColourTable(const Indexed& picture) {
 Row Packed(const Indexed& picture, int y, int bits) {
     Row row((std::size_t(picture.width) * std::size_t(bits) + 7) / 8);
     for (int x = 0; x < picture.width; ++x) {
-        const unsigned pixel = picture.pixels[std::size_t(y * picture.width + x)];
+        const unsigned pixel = picture.pixels[std::size_t(y) * std::size_t(picture.width) + std::size_t(x)];
         row[std::size_t(x * bits / 8)] |= static_cast<unsigned char>(pixel << (8 - bits - x * bits % 8));
     }
     return row;
