@@ -1,6 +1,7 @@
 #include "toolkit/ControlTable.h"
 
 #include "toolkit/Control.h"
+#include "toolkit/SlotTable.h"
 #include "toolkit/effects/Effect.h"
 
 #include <kelcore/imaging/toolkit.h>
@@ -10,20 +11,10 @@
 #include <iterator>
 #include <new>
 #include <tuple>
-#include <typeinfo>
 #include <utility>
 
 namespace kel::toolkit {
 namespace {
-
-/// A virtual table as compilers of both targets lay it out: what stands before the slots is looked at by sanitizers and
-/// casts only.
-struct Table {
-    std::ptrdiff_t offsetToTop = 0;
-    const std::type_info* type = &typeid(IControl);
-    const void* slots[kSlots];
-};
-static_assert(offsetof(Table, slots) == 2 * sizeof(void*));
 
 // Exceptions do not leave the module.
 template <class Work>
@@ -63,34 +54,28 @@ HRESULT STDMETHODCALLTYPE Unnamed(IControl*) {
     return E_NOTIMPL;
 }
 
-/// The function's type is that of the operation: what stands in the contract is what is called.
-template <class... Arguments>
-void Put(Table& table, Operation<Arguments...> operation, typename Operation<Arguments...>::Function function) {
-    table.slots[operation.position] = reinterpret_cast<const void*>(function);
-}
-
 template <auto Member, class... Arguments>
-void Put(Table& table, Operation<Arguments...> operation) {
-    Put(table, operation, Slot<Member, Arguments...>);
+void Put(SlotTable& table, Operation<Arguments...> operation) {
+    table.Put(operation, Slot<Member, Arguments...>);
 }
 
 template <std::size_t Index, class... Arguments>
-void PutEffect(Table& table, effects::Effect<Arguments...> effect) {
-    Put(table, effect.operation, EffectSlot<Index, Arguments...>);
+void PutEffect(SlotTable& table, effects::Effect<Arguments...> effect) {
+    table.Put(effect.operation, EffectSlot<Index, Arguments...>);
 }
 
 template <std::size_t... Indices>
-void PutEffects(Table& table, std::index_sequence<Indices...>) {
+void PutEffects(SlotTable& table, std::index_sequence<Indices...>) {
     (PutEffect<Indices>(table, std::get<Indices>(effects::kEffects)), ...);
 }
 
-void PutUnknown(Table& table) {
+void PutUnknown(SlotTable& table) {
     Put<&Control::QueryInterface>(table, Operation<REFIID, void**>{0});
     table.slots[1] = reinterpret_cast<const void*>(AddRef);
     table.slots[2] = reinterpret_cast<const void*>(Release);
 }
 
-void PutPictures(Table& table) {
+void PutPictures(SlotTable& table) {
     Put<&Control::SetStorage>(table, SetStorage);
     Put<&Control::SetKeepOrientation>(table, SetKeepOrientation);
     Put<&Control::SetBudget>(table, SetBudget);
@@ -104,7 +89,7 @@ void PutPictures(Table& table) {
     Put<&Control::LoadFromMemory>(table, LoadFromMemory);
 }
 
-void PutSavingAndUndo(Table& table) {
+void PutSavingAndUndo(SlotTable& table) {
     Put<&Control::SetSaveTarget>(table, SetSaveTarget);
     Put<&Control::SetSaveFormat>(table, SetSaveFormat);
     Put<&Control::Save>(table, Save);
@@ -116,8 +101,8 @@ void PutSavingAndUndo(Table& table) {
     Put<&Control::Undo>(table, Undo);
 }
 
-Table MakeTable() {
-    Table table;
+SlotTable MakeTable() {
+    SlotTable table;
     std::fill(std::begin(table.slots), std::end(table.slots), reinterpret_cast<const void*>(Unnamed));
     PutUnknown(table);
     PutPictures(table);
@@ -129,7 +114,7 @@ Table MakeTable() {
 } // namespace
 
 const void* const* ControlTable() {
-    static const Table table = MakeTable();
+    static const SlotTable table = MakeTable();
     return table.slots;
 }
 

@@ -23,7 +23,6 @@ public:
     void Connect(IDispatch* sink);
     void Disconnect();
 
-    HRESULT Ignore() { return S_OK; }
     HRESULT IgnoreNumber(LONG) { return S_OK; }
     HRESULT SetFileName(BSTR path);
     HRESULT GetDibHandle(HGLOBAL* block);

@@ -1,20 +1,19 @@
 #include "tests/support/recorder/Control.h"
 #include "tests/support/recorder/Dib.h"
 #include "tests/support/recorder/Journal.h"
+#include "toolkit/SlotTable.h"
 
-#include <cstddef>
 #include <type_traits>
-#include <typeinfo>
 
 namespace kel::recorder {
 namespace {
 
 using namespace kel::toolkit;
 
-/// @name Arguments as they are written down; those that are results are left out.
+/// @name Arguments as they are written down; results and files are left out.
 /// @{
-template <class Number, std::enable_if_t<std::is_arithmetic_v<Number>, int> = 0>
-std::string Said(Number value) {
+template <class Number>
+requires std::is_arithmetic_v<Number> std::string Said(Number value) {
     std::string text = std::to_string(value);
     if (std::is_floating_point_v<Number>)
         text.erase(text.find_last_not_of('0') + 1);
@@ -26,27 +25,11 @@ std::string Said(BSTR text) {
 std::string Said(HGLOBAL block) {
     return ' ' + DescribeDib(block);
 }
-std::string Said(const BYTE*) {
-    return {};
-}
-std::string Said(HGLOBAL*) {
-    return {};
-}
-std::string Said(SHORT*) {
-    return {};
-}
-std::string Said(LONG*) {
+template <class Result>
+std::string Said(Result*) {
     return {};
 }
 /// @}
-
-/// A virtual table with what compilers put in front of it.
-struct Table {
-    std::ptrdiff_t offsetToTop = 0;
-    const std::type_info* type = &typeid(IControl);
-    const void* slots[kSlots] = {};
-};
-static_assert(offsetof(Table, slots) == 2 * sizeof(void*));
 
 template <int position, auto work, class... Arguments>
 HRESULT STDMETHODCALLTYPE Slot(IControl* control, Arguments... arguments) noexcept {
@@ -59,13 +42,12 @@ HRESULT STDMETHODCALLTYPE Slot(IControl* control, Arguments... arguments) noexce
 }
 
 template <auto operation, auto work, class... Arguments>
-void PutAs(Table& table, Operation<Arguments...>) {
-    const typename Operation<Arguments...>::Function function = Slot<operation.position, work, Arguments...>;
-    table.slots[operation.position] = reinterpret_cast<const void*>(function);
+void PutAs(SlotTable& table, Operation<Arguments...>) {
+    table.Put(operation, Slot<operation.position, work, Arguments...>);
 }
 
 template <auto operation, auto work>
-void Put(Table& table) {
+void Put(SlotTable& table) {
     PutAs<operation, work>(table, operation);
 }
 
@@ -81,7 +63,7 @@ ULONG STDMETHODCALLTYPE Release(IControl* control) {
     return Control::From(control).Release();
 }
 
-void PutBasics(Table& table) {
+void PutBasics(SlotTable& table) {
     table.slots[0] = reinterpret_cast<const void*>(Query);
     table.slots[1] = reinterpret_cast<const void*>(AddRef);
     table.slots[2] = reinterpret_cast<const void*>(Release);
@@ -98,7 +80,7 @@ void PutBasics(Table& table) {
     Put<LoadFromMemory, &Control::LoadFromMemory>(table);
 }
 
-void PutSavingAndUndo(Table& table) {
+void PutSavingAndUndo(SlotTable& table) {
     Put<SetSaveTarget, &Control::IgnoreNumber>(table);
     Put<SetSaveFormat, &Control::IgnoreNumber>(table);
     Put<Save, &Control::Save>(table);
@@ -111,15 +93,15 @@ void PutSavingAndUndo(Table& table) {
 }
 
 template <auto... operations>
-void PutEffects(Table& table) {
+void PutEffects(SlotTable& table) {
     const auto put = [&]<auto operation, class... Amounts>(Operation<Amounts...>) {
         Put<operation, &Control::Effect<Amounts...>>(table);
     };
     (put.template operator()<operations>(operations), ...);
 }
 
-Table MakeTable() {
-    Table table;
+SlotTable MakeTable() {
+    SlotTable table;
     PutBasics(table);
     PutSavingAndUndo(table);
     PutEffects<Mosaic, Brightness, Contrast, Flip, Mirror, Negate, Emboss, Sharpen, Soften, Outline, Equalize, Rotate,
@@ -132,7 +114,7 @@ Table MakeTable() {
 } // namespace
 
 const void* const* ControlTable() {
-    static const Table table = MakeTable();
+    static const SlotTable table = MakeTable();
     return table.slots;
 }
 
