@@ -197,8 +197,11 @@ SHORT ReadBitmap(PackedDib& dib, Bytes content, const Budget& budget) {
         return kDamaged;
     if (!budget.Allows(*layout))
         return kOverBudget;
-    dib = PackedDib::Make(*layout, front);
-    return dib ? ReadRows(dib, header, compressed) : kOverBudget;
+    PackedDib made = PackedDib::Make(*layout, front);
+    const SHORT status = made ? ReadRows(made, header, compressed) : kOverBudget;
+    if (status == kLoaded)
+        dib = std::move(made);
+    return status;
 }
 
 } // namespace
