@@ -150,6 +150,17 @@ void CheckFates() {
         REQUIRE(g_fates[request].told <= 1);
 }
 
+// One load after the other: each is asked for when the loader has done the one before and may be about to end.
+void CheckEndOfLoop(const String& file) {
+    XPDib picture;
+    for (int load = 0; load != 2000; ++load) {
+        picture.LoadBitmapDeferred(file, nullptr, Rect(), 0);
+        for (int looks = 0; looks != 20000 && picture.IsLoadBitmapPending(); ++looks)
+            Sleep(looks < 1000 ? 0 : 1);
+        REQUIRE_FALSE(picture.IsLoadBitmapPending());
+    }
+}
+
 // Some loads run while notifications are stopped, others come later; all are done, and nobody is told any more.
 void CheckStopping(Listener& listener) {
     std::deque<XPDib> pictures(200);
@@ -175,6 +186,7 @@ TEST_CASE("thousands of loads, given up, repeated and stopped: none is lost, non
                                            folder.Write("c.pic", "none"), folder.Write("d.pic", "GIF8")};
         Recording recording;
         recording->BeSilent();
+        CheckEndOfLoop(files[0]);
         Listener listener(files);
         std::vector<std::thread> threads;
         for (unsigned int seed = 1; seed <= 3; ++seed)

@@ -76,15 +76,17 @@ TEST_CASE("a stored picture cut at any byte ends in the stream's exception") {
     XPDib other;
     other.LoadBitmapA(folder.Write("a.pic", "4x3x24"));
     for (const int form : {0, 1}) {
-        const std::string stored = Stored((form == 0 ? "DIB" : "") + PackedDib(5, 6, 4), form, "b");
+        const std::string data = (form == 0 ? "DIB" : "") + PackedDib(5, 6, 4);
+        const std::string stored = Stored(data, form, "b");
         for (std::size_t size = 0; size != stored.size(); ++size) {
             CAPTURE(size);
             XPDib picture(other);
             REQUIRE(Thrown([&] { ReadStored(picture, stored.substr(0, size)); }) == "S 4: Memory block too short");
             REQUIRE((picture != other && picture.GetFilename().empty()));
+            REQUIRE(picture.IsEmpty() == (size < 6 + data.size())); // length, form, data
         }
     }
-    CHECK_FALSE(other.IsEmpty());
+    CHECK((DibOf(other) == PackedDib(4, 3, 24) && other.GetFilename() == u"a.pic"_w));
 }
 
 TEST_CASE("a length that no stream can hold costs no memory") {

@@ -29,7 +29,7 @@ std::string ContentOf(BSTR path) {
 
 } // namespace
 
-Control::Control() : m_table(ControlTable()), number(TheJournal().NextControl()) {
+Control::Control() : number(TheJournal().NextControl()), m_face{ControlTable(), this} {
     ++TheJournal().alive;
     TheJournal().Write("connect " + std::to_string(number));
 }

@@ -15,8 +15,11 @@ public:
     Control(const Control&) = delete;
     Control& operator=(const Control&) = delete;
 
-    static Control& From(toolkit::IControl* control) { return *reinterpret_cast<Control*>(control); }
-    toolkit::IControl* Interface() { return reinterpret_cast<toolkit::IControl*>(this); }
+    const int number;
+    IDispatch* sink = nullptr;
+
+    static Control& From(toolkit::IControl* control) { return *reinterpret_cast<Face*>(control)->owner; }
+    toolkit::IControl* Interface() { return reinterpret_cast<toolkit::IControl*>(&m_face); }
 
     ULONG AddRef();
     ULONG Release();
@@ -51,14 +54,13 @@ private:
     void KeepForUndo();
     HRESULT Change();
 
-    // First: clients find the operations through it.
-    const void* const* const m_table;
+    /// Clients find the operations through its first member.
+    struct Face {
+        const void* const* table;
+        Control* owner;
+    };
 
-public:
-    const int number;
-    IDispatch* sink = nullptr;
-
-private:
+    Face m_face;
     std::atomic<ULONG> m_references{1};
     HGLOBAL m_picture = nullptr;
     HGLOBAL m_saved = nullptr;
