@@ -174,7 +174,7 @@ const IObjectFactory& Classes() {
 }
 
 void ReadAlbum(const WideString& path, const char* verb, const std::function<void(const Entry&)>& visit, Keep keep) {
-    BlockInput input(path, "album");
+    BlockFileInput input(path, "album");
     Progress progress(verb);
     progress.Expect(input.Size());
     try {

@@ -24,7 +24,7 @@ public:
 
 private:
     WideString m_path;
-    BlockOutput m_file;
+    BlockFileOutput m_file;
     /// The stream knows objects by their addresses, so they are kept as long as it.
     std::vector<Owned<Picture>> m_pictures;
     std::unique_ptr<SerializingOutputStream> m_objects;

@@ -18,6 +18,7 @@ std::vector<Listed> Selected(const std::vector<Listed>& contents, const std::vec
     if (names.empty())
         return contents;
     std::vector<Listed> selected;
+    selected.reserve(names.size());
     for (const WideString& name : names)
         selected.push_back(Find(contents, name));
     return selected;
@@ -65,7 +66,7 @@ void WriteNew(const WideString& path, const NarrowString& bytes) {
 }
 
 NarrowString PngOf(const Entry& entry) {
-    const NarrowString png = EncodePng(entry.Whole(), PngAlpha::Straight);
+    NarrowString png = EncodePng(entry.Whole(), PngAlpha::Straight);
     if (png.empty())
         throw Failure{Shown(entry.name) + ": a picture of this depth cannot be written as PNG"};
     return png;

@@ -22,7 +22,7 @@ WideString GivenNames::Give(const WideString& name) {
     const WideString title = name.substr(0, name.size() - extension.size());
     WideString given = name;
     for (unsigned count = 2; !m_given.insert(Folded(given)).second; ++count)
-        given = title + StdA2W(" (" + std::to_string(count) + ")") + extension;
+        given = title + StdA2W(" (" + std::to_string(count) + ')') + extension;
     return given;
 }
 

@@ -30,7 +30,7 @@ private:
 };
 
 /// @return the bytes that went into the archive's blocks.
-unsigned long long WriteTree(const Tree& tree, BlockOutput& output) {
+unsigned long long WriteTree(const Tree& tree, BlockFileOutput& output) {
     Owned<ObjectFactory> factory(new ObjectFactory);
     RegisterClasses(*factory);
     Progress progress("packing");
@@ -54,7 +54,7 @@ void Summarise(const Tree& tree, unsigned long long written) {
 void Pack(const WideString& archive, const std::vector<WideString>& paths, bool scramble) {
     Tree tree;
     Scan(tree, paths);
-    BlockOutput output(archive, scramble);
+    BlockFileOutput output(archive, scramble);
     unsigned long long written = 0;
     try {
         written = WriteTree(tree, output);

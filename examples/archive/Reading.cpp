@@ -37,7 +37,7 @@ private:
 } // namespace
 
 void ReadArchive(const WideString& path, const char* verb, EntryVisitor& visitor) {
-    BlockInput input(path, "archive");
+    BlockFileInput input(path, "archive");
     Owned<ObjectFactory> factory(new ObjectFactory);
     RegisterClasses(*factory);
     ProgressVisitor watched(visitor, verb);

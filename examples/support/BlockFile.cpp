@@ -28,7 +28,7 @@ bool IsScrambled(const WideString& path, const char* kind) {
 
 } // namespace
 
-BlockOutput::BlockOutput(const WideString& path, bool scramble)
+BlockFileOutput::BlockFileOutput(const WideString& path, bool scramble)
     : m_path(File::GetFullPath(path)), m_partPath(m_path + u".part"_w) {
     try {
         m_file = std::make_unique<FileOutputStream>(m_partPath);
@@ -43,20 +43,20 @@ BlockOutput::BlockOutput(const WideString& path, bool scramble)
     m_blocks = std::make_unique<CRCOutputStream>(*below);
 }
 
-BlockOutput::~BlockOutput() {
+BlockFileOutput::~BlockFileOutput() {
     if (!m_file)
         return;
     Close();
     DeleteFileA(StdW2A(m_partPath).c_str());
 }
 
-void BlockOutput::Close() {
+void BlockFileOutput::Close() {
     m_blocks.reset();
     m_scrambler.reset();
     m_file.reset();
 }
 
-void BlockOutput::Commit() {
+void BlockFileOutput::Commit() {
     m_blocks->Flush();
     // The scrambling layer passes no flush on.
     m_file->Flush();
@@ -79,7 +79,7 @@ void BlockCounter::Read(char* data, int count) {
     m_part = (m_part + 1) % 3;
 }
 
-BlockInput::BlockInput(const WideString& path, const char* kind)
+BlockFileInput::BlockFileInput(const WideString& path, const char* kind)
     : m_path(File::GetFullPath(path)), m_kind(kind),
       m_size(static_cast<unsigned long long>(File::GetSizeRecursive(m_path))) {
     const bool scrambled = IsScrambled(m_path, m_kind);
@@ -93,13 +93,13 @@ BlockInput::BlockInput(const WideString& path, const char* kind)
     m_blocks = std::make_unique<CRCInputStream>(*m_counter);
 }
 
-void BlockInput::ExpectEnd() const {
+void BlockFileInput::ExpectEnd() const {
     if (m_counter->Offset() != m_size)
         throw Failure{Shown(m_path) + " goes on behind its end, from file offset " +
                       std::to_string(m_counter->Offset()) + " on"};
 }
 
-std::string BlockInput::Describe(const StreamBase::Exception& error) const {
+std::string BlockFileInput::Describe(const StreamBase::Exception& error) const {
     const std::string block =
         "block " + std::to_string(m_counter->Block()) + " at file offset " + std::to_string(m_counter->BlockOffset());
     const std::string name = Shown(m_path);

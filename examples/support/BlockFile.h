@@ -9,14 +9,14 @@ namespace kelexamples {
 
 /// Writes a file beside its place and puts it there when it is whole. Bytes go through CRC blocks, then, when the file
 /// is scrambled, through the scrambling layer, into the file.
-class BlockOutput {
+class BlockFileOutput {
 public:
     /// @throws Failure if the file cannot be made.
-    BlockOutput(const WideString& path, bool scramble);
+    BlockFileOutput(const WideString& path, bool scramble);
     /// Removes what was written unless Commit took place.
-    ~BlockOutput();
-    BlockOutput(const BlockOutput&) = delete;
-    BlockOutput& operator=(const BlockOutput&) = delete;
+    ~BlockFileOutput();
+    BlockFileOutput(const BlockFileOutput&) = delete;
+    BlockFileOutput& operator=(const BlockFileOutput&) = delete;
 
     OutputStream& Stream() { return *m_blocks; }
     /// Brings all bytes to the disk and puts the file into its place, over an older one.
@@ -55,11 +55,11 @@ private:
 };
 
 /// Reads a file of blocks; tells by its first bytes whether it is scrambled.
-class BlockInput {
+class BlockFileInput {
 public:
     /// @param kind what the file is called in messages, such as "archive".
     /// @throws Failure if the file cannot be read or is too short for a block.
-    BlockInput(const WideString& path, const char* kind);
+    BlockFileInput(const WideString& path, const char* kind);
 
     InputStream& Stream() { return *m_blocks; }
     /// How many bytes of the file have been taken, and how many there are.

@@ -61,7 +61,7 @@ FileData EntryOf(const WideString& path) {
 void MakeArchiveWithName(const String& path, const WideString& name) {
     Owned<ObjectFactory> factory(new ObjectFactory);
     RegisterClasses(*factory);
-    BlockOutput output(path, false);
+    BlockFileOutput output(path, false);
     kelarchive::Archive archive;
     auto* const folder = new Folder;
     folder->name = name;
