@@ -77,7 +77,7 @@ Page::Page(const WideString& title, const WideString& note, int cards)
     MakeFont(m_titleFont, 30, FW_BOLD);
     MakeFont(m_nameFont, 13, FW_BOLD);
     MakeFont(m_detailFont, 12, FW_NORMAL);
-    Fill(Rect(0, 0, kWidth, HeightFor(cards)), kGround);
+    m_dc.FillSolidRect(Rect(0, 0, kWidth, HeightFor(cards)), kGround);
     SetBkMode(m_dc.m_hDC, TRANSPARENT);
     DrawHeading(title, note);
 }
@@ -93,8 +93,8 @@ void Page::Add(const Card& card, IBitmap::BM_Mode mode) {
     const int top = paper.top + kPadding;
     const Rect area(left, top, left + kPicture.cx, top + kPicture.cy);
     DrawShadow(paper);
-    Fill(paper, kPaper);
-    Fill(area, kMat);
+    m_dc.FillSolidRect(paper, kPaper);
+    m_dc.FillSolidRect(area, kMat);
     if (!DrawPicture(card.picture, area, mode))
         throw Failure{"the system refused to draw " + Shown(card.name)};
     DrawFrame(area);
@@ -106,7 +106,7 @@ void Page::Add(const Card& card, IBitmap::BM_Mode mode) {
 
 void Page::DrawHeading(const WideString& title, const WideString& note) {
     const int right = kWidth - kMargin;
-    Fill(Rect(kMargin, kMargin - 6, kMargin + 40, kMargin - 2), kAccent);
+    m_dc.FillSolidRect(Rect(kMargin, kMargin - 6, kMargin + 40, kMargin - 2), kAccent);
     DrawLine(title, m_titleFont, kInk, Rect(kMargin, kMargin + 4, right, kMargin + 40));
     DrawLine(note, m_detailFont, kSoftInk, Rect(kMargin, kMargin + 42, right, kMargin + 60));
 }
@@ -125,7 +125,7 @@ bool Page::DrawPicture(const XPDib& picture, const Rect& area, IBitmap::BM_Mode 
     for (int top = area.top; top < area.bottom; top += kSquare) {
         for (int left = area.left + (top - area.top) % (2 * kSquare); left < area.right; left += 2 * kSquare) {
             const int right = std::min<int>(left + kSquare, area.right);
-            Fill(Rect(left, top, right, std::min<int>(top + kSquare, area.bottom)), kCheck);
+            m_dc.FillSolidRect(Rect(left, top, right, std::min<int>(top + kSquare, area.bottom)), kCheck);
         }
     }
     return Premultiplied(picture).AlphaDraw(m_dc.m_hDC, area, /*opacity*/ 1.0, /*perPixel*/ true, mode, kAsItIs);
@@ -143,11 +143,6 @@ void Page::DrawFrame(const Rect& area) {
     const Chosen pen(m_dc, hairline.m_hPen);
     const Chosen brush(m_dc, GetStockObject(NULL_BRUSH));
     Rectangle(m_dc.m_hDC, area.left - 1, area.top - 1, area.right + 1, area.bottom + 1);
-}
-
-void Page::Fill(const Rect& area, COLORREF colour) {
-    const Brush brush(static_cast<unsigned long>(colour));
-    FillRect(m_dc.m_hDC, &area, brush.m_hBrush);
 }
 
 } // namespace kelalbum

@@ -32,7 +32,6 @@ private:
     bool DrawPicture(const XPDib& picture, const Rect& area, IBitmap::BM_Mode mode);
     void DrawLine(const WideString& text, const Font& font, COLORREF colour, const Rect& line);
     void DrawFrame(const Rect& area);
-    void Fill(const Rect& area, COLORREF colour);
 
     GDIBitmap m_sheet;
     GDIBitmap m_shadow;

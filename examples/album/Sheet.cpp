@@ -56,11 +56,13 @@ WideString NoteOn(const Cards& cards, const Mode& mode) {
 }
 
 void WriteSheet(const Page& page, const WideString& path) {
+    const NarrowString png = EncodePng(page.Picture());
+    if (png.empty())
+        FailOn("cannot encode", path, ERROR_NOT_ENOUGH_MEMORY);
     try {
         File file(path, GENERIC_WRITE, /*share*/ 0, /*inheritable*/ false, CREATE_ALWAYS);
-        const NarrowString png = EncodePng(page.Picture());
-        if (png.empty() || file.Write(png) != png.size())
-            FailOn("cannot write", path, png.empty() ? ERROR_NOT_ENOUGH_MEMORY : ERROR_DISK_FULL);
+        if (file.Write(png) != png.size())
+            FailOn("cannot write", path, ERROR_DISK_FULL);
     } catch (const File::Exception& error) {
         FailOn("cannot write", path, error.m_dwError);
     }

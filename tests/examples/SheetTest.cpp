@@ -2,6 +2,7 @@
 #include "Commands.h"
 #include "Page.h"
 
+#include "tests/support/Faults.h"
 #include "tests/support/TempFolder.h"
 
 #include <doctest/doctest.h>
@@ -80,6 +81,20 @@ TEST_CASE("the ground shows through pictures with alpha; a fourth byte of 0 thro
     CHECK(page.Picture().GetPixel(44, 128) != page.Picture().GetPixel(52, 128));
     CHECK(page.Picture().GetPixel(44 + 212, 128) == RGB(0, 0, 0));
     CHECK(page.Picture().GetPixel(52 + 212, 128) == RGB(0, 0, 0));
+}
+
+TEST_CASE("a page with failing platform calls is drawn as far as it goes, or refused") {
+    const Card card = CardOf(Size(400, 100), 32, 128, IBitmap::BM_Tile);
+    kel::test::WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [&] {
+        try {
+            Page page(card.name, card.details, 1);
+            page.Add(card, IBitmap::BM_Tile);
+            CHECK(page.Picture().GetDimension().cx == 900);
+        } catch (const Failure& failure) {
+            CHECK(kel::test::FaultIsOver());
+            CHECK_FALSE(failure.line.empty());
+        }
+    });
 }
 
 TEST_CASE("a sheet is as high as its rows, and nothing is written without its mode or its folder") {
