@@ -1,15 +1,13 @@
 #include <kelcore/platform/globalmemory.h>
 
+#include "platform/kernel/BlockMemory.h"
 #include "platform/kernel/Faults.h"
 #include "platform/kernel/LastError.h"
 
 #include <kelcore/platform/testing.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
-#include <limits>
-#include <memory>
 #include <mutex>
 #include <new>
 #include <unordered_map>
@@ -17,13 +15,8 @@
 namespace kel::platform {
 namespace {
 
-struct Freeing {
-    void operator()(void* memory) const { std::free(memory); }
-};
-using Memory = std::unique_ptr<void, Freeing>;
-
 struct Block {
-    Memory memory; // null for a movable block of no bytes
+    BlockMemory memory; // null for a movable block of no bytes
     SIZE_T size = 0;
     UINT flags = 0; // GMEM_MOVEABLE, GMEM_DISCARDABLE
     UINT locks = 0;
@@ -33,16 +26,6 @@ struct Block {
 
 constexpr UINT kMostLocks = GMEM_LOCKCOUNT;
 constexpr UINT kKeptFlags = GMEM_MOVEABLE | GMEM_DISCARDABLE;
-
-Memory Allocate(SIZE_T size, bool zeroed) {
-    if (size > static_cast<SIZE_T>(std::numeric_limits<std::ptrdiff_t>::max()))
-        throw std::bad_alloc();
-    const SIZE_T bytes = std::max<SIZE_T>(size, 1); // a fixed block of no bytes is still a block
-    Memory memory(zeroed ? std::calloc(bytes, 1) : std::malloc(bytes));
-    if (!memory)
-        throw std::bad_alloc();
-    return memory;
-}
 
 /// All blocks. Handles of movable ones are numbers that no address of a block can be, and are not given out twice.
 class BlockTable {
@@ -56,7 +39,7 @@ public:
     HGLOBAL Add(SIZE_T size, UINT flags) {
         Block block{nullptr, size, flags & kKeptFlags};
         if (size != 0 || !block.IsMovable())
-            block.memory = Allocate(size, flags & GMEM_ZEROINIT);
+            block.memory = AllocateBlock(size, flags & GMEM_ZEROINIT);
         const HGLOBAL handle = block.IsMovable() ? NewHandle() : block.memory.get();
         AddAddress(block, handle);
         m_blocks.emplace(handle, std::move(block));
@@ -93,7 +76,7 @@ public:
             block.size = 0;
             return handle;
         }
-        Memory memory = Allocate(size, zeroed);
+        BlockMemory memory = AllocateBlock(size, zeroed);
         if (block.memory)
             std::memcpy(memory.get(), block.memory.get(), std::min(size, block.size));
         const HGLOBAL newHandle = block.IsMovable() ? handle : memory.get();

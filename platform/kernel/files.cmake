@@ -1,4 +1,5 @@
 target_sources(kelplatform PRIVATE
+  ${CMAKE_CURRENT_LIST_DIR}/BlockMemory.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ByteRangeLocks.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Faults.cpp
   ${CMAKE_CURRENT_LIST_DIR}/FileFacts.cpp

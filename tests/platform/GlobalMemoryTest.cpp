@@ -1,5 +1,7 @@
 #include "tests/support/Faults.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <initializer_list>
 
@@ -69,6 +71,27 @@ TEST_CASE("a fixed block's handle is its address") {
     const HGLOBAL movable = GlobalReAlloc(block, 0, GMEM_MODIFY | GMEM_MOVEABLE);
     CHECK(GlobalSize(movable) == 50);
     CHECK(GlobalFree(movable) == nullptr);
+}
+
+TEST_CASE("large blocks are zero when asked for, whatever lay in those that were freed") {
+    for (const SIZE_T size : {20'000'000, 19'000'000, 24'000'000, 8'500'000}) {
+        for (const UINT flags : {GMEM_MOVEABLE, GMEM_MOVEABLE | GMEM_ZEROINIT}) {
+            const HGLOBAL block = GlobalAlloc(flags, size);
+            char* bytes = static_cast<char*>(GlobalLock(block));
+            REQUIRE(bytes != nullptr);
+            CHECK((flags == GMEM_MOVEABLE || std::count(bytes, bytes + size, 0) == static_cast<std::ptrdiff_t>(size)));
+            std::memset(bytes, 7, size);
+            GlobalUnlock(block);
+            REQUIRE(GlobalReAlloc(block, 2 * size, GMEM_MOVEABLE | GMEM_ZEROINIT) == block);
+            bytes = static_cast<char*>(GlobalLock(block));
+            CHECK(std::count(bytes, bytes + size, 7) == static_cast<std::ptrdiff_t>(size));
+            CHECK((bytes[size] == 0 && bytes[2 * size - 1] == 0));
+            std::memset(bytes, 7, 2 * size);
+            GlobalUnlock(block);
+            CHECK(GlobalSize(block) == 2 * size);
+            CHECK(GlobalFree(block) == nullptr);
+        }
+    }
 }
 
 TEST_CASE("what is no block is refused") {
