@@ -41,4 +41,19 @@ std::uint64_t Fingerprint(std::span<const BYTE> bytes, std::uint64_t seed) {
     return sum ^ sum >> 32;
 }
 
+std::uint64_t RowFingerprint(const DibLock& picture, int y) {
+    return Fingerprint({picture.Row(y), picture.Layout().rowBytes}, static_cast<std::uint64_t>(y) * kOdd);
+}
+
+std::uint64_t RowsFingerprint(const DibLock& picture) {
+    std::uint64_t sum = 0;
+    for (int y = 0; y < picture.Layout().height; ++y)
+        sum += RowFingerprint(picture, y);
+    return sum;
+}
+
+std::uint64_t FrontFingerprint(const DibLock& picture) {
+    return Fingerprint(picture.Memory().first(picture.Layout().rows));
+}
+
 } // namespace kel::toolkit

@@ -37,6 +37,7 @@ struct Decoding {
     Bytes file;
     LoadSettings settings;
     Loaded loaded;
+    std::optional<std::uint64_t> rowsFingerprint = {};
 };
 
 void DecodeFile(Decoding& decoding) {
@@ -48,6 +49,7 @@ void DecodeFile(Decoding& decoding) {
     decoding.loaded.status = codec->load(job);
     if (decoding.loaded.status == kLoaded)
         decoding.loaded.picture.dib = std::move(job.picture);
+    decoding.rowsFingerprint = job.rowsFingerprint;
 }
 
 /// Decodes a file of any kind. A saved picture that holds a file leaves that file in the result.
@@ -82,7 +84,9 @@ Loaded Finish(Decoding decoding, FileBytes owned) {
     }
     Picture& picture = decoding.loaded.picture;
     if (const DibLock lock(picture.dib); lock)
-        picture.source = {std::move(owned), decoding.settings.keepOrientation, Fingerprint(lock.Memory())};
+        picture.source = {std::move(owned), decoding.settings.keepOrientation,
+                          FrontFingerprint(lock) +
+                              (decoding.rowsFingerprint ? *decoding.rowsFingerprint : RowsFingerprint(lock))};
     return std::move(decoding.loaded);
 }
 
@@ -139,19 +143,19 @@ FileBytes ReadKnownFile(const char* path) {
 
 } // namespace
 
-SHORT MakePicture(LoadJob& job, std::int64_t width, std::int64_t height, int depth, std::size_t colours) {
+SHORT MakePicture(LoadJob& job, std::int64_t width, std::int64_t height, int depth, std::size_t colours, Fresh fresh) {
     job.picture = {};
     const std::optional<DibLayout> layout = LayoutOf(width, height, depth, colours);
     if (!layout)
         return width < 1 || height < 1 ? kDamaged : kOverBudget;
     if (job.budget.Allows(*layout))
-        job.picture = PackedDib::Make(*layout);
+        job.picture = fresh == Fresh::Zeros ? PackedDib::Make(*layout) : PackedDib::MakeForPixels(*layout);
     return job.picture ? kLoaded : kOverBudget;
 }
 
 bool Picture::IsAsDecoded() const {
     const DibLock lock(dib);
-    return lock && source.file.size != 0 && Fingerprint(lock.Memory()) == source.fingerprint;
+    return lock && source.file.size != 0 && FrontFingerprint(lock) + RowsFingerprint(lock) == source.fingerprint;
 }
 
 Loaded LoadBytes(Bytes file, const LoadSettings& settings) try {

@@ -1,5 +1,6 @@
 #include "toolkit/PackedDib.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -125,6 +126,21 @@ std::optional<DibLayout> ExamineDibFront(std::span<const BYTE> block) {
 PackedDib PackedDib::Make(const DibLayout& layout) {
     const BITMAPINFOHEADER header = HeaderOf(layout);
     return Make(layout, {reinterpret_cast<const BYTE*>(&header), kHeaderBytes});
+}
+
+PackedDib PackedDib::MakeForPixels(const DibLayout& layout) {
+    const BITMAPINFOHEADER header = HeaderOf(layout);
+    PackedDib dib(GlobalAlloc(GMEM_MOVEABLE, layout.TotalBytes()), layout);
+    const DibLock lock(dib);
+    if (!lock)
+        return {};
+    lock.Header() = header;
+    std::ranges::fill(lock.Colours(), RGBQUAD());
+    const std::size_t used = static_cast<std::size_t>(layout.width) * static_cast<std::size_t>(layout.depth) / 8;
+    if (used != layout.rowBytes)
+        for (int y = 0; y < layout.height; ++y)
+            std::fill(lock.Row(y) + used, lock.Row(y) + layout.rowBytes, BYTE{0});
+    return dib;
 }
 
 PackedDib PackedDib::Make(const DibLayout& layout, std::span<const BYTE> front) {

@@ -62,7 +62,9 @@ public:
 
     /// A picture with a header; colours and pixels are zero. @return an empty object if there is no memory.
     static PackedDib Make(const DibLayout& layout);
-    /// The same from a size, which is examined by LayoutOf.
+    /// The same for somebody who writes all pixels: in the rows only the padding is zero.
+    static PackedDib MakeForPixels(const DibLayout& layout);
+    /// The same as Make from a size, which is examined by LayoutOf.
     static PackedDib Make(std::int64_t width, std::int64_t height, int depth, std::size_t colours = 0);
     /// A picture that begins with @p front, the bytes before the rows, which @p layout was made from; pixels are zero.
     static PackedDib Make(const DibLayout& layout, std::span<const BYTE> front);

@@ -127,6 +127,49 @@ TEST_CASE("JPEG: greys, colours and inks, baseline and progressive, turned uprig
         }
 }
 
+TEST_CASE("JPEG: pictures of every orientation are known again until a byte of them changes") {
+    for (const int tag : {1, 2, 3, 4, 5, 6})
+        for (const int channels : {1, 3}) {
+            CAPTURE(tag);
+            CAPTURE(channels);
+            const Bytes file = JpegFile(145, 141, channels, {channels == 1 ? JCS_GRAYSCALE : JCS_YCbCr, false, tag});
+            const Control control;
+            REQUIRE(control.Load(file) == toolkit::kLoaded);
+            const Bytes saved = control.Saved();
+            REQUIRE(saved.size() == 24 + file.size()); // it is the file
+            for (std::size_t at = 40; at < control.Picture().size(); at += 4099) {
+                const HGLOBAL block = control.Get(toolkit::GetDibHandle);
+                BYTE* const memory = static_cast<BYTE*>(GlobalLock(block));
+                memory[at] ^= 4;
+                CHECK(control.Saved()[10] == 0);
+                memory[at] ^= 4;
+                GlobalUnlock(block);
+            }
+            CHECK(control.Saved() == saved);
+        }
+}
+
+TEST_CASE("what lay in memory before does not show behind the pixels of a row") {
+    std::vector<Bytes> files = {JpegFile(45, 33, 1, {JCS_GRAYSCALE}), JpegFile(45, 33, 3, {JCS_YCbCr, false, 6})};
+    for (const int bits : {1, 2, 4, 8})
+        for (const int tag : {1, 3, 6})
+            files.push_back(PngFile({Kind::Grey, bits}, {false, false, tag}));
+    const Control control;
+    for (const Bytes& file : files) {
+        REQUIRE(control.Load(file) == toolkit::kLoaded);
+        const Bytes picture = control.Picture();
+        REQUIRE(control(toolkit::SetDibHandle, HGLOBAL()) == S_OK);
+        const std::vector<Bytes> dirt(3, Bytes(picture.size(), 0xFF));
+        std::vector<HGLOBAL> blocks;
+        for (const Bytes& bytes : dirt)
+            blocks.push_back(BlockOf(bytes));
+        for (const HGLOBAL block : blocks)
+            GlobalFree(block);
+        REQUIRE(control.Load(file) == toolkit::kLoaded);
+        CHECK(control.Picture() == picture);
+    }
+}
+
 TEST_CASE("JPEG: a cut or broken file is damaged, a large one over budget") {
     const Control control;
     for (const bool progressive : {false, true}) {

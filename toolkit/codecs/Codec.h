@@ -6,6 +6,7 @@
 #include <kelcore/imaging/toolkit.h>
 
 #include <cstdint>
+#include <optional>
 #include <span>
 
 /// @file
@@ -20,13 +21,22 @@ struct LoadJob {
     Budget budget;                ///< asked by MakePicture
     bool keepOrientation = false; ///< leave photographs as their rows lie in the file
     PackedDib picture;            ///< the result
+    /// The picture's RowsFingerprint, from a codec that took it on the way.
+    std::optional<std::uint64_t> rowsFingerprint = {};
+};
+
+/// What is in the rows of a new picture.
+enum class Fresh {
+    Zeros,
+    Anything, ///< zeros behind the last pixel of each row; the codec writes all pixels
 };
 
 /// Makes the job's picture from the measures in a file's header, before anything of that size is allocated: rows from
-/// the bottom, colours and pixels zero. A picture that is there already is dropped first.
+/// the bottom, colours zero. A picture that is there already is dropped first.
 /// @param colours entries of the colour table; 0 for 2^depth (none above depth 8).
 /// @return kLoaded, kOverBudget (for want of memory too), or kDamaged for measures that no picture has.
-SHORT MakePicture(LoadJob& job, std::int64_t width, std::int64_t height, int depth, std::size_t colours = 0);
+SHORT MakePicture(LoadJob& job, std::int64_t width, std::int64_t height, int depth, std::size_t colours = 0,
+                  Fresh fresh = Fresh::Zeros);
 
 /// A kind of picture file.
 struct Codec {

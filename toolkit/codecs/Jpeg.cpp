@@ -117,7 +117,7 @@ void ReadInks(jpeg_decompress_struct& info, JSAMPARRAY row, const RowTarget& tar
     }
 }
 
-SHORT ReadRows(Decompressor& jpeg, const RowTarget& target) {
+SHORT ReadRows(Decompressor& jpeg, RowTarget& target) {
     jpeg_decompress_struct& info = jpeg.info;
     jpeg_start_decompress(&info);
     const JSAMPARRAY inks = info.out_color_space != JCS_CMYK
@@ -152,12 +152,14 @@ SHORT Load(LoadJob& job) {
     status = MakeTurnedPicture(job, orientation, jpeg.info.image_width, jpeg.info.image_height, depth);
     if (status != kLoaded)
         return status;
-    const RowTarget target(job.picture, orientation);
+    RowTarget target(job.picture, orientation);
     if (!target)
         return kOverBudget;
     if (depth == 8)
         FillGreys(target.Colours().data(), 256);
-    return jpeg.jump.Run([&] { return ReadRows(jpeg, target); });
+    status = jpeg.jump.Run([&] { return ReadRows(jpeg, target); });
+    job.rowsFingerprint = target.Fingerprint();
+    return status;
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "toolkit/codecs/Orientation.h"
 
+#include "toolkit/Fingerprint.h"
 #include "toolkit/Pixels.h"
 
 #include <algorithm>
@@ -87,10 +88,10 @@ RowTarget::operator bool() const {
 BYTE* RowTarget::Row(int y) const {
     if (m_orientation.IsQuarterTurn())
         return m_strip.get() + m_stripBytes * static_cast<std::size_t>(y % kStrip);
-    return m_picture.Row(m_orientation.IsFlipped() ? m_rows - 1 - y : y);
+    return m_picture.Row(PlaceOf(y));
 }
 
-void RowTarget::Finish(int first, int count) const {
+void RowTarget::Finish(int first, int count) {
     if (m_orientation.IsQuarterTurn())
         return Turn(first, count);
     if (m_orientation.IsMirrored())
@@ -98,6 +99,12 @@ void RowTarget::Finish(int first, int count) const {
             for (int y = first; y < first + count; ++y)
                 MirrorRow(pixels, Row(y), m_width);
         });
+    for (int y = first; y < first + count; ++y)
+        m_fingerprint += RowFingerprint(m_picture, PlaceOf(y));
+}
+
+std::optional<std::uint64_t> RowTarget::Fingerprint() const {
+    return m_orientation.IsQuarterTurn() ? std::nullopt : std::optional(m_fingerprint);
 }
 
 void RowTarget::Turn(int first, int count) const {
@@ -112,7 +119,7 @@ void RowTarget::Turn(int first, int count) const {
 SHORT MakeTurnedPicture(LoadJob& job, Orientation orientation, std::int64_t width, std::int64_t height, int depth) {
     if (orientation.IsQuarterTurn())
         std::swap(width, height);
-    return MakePicture(job, width, height, depth);
+    return MakePicture(job, width, height, depth, /*colours*/ 0, Fresh::Anything);
 }
 
 SHORT TurnUpright(LoadJob& job, Orientation orientation) {
@@ -122,7 +129,7 @@ SHORT TurnUpright(LoadJob& job, Orientation orientation) {
     const DibLayout& layout = stored.Layout();
     const SHORT status = MakeTurnedPicture(job, orientation, layout.width, layout.height, layout.depth);
     const DibLock from(stored);
-    const RowTarget to(job.picture, orientation);
+    RowTarget to(job.picture, orientation);
     if (status != kLoaded || !from || !to)
         return kOverBudget;
     std::ranges::copy(from.Colours(), to.Colours().begin());

@@ -3,7 +3,9 @@
 #include "toolkit/codecs/Codec.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <optional>
 
 /// @file
 /// Photographs whose rows lie in the file as the camera was held (EXIF 2.32, tag 0x0112; the same tag of TIFF 6.0).
@@ -59,9 +61,14 @@ public:
 
     /// Says that the rows from @p first are written, all in one strip: a multiple of kStrip and the rows up to the
     /// next.
-    void Finish(int first, int count) const;
+    void Finish(int first, int count);
+
+    /// Of the rows that are finished; none where rows become columns.
+    std::optional<std::uint64_t> Fingerprint() const;
 
 private:
+    /// Where a row that stays one belongs.
+    int PlaceOf(int y) const { return m_orientation.IsFlipped() ? m_rows - 1 - y : y; }
     void Turn(int first, int count) const;
 
     const DibLock m_picture;
@@ -70,9 +77,10 @@ private:
     const int m_width; ///< of the file's rows
     const std::size_t m_stripBytes;
     const std::unique_ptr<BYTE[]> m_strip;
+    std::uint64_t m_fingerprint = 0;
 };
 
-/// Makes the job's picture for rows of the file's measures, see MakePicture.
+/// Makes the job's picture for rows of the file's measures, all of which are written: Fresh::Anything.
 SHORT MakeTurnedPicture(LoadJob& job, Orientation orientation, std::int64_t width, std::int64_t height, int depth);
 
 /// Turns a picture that has been decoded as its rows lie in the file, if the job asks for it.

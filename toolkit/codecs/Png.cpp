@@ -141,8 +141,10 @@ SHORT LoadStored(LoadJob& job, Reader& reader) {
     Shape shape;
     SHORT status = reader.jump.Run([&] { return ReadHeader(reader, shape); });
     if (status == kLoaded)
+        // The library leaves the bits behind a row's last pixel as they are; widening makes pixels of them.
         status = MakePicture(job, png_get_image_width(reader.png, reader.info),
-                             png_get_image_height(reader.png, reader.info), shape.Depth());
+                             png_get_image_height(reader.png, reader.info), shape.Depth(), /*colours*/ 0,
+                             shape.IsWidened() ? Fresh::Zeros : Fresh::Anything);
     if (status != kLoaded)
         return status;
     const DibLock picture(job.picture);
