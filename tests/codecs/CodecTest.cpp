@@ -1,8 +1,11 @@
 #include "tests/codecs/Files.h"
 
 #include "tests/support/Faults.h"
+#include <fstream>
 
 #include <functional>
+#include <iterator>
+#include <string>
 
 using namespace kel::test;
 
@@ -93,6 +96,11 @@ TEST_CASE("TIFF: kinds, strips and tiles, samples together and apart") {
         }
 }
 
+TEST_CASE("TIFF: a strip that is too large to be decoded as a whole") {
+    for (const Raster& raster : {Raster{Kind::Grey, 8, 3000, 2900}, Raster{Kind::Rgb, 16, 1300, 1100}})
+        CheckRaster(TiffFile(raster, {}), raster.bits == 8 ? 8 : 24, raster);
+}
+
 TEST_CASE("WebP: colours with and without alpha, the first picture of an animation on its canvas") {
     const Raster plain{Kind::Rgb, 8}, alpha{Kind::Rgba, 8};
     CheckRaster(WebPFile(plain, false, 0), 24, plain);
@@ -178,6 +186,16 @@ TEST_CASE("files that are cut anywhere are damaged, and those over budget refuse
         REQUIRE(control(toolkit::SetBudget, 1) == S_OK);
         CHECK(control.Load(row.large) == toolkit::kOverBudget);
         CHECK(control.Load(row.file) == toolkit::kLoaded);
+    }
+}
+
+TEST_CASE("a few bytes that claim 60,000 x 60,000 pixels are refused for that, before there is a picture") {
+    const Control control;
+    for (const char* name : {"jpeg/huge-size.jpg", "png/huge-size.png", "tiff/huge-size.tif", "tiff/huge-strip.tif",
+                             "webp/huge-size.webp", "gif/huge-size.gif", "bmp/huge-size.bmp"}) {
+        CAPTURE(std::string(name));
+        std::ifstream stream(std::string(KELCORE_TEST_DATA "/fuzz/") + name, std::ios::binary);
+        CHECK(control.Load(Bytes(std::istreambuf_iterator<char>(stream), {})) == toolkit::kOverBudget);
     }
 }
 
