@@ -36,15 +36,12 @@ Size ThinThumbnail(const Size& size) {
     return {side(size.cx), side(size.cy)};
 }
 
-XPDib ThumbnailOf(const XPDib& whole) {
-    XPDib thumbnail(whole);
-    const Size size = whole.GetDimension();
+void MakeThumbnail(XPDib& picture, const Size& size) {
     if (IsThin(size))
-        thumbnail.Resample(ThinThumbnail(size));
+        picture.Resample(ThinThumbnail(size));
     else
-        thumbnail.Prescale(Rect(0, 0, Picture::kThumbnailSide, Picture::kThumbnailSide), IBitmap::BM_Fit,
-                           XSize<double>(1.0, 1.0), kThumbnailLimit);
-    return thumbnail;
+        picture.Prescale(Rect(0, 0, Picture::kThumbnailSide, Picture::kThumbnailSide), IBitmap::BM_Fit,
+                         XSize<double>(1.0, 1.0), kThumbnailLimit);
 }
 
 [[noreturn]] void FailMisplaced() {
@@ -111,11 +108,12 @@ void StoredPicture::Drop() {
     m_bytes = NarrowString();
 }
 
-Picture::Picture(const XPDib& picture)
-    : size(picture.GetDimension()), depth(picture.GetBitsPerPixel()), thumbnail(ThumbnailOf(picture)), whole(picture) {
+Picture::Picture(XPDib&& picture) : size(picture.GetDimension()), depth(picture.GetBitsPerPixel()), whole(picture) {
     // A picture whose memory the system does not show tells no measures.
     if (size.cx == 0 || size.cy == 0 || depth == 0)
         throw Failure{"its pixels cannot be read"};
+    MakeThumbnail(picture, size);
+    thumbnail = StoredPicture(picture);
 }
 
 void Picture::Read(SerializingInputStream& stream, short) {

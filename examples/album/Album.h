@@ -51,9 +51,10 @@ public:
     static constexpr int kThumbnailSide = 256;
 
     Picture() = default;
-    /// Stores @p whole, with its measures and a thumbnail.
+    /// Stores @p picture, with its measures and a thumbnail, which is what @p picture itself becomes: a large one is
+    /// not copied.
     /// @throws Failure if the system does not show its pixels; as StoredPicture.
-    explicit Picture(const XPDib& whole);
+    explicit Picture(XPDib&& picture);
 
     void Read(SerializingInputStream& stream, short version) override;
     void Write(SerializingOutputStream& stream) const override;

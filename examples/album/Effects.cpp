@@ -33,7 +33,7 @@ Owned<Picture> Changed(const Change& change, XPDib whole) {
     try {
         if (!change.apply(whole))
             FailOnEffect(change, "nothing was done");
-        return Owned<Picture>(new Picture(whole));
+        return Owned<Picture>(new Picture(std::move(whole)));
     } catch (const _com_error& error) {
         FailOnEffect(change, ReasonOf(error.Error()));
     } catch (const StreamBase::Exception& error) {

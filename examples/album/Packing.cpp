@@ -70,7 +70,7 @@ private:
     };
 
     void LoadAhead();
-    void Store(std::size_t place, const Loaded& loaded);
+    void Store(std::size_t place, Loaded&& loaded);
     void AddEntry(std::size_t place);
 
     const std::vector<Source>& m_sources;
@@ -89,14 +89,14 @@ void Packer::LoadAhead() {
             m_loads.Begin(m_sources[m_next].path);
 }
 
-void Packer::Store(std::size_t place, const Loaded& loaded) {
+void Packer::Store(std::size_t place, Loaded&& loaded) {
     Result& result = m_results[place];
     if (loaded.failure) {
         result.reason = ReasonOf(m_sources[place].path, *loaded.failure);
         return;
     }
     try {
-        result.picture.reset(new Picture(loaded.picture));
+        result.picture.reset(new Picture(std::move(loaded.picture)));
     } catch (const Failure& failure) {
         result.reason = failure.line;
     } catch (const StreamBase::Exception& error) {
