@@ -34,6 +34,8 @@ void AddAllJobs() {
     kel::bench::AddRegionJobs();
     kel::bench::AddFontJobs();
     kel::bench::AddPictureJobs();
+    kel::bench::AddLoadJobs();
+    kel::bench::AddAlbumJobs();
 }
 
 bool PrintAllNotes(const kel::bench::Table& table) {

@@ -31,6 +31,8 @@ const toolkit::PackedDib& Photograph(int channels) {
 struct Work {
     const char* name;
     int channels, width, height;
+
+    bool IsWholeFactor() const { return kWidth % width == 0 && kHeight % height == 0; }
 };
 
 const Work kWorks[] = {
@@ -73,7 +75,8 @@ void AddPictureJobs() {
     for (const Work& work : kWorks) {
         AddJob("pictures", "kelcore", work.name, [&work] { return OwnCall(work); });
         for (const Resizer& resizer : Contenders<Resizer>())
-            AddJob("pictures", resizer.who, work.name, [=, &work] { return PeerCall(resizer, work); });
+            if (!resizer.wholeFactors || work.IsWholeFactor())
+                AddJob("pictures", resizer.who, work.name, [=, &work] { return PeerCall(resizer, work); });
         AddJob("pictures", "limit-memchr", work.name, [&work] { return LimitCall(work); });
     }
 }

@@ -17,6 +17,7 @@ struct Scene {
 /// One who resamples by area. Everyone rounds in an own way, so results are not compared.
 struct Resizer {
     const char* who;
+    bool wholeFactors; ///< does nothing else
     /// @return the work, which makes a new picture each time.
     std::function<void()> (*prepare)(const Scene& scene);
 };

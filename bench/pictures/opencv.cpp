@@ -18,6 +18,6 @@ std::function<void()> Prepare(const Scene& scene) {
     };
 }
 
-const Enter<Resizer> entered{{"opencv", &Prepare}};
+const Enter<Resizer> entered{{"opencv", /*whole factors*/ false, &Prepare}};
 
 } // namespace

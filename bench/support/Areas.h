@@ -22,5 +22,7 @@ void AddGdiJobs();
 void AddRegionJobs();
 void AddFontJobs();
 void AddPictureJobs();
+void AddLoadJobs();  ///< of the area "pictures" too
+void AddAlbumJobs(); ///< of the area "pictures" too
 
 } // namespace kel::bench
