@@ -158,7 +158,7 @@ private:
     SHORT ReadScanlines() const;
     SHORT ReadBlocks(const Grid& grid) const;
     bool ReadBlock(const Grid& grid, std::uint32_t x, std::uint32_t y, BYTE* block) const;
-    void PutBlock(const Grid& grid, std::uint32_t x, std::uint32_t y, const BYTE* block, BYTE* run) const;
+    void PutBlock(const Grid& grid, std::uint32_t x, std::uint32_t y, BYTE* block, BYTE* run) const;
     void Gather(const Grid& grid, const BYTE* row, BYTE* run, std::size_t count) const;
     void PutRun(BYTE* run, BYTE* to, std::size_t count, int samples) const;
 
@@ -215,7 +215,7 @@ SHORT Decoder::ReadScanlines() const {
     if (bytes != RunBytes(m_fields.width))
         return kDamaged;
     const bool direct = m_fields.bits <= 8 && m_fields.bits * m_fields.samples == m_picture.Layout().depth;
-    const std::unique_ptr<BYTE[]> run(direct ? nullptr : new (std::nothrow) BYTE[bytes]);
+    const std::unique_ptr<BYTE[]> run(direct ? nullptr : new (std::nothrow) BYTE[bytes]());
     if (!direct && !run)
         return kOverBudget;
     for (std::uint32_t y = 0; y < m_fields.height; ++y) {
@@ -264,22 +264,24 @@ bool Decoder::ReadBlock(const Grid& grid, std::uint32_t x, std::uint32_t y, BYTE
     return true;
 }
 
-void Decoder::PutBlock(const Grid& grid, std::uint32_t x, std::uint32_t y, const BYTE* block, BYTE* run) const {
+void Decoder::PutBlock(const Grid& grid, std::uint32_t x, std::uint32_t y, BYTE* block, BYTE* run) const {
     const std::size_t columns = std::min(grid.width, m_fields.width - x);
     const std::uint32_t rows = std::min(grid.height, m_fields.height - y);
     const std::size_t left = std::size_t{x} * static_cast<std::size_t>(m_picture.Layout().depth) / 8;
     for (std::uint32_t i = 0; i < rows; ++i) {
-        Gather(grid, block + grid.rowBytes * i, run, columns);
-        PutRun(run, m_picture.Row(static_cast<int>(y + i)) + left, columns, IsApart() ? m_plan.used : m_fields.samples);
+        BYTE* const row = block + grid.rowBytes * i;
+        BYTE* const to = m_picture.Row(static_cast<int>(y + i)) + left;
+        if (!IsApart()) {
+            PutRun(row, to, columns, m_fields.samples);
+            continue;
+        }
+        Gather(grid, row, run, columns);
+        PutRun(run, to, columns, m_plan.used);
     }
 }
 
 /// Samples of planes that lie apart are brought together.
 void Decoder::Gather(const Grid& grid, const BYTE* row, BYTE* run, std::size_t count) const {
-    if (!IsApart()) {
-        std::memcpy(run, row, RunBytes(count));
-        return;
-    }
     const std::size_t sample = m_fields.bits / 8;
     const std::size_t pixel = sample * static_cast<std::size_t>(m_plan.used);
     for (int k = 0; k < m_plan.used; ++k, row += grid.bytes, run += sample)
@@ -356,7 +358,10 @@ SHORT LoadStored(TIFF* tiff, Fields fields, LoadJob& job) {
     const Plan plan = PlanOf(fields);
     if (plan.depth == 0)
         return LoadByLibrary(tiff, fields, job);
-    const SHORT status = MakePicture(job, fields.width, fields.height, plan.depth);
+    // Rows that the library decodes into the picture may be left unwritten by damage that it does not tell.
+    const bool whole = TIFFIsTiled(tiff) || TIFFStripSize64(tiff) <= kMostStripBytes;
+    const SHORT status = MakePicture(job, fields.width, fields.height, plan.depth, /*colours*/ 0,
+                                     whole ? Fresh::Anything : Fresh::Zeros);
     return status == kLoaded ? Decoder(tiff, fields, plan, job).Read() : status;
 }
 
