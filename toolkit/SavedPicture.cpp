@@ -225,7 +225,7 @@ SavedPicture ReadSavedPicture(Bytes saved, const Budget& budget) {
         picture.status = kUnknown; // whole, but of a later time
     } else if (header.content == kBitmap) {
         picture.status = ReadBitmap(picture.dib, content, budget);
-    } else if (!IsSavedPicture(content)) {
+    } else if (!content.empty() && !IsSavedPicture(content)) {
         picture.status = kLoaded;
         picture.file = content;
         picture.keepOrientation = header.flags & kKeepOrientation;
