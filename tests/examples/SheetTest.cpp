@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <tuple>
+#include <utility>
 
 using namespace kelalbum;
 
@@ -22,7 +23,7 @@ constexpr COLORREF kMark = RGB(kGrey, kGrey, kGrey);
 void WriteAlbum(const WideString& path) {
     XPDib picture;
     picture.CreateBitmap(Size(40, 30), 24);
-    const Owned<kelalbum::Picture> stored(new kelalbum::Picture(picture));
+    const Owned<kelalbum::Picture> stored(new kelalbum::Picture(std::move(picture)));
     AlbumOutput output(path);
     for (const char* const name : {"a.bmp", "b.bmp"}) {
         Entry entry;
@@ -37,7 +38,7 @@ Card CardOf(const Size& size, int depth, unsigned char bytes, IBitmap::BM_Mode m
     XPDib picture;
     picture.CreateBitmap(size, depth);
     picture.ClearSurface(bytes);
-    const Owned<kelalbum::Picture> stored(new kelalbum::Picture(picture));
+    const Owned<kelalbum::Picture> stored(new kelalbum::Picture(std::move(picture)));
     Entry entry;
     entry.name = u"a name that is too long for the card it stands on"_w;
     entry.picture = stored.get();
