@@ -7,6 +7,8 @@
 #include <cstring>
 #include <initializer_list>
 #include <string>
+#include <tuple>
+#include <utility>
 
 /// A BITMAPINFO with room for every colour table.
 struct DibInfo {
@@ -31,6 +33,19 @@ struct DibInfo {
 
     operator BITMAPINFO*() { return reinterpret_cast<BITMAPINFO*>(this); }
     COLORREF Colour(int i) const { return RGB(table[i].rgbRed, table[i].rgbGreen, table[i].rgbBlue); }
+};
+
+/// A drawing object that is deleted at the end.
+template <class Handle>
+struct Owned {
+    explicit Owned(Handle object) : handle(object) {}
+    Owned(const Owned&) = delete;
+    Owned& operator=(const Owned&) = delete;
+    ~Owned() { DeleteObject(handle); }
+
+    operator Handle() const { return handle; }
+
+    const Handle handle;
 };
 
 /// A DIB section that is deleted at the end.
@@ -71,4 +86,24 @@ inline std::string Hex(const void* bytes, std::size_t count) {
         digits += "0123456789abcdef"[byte & 15];
     }
     return digits;
+}
+
+/// Numbers with spaces between them.
+inline std::string Text(const SIZE& size) {
+    return std::to_string(size.cx) + " " + std::to_string(size.cy);
+}
+
+inline std::string Text(const POINT& point) {
+    return Text(SIZE{point.x, point.y});
+}
+
+inline std::string Text(const RECT& rect) {
+    return Text(SIZE{rect.left, rect.top}) + " " + Text(SIZE{rect.right, rect.bottom});
+}
+
+/// Maps a window's extents to a viewport's.
+inline void Scale(HDC dc, SIZE window, SIZE viewport) {
+    SetMapMode(dc, MM_ANISOTROPIC);
+    SetWindowExtEx(dc, window.cx, window.cy, nullptr);
+    SetViewportExtEx(dc, viewport.cx, viewport.cy, nullptr);
 }
