@@ -57,7 +57,7 @@ TEST_CASE("a view's access follows from the mapping's protection") {
     const Opened file("a");
     for (const DWORD protection : {PAGE_READONLY, PAGE_WRITECOPY, PAGE_READWRITE}) {
         const HANDLE mapping = Map(file, protection);
-        for (const DWORD access : {FILE_MAP_READ, FILE_MAP_COPY, FILE_MAP_WRITE, FILE_MAP_ALL_ACCESS}) {
+        for (const DWORD access : {FILE_MAP_READ, FILE_MAP_COPY, FILE_MAP_WRITE, int{FILE_MAP_ALL_ACCESS}}) {
             const bool good = access == FILE_MAP_READ || access == FILE_MAP_COPY || protection == PAGE_READWRITE;
             CHECK_MESSAGE(ErrorOfView(mapping, access) == (good ? 0 : ERROR_ACCESS_DENIED), protection, " ", access);
         }

@@ -56,7 +56,7 @@ TEST_CASE("a semaphore counts from its start to its maximum") {
                  large = CreateSemaphoreA(nullptr, kMost, kMost, nullptr);
     CHECK((semaphore && large && GetLastError() == 0 && CloseHandle(large)));
     LONG previous = -7;
-    for (const LONG count : {3, kMost})
+    for (const LONG count : {LONG{3}, kMost})
         CHECK(ErrorOf(ReleaseSemaphore(semaphore, count, &previous)) == ERROR_TOO_MANY_POSTS);
     if (kOnLayer) { // Wine takes all of these
         for (const LONG count : {0, -1})
