@@ -14,12 +14,6 @@ bool IsAlive(HGDIOBJ object) {
     return GetObjectType(object) != 0;
 }
 
-LOGFONTA DescriptionOf(const Font& font) {
-    LOGFONTA description = {};
-    REQUIRE(GetObjectA(font.m_hFont, sizeof description, &description) != 0);
-    return description;
-}
-
 } // namespace
 
 TEST_CASE_TEMPLATE("there is one object for each description in use, whatever its owners do", Kind, Brushes, Pens,
@@ -137,7 +131,7 @@ TEST_CASE("fonts are equal by every field and by the face name up to its end, wi
     LOGFONTA endless = plain;
     std::fill(std::begin(endless.lfFaceName), std::end(endless.lfFaceName), 'x');
     const Font cut(endless);
-    CHECK(std::string(DescriptionOf(cut).lfFaceName) == std::string(31, 'x'));
+    CHECK(std::string(Told<LOGFONTA>(cut.m_hFont).lfFaceName) == std::string(31, 'x'));
     Font same;
     CHECK(
         same.CreateFontA(WideString(40, 'x'), 20, 0, 0, 0, FW_BOLD, false, false, false, DEFAULT_CHARSET, 0, 0, 0, 0));
@@ -147,7 +141,8 @@ TEST_CASE("fonts are equal by every field and by the face name up to its end, wi
 TEST_CASE("a font is made of its fields one by one") {
     Font font;
     REQUIRE(font.CreateFontA(u"Arial"_w, -20, 7, 900, 450, 700, true, false, true, 2, 3, 4, 5, 6));
-    const LOGFONTA made = DescriptionOf(font), expected = {-20, 7, 900, 450, 700, 1, 0, 1, 2, 3, 4, 5, 6, "Arial"};
+    const LOGFONTA made = Told<LOGFONTA>(font.m_hFont),
+                   expected = {-20, 7, 900, 450, 700, 1, 0, 1, 2, 3, 4, 5, 6, "Arial"};
     CHECK(std::equal(&made.lfFaceName[0], &made.lfFaceName[6], expected.lfFaceName));
     CHECK(std::equal(reinterpret_cast<const char*>(&made), made.lfFaceName, reinterpret_cast<const char*>(&expected)));
 }
@@ -166,7 +161,7 @@ TEST_CASE("points become logical units of the context") {
         SetViewportOrgEx(dc.m_hDC, 40, 50, nullptr);
         Font font, again;
         REQUIRE(font.CreatePointFont(tenths, u"Arial"_w, dc.m_hDC));
-        const LOGFONTA made = DescriptionOf(font);
+        const LOGFONTA made = Told<LOGFONTA>(font.m_hFont);
         CHECK((made.lfHeight == height && made.lfCharSet == DEFAULT_CHARSET && made.lfWeight == 0));
         LOGFONTA points = made;
         points.lfHeight = tenths;
@@ -178,7 +173,7 @@ TEST_CASE("points become logical units of the context") {
         CHECK((made || kel::test::HasCallFailed()));
         CHECK((font.m_hFont != nullptr) == made);
         if (made && kel::test::FaultIsOver())
-            CHECK(DescriptionOf(font).lfHeight == -13);
+            CHECK(Told<LOGFONTA>(font.m_hFont).lfHeight == -13);
         CHECK_FALSE(font.CreatePointFont(100, u"Arial"_w, reinterpret_cast<HDC>(0x1234)));
         CHECK(font.m_hFont == nullptr);
     });

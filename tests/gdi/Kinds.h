@@ -10,11 +10,7 @@ struct Brushes {
     static constexpr int kNullObject = NULL_BRUSH;
     static LOGBRUSH Null(COLORREF number) { return {BS_NULL, number, number}; }
     static HBRUSH Foreign(int number) { return CreateSolidBrush(static_cast<COLORREF>(number)); }
-    static int NumberOf(HBRUSH brush) {
-        LOGBRUSH description = {};
-        GetObjectA(brush, sizeof description, &description);
-        return static_cast<int>(description.lbColor);
-    }
+    static int NumberOf(HBRUSH brush) { return static_cast<int>(Told<LOGBRUSH>(brush).lbColor); }
 };
 
 struct Pens {
@@ -24,11 +20,7 @@ struct Pens {
     static constexpr int kNullObject = NULL_PEN;
     static LOGPEN Null(COLORREF number) { return {PS_NULL, {static_cast<LONG>(number), 0}, number}; }
     static HPEN Foreign(int number) { return CreatePen(PS_DASH, number, 0xFF); }
-    static int NumberOf(HPEN pen) {
-        LOGPEN description = {};
-        GetObjectA(pen, sizeof description, &description);
-        return description.lopnWidth.x;
-    }
+    static int NumberOf(HPEN pen) { return Told<LOGPEN>(pen).lopnWidth.x; }
 };
 
 struct Fonts {
@@ -43,9 +35,5 @@ struct Fonts {
         const LOGFONTA description = Describe(number);
         return ::CreateFontIndirectA(&description);
     }
-    static int NumberOf(HFONT font) {
-        LOGFONTA description = {};
-        GetObjectA(font, sizeof description, &description);
-        return description.lfHeight;
-    }
+    static int NumberOf(HFONT font) { return Told<LOGFONTA>(font).lfHeight; }
 };

@@ -77,6 +77,42 @@ struct MemoryContext {
     HDC dc;
 };
 
+/// A context of a window's client area, or of the screen, for a scope.
+struct WindowContext {
+    explicit WindowContext(HWND shown = nullptr) : window(shown), dc(GetDC(shown)) {}
+    WindowContext(const WindowContext&) = delete;
+    WindowContext& operator=(const WindowContext&) = delete;
+    ~WindowContext() { ReleaseDC(window, dc); }
+
+    operator HDC() const { return dc; }
+
+    HWND window;
+    HDC dc;
+};
+
+/// Another colour of the system for a scope.
+class Recoloured {
+public:
+    Recoloured(int index, COLORREF colour) : m_index(index), m_previous(GetSysColor(index)) { Set(colour); }
+    Recoloured(const Recoloured&) = delete;
+    Recoloured& operator=(const Recoloured&) = delete;
+    ~Recoloured() { Set(m_previous); }
+
+private:
+    void Set(COLORREF colour) const { CHECK(SetSysColors(1, &m_index, &colour)); }
+
+    int m_index;
+    COLORREF m_previous;
+};
+
+/// What an object tells of itself.
+template <class Description>
+Description Told(HGDIOBJ object) {
+    Description told{};
+    CHECK(GetObjectA(object, sizeof told, &told) != 0);
+    return told;
+}
+
 /// Bytes as digits, two a byte and no spaces.
 inline std::string Hex(const void* bytes, std::size_t count) {
     std::string digits;

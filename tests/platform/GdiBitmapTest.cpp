@@ -13,12 +13,6 @@ std::string Shape(HBITMAP bitmap) {
            std::to_string(facts.bmBitsPixel) + " row " + std::to_string(facts.bmWidthBytes);
 }
 
-DIBSECTION Facts(HBITMAP section) {
-    DIBSECTION facts{};
-    CHECK(GetObjectA(section, sizeof facts, &facts) == sizeof facts);
-    return facts;
-}
-
 static_assert(sizeof(void*) != 4 || (sizeof(BITMAP) == 24 && sizeof(DIBSECTION) == 84));
 
 } // namespace
@@ -86,20 +80,20 @@ TEST_CASE("a section tells its header, masks and address") {
     DibInfo info(5, -3, 8);
     info.header.biClrUsed = 10;
     const Section indexed(info);
-    const DIBSECTION facts = Facts(indexed.handle);
+    const DIBSECTION facts = Told<DIBSECTION>(indexed.handle);
     CHECK(facts.dsBm.bmBits == indexed.bytes);
     const BITMAPINFOHEADER& told = facts.dsBmih;
     CHECK((told.biSize == 40 && told.biHeight == 3)); // in either order of rows
     CHECK((told.biCompression == BI_RGB && told.biSizeImage == 24 && told.biClrUsed == 256));
     const Section words(5, 3, 16);
-    CHECK(Facts(words.handle).dsBmih.biCompression == BI_BITFIELDS);
-    CHECK(Facts(words.handle).dsBitfields[0] == 0x7C00);
+    CHECK(Told<DIBSECTION>(words.handle).dsBmih.biCompression == BI_BITFIELDS);
+    CHECK(Told<DIBSECTION>(words.handle).dsBitfields[0] == 0x7C00);
     const Section fields(DibInfo(5, 3, 16, BI_BITFIELDS).Masks(0xF800, 0x07E0, 0x001F));
-    CHECK(Facts(fields.handle).dsBitfields[1] == 0x07E0);
+    CHECK(Told<DIBSECTION>(fields.handle).dsBitfields[1] == 0x07E0);
 }
 
 TEST_CASE("compatible bitmaps follow the screen, or the bitmap in the context") {
-    const HDC screen = GetDC(nullptr);
+    const WindowContext screen;
     const MemoryContext memory;
     const auto shapeOf = [](HDC dc, int width, int height) {
         return Shape(Owned(CreateCompatibleBitmap(dc, width, height)));
@@ -109,13 +103,12 @@ TEST_CASE("compatible bitmaps follow the screen, or the bitmap in the context") 
     CHECK(shapeOf(screen, 70000, 70000) == "none");
     CHECK(shapeOf(memory, 5, 3) == "5x3x1 row 2");
     CHECK(shapeOf(nullptr, 5, 3) == "none");
-    ReleaseDC(nullptr, screen);
     DibInfo info(2, -2, 8);
     info.table[7] = {1, 2, 3, 0};
     const Section section(info);
     const MemoryContext eight(section.handle);
     const Owned alike(CreateCompatibleBitmap(eight, 5, 3));
-    CHECK(Facts(alike).dsBm.bmWidthBytes == 8);
+    CHECK(Told<DIBSECTION>(alike).dsBm.bmWidthBytes == 8);
     RGBQUAD colour{};
     CHECK((GetDIBColorTable(MemoryContext(alike), 7, 1, &colour) == 1 && colour.rgbRed == 3));
 }

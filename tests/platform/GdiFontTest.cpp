@@ -41,7 +41,7 @@ TEST_CASE("a font gives its description back") {
     CHECK(GetObjectA(made, sizeof back, &back) == 0);
     const Owned parts(CreateFontA(9, 0, 0, 0, FW_BOLD, 1, 0, 1, SYMBOL_CHARSET, 0, 0, PROOF_QUALITY, 0,
                                   "a name that is longer than its room"));
-    CHECK(GetObjectA(parts, sizeof back, &back) == sizeof back);
+    back = Told<LOGFONTA>(parts);
     CHECK((back.lfWeight == FW_BOLD && back.lfStrikeOut == 1 && back.lfCharSet == SYMBOL_CHARSET));
     CHECK(std::string(back.lfFaceName) == "a name that is longer than its ");
     CHECK(CreateFontIndirectA(nullptr) == nullptr);

@@ -46,11 +46,10 @@ TEST_CASE("selecting gives the object before, and refuses what does not fit") {
     CHECK(first == GetCurrentObject(other, OBJ_BITMAP)); // fresh contexts share one bitmap of one pixel
     CHECK(SelectObject(one, section.handle) == section.handle);
     CHECK(SelectObject(other, section.handle) == nullptr); // in one context at a time
-    const HDC screen = GetDC(nullptr);
+    const WindowContext screen;
     const Section free(4, 4, 24);
-    for (const HDC dc : {screen, HDC(), static_cast<HDC>(Stale())})
+    for (const HDC dc : {screen.dc, HDC(), static_cast<HDC>(Stale())})
         CHECK(SelectObject(dc, free.handle) == nullptr);
-    ReleaseDC(nullptr, screen);
     for (const HGDIOBJ object : {HGDIOBJ(), HGDIOBJ(one.dc), Stale(), GetStockObject(DEFAULT_PALETTE)})
         CHECK(SelectObject(one, object) == nullptr);
     const std::pair<UINT, HGDIOBJ> current[] = {{OBJ_BITMAP, section.handle},

@@ -202,17 +202,14 @@ TEST_CASE("transfers refuse what is no DIB") {
 }
 
 TEST_CASE("bitmaps are made from DIBs") {
-    const HDC screen = GetDC(nullptr);
     DibInfo info(2, -1, 24);
     const Owned bitmap(
-        CreateDIBitmap(screen, &info.header, CBM_INIT, "\x01\x02\x03\x04\x05\x06\0\0", info, DIB_RGB_COLORS));
-    ReleaseDC(nullptr, screen);
+        CreateDIBitmap(WindowContext(), &info.header, CBM_INIT, "\x01\x02\x03\x04\x05\x06\0\0", info, DIB_RGB_COLORS));
     BYTE got[8]{};
     CHECK(GetBitmapBits(bitmap, sizeof got, got) == sizeof got);
     CHECK(Hex(got, 8) == "0102030004050600");
     const MemoryContext memory;
     const Owned mono(CreateDIBitmap(memory, &info.header, 0, nullptr, nullptr, DIB_RGB_COLORS));
-    BITMAP facts{};
-    CHECK((GetObjectA(mono, sizeof facts, &facts) && facts.bmBitsPixel == 1));
+    CHECK(Told<BITMAP>(mono).bmBitsPixel == 1);
     CHECK(CreateDIBitmap(memory, nullptr, 0, nullptr, nullptr, DIB_RGB_COLORS) == nullptr);
 }

@@ -187,12 +187,8 @@ TEST_CASE("frames take no notice of pen and mode") {
 }
 
 TEST_CASE("edges are drawn in the system's colours and leave what they surround") {
-    const INT indices[] = {COLOR_BTNFACE, COLOR_BTNSHADOW, COLOR_BTNHIGHLIGHT, COLOR_3DDKSHADOW, COLOR_3DLIGHT};
-    COLORREF before[5];
-    for (int i = 0; i < 5; ++i)
-        before[i] = GetSysColor(indices[i]);
-    const COLORREF colours[] = {kBlue, kGreen, kWhite, kBlack, kRed};
-    REQUIRE(SetSysColors(5, indices, colours));
+    const Recoloured face(COLOR_BTNFACE, kBlue), shadow(COLOR_BTNSHADOW, kGreen), highlight(COLOR_BTNHIGHLIGHT, kWhite);
+    const Recoloured dark(COLOR_3DDKSHADOW, kBlack), light(COLOR_3DLIGHT, kRed);
     const auto edge = [](UINT borders, UINT flags, const char* left = "0 0 6 5") {
         return [=](Sheet& sheet) {
             RECT rect{0, 0, 6, 5};
@@ -208,7 +204,6 @@ TEST_CASE("edges are drawn in the system's colours and leave what they surround"
         {"flat", edge(EDGE_RAISED, BF_BOTTOM | BF_FLAT), "///BBBBBB/GGGGGG"},
     };
     Check(cases, 8, 6);
-    REQUIRE(SetSysColors(5, indices, before));
 }
 
 TEST_CASE("pens tell what they are") {

@@ -124,9 +124,8 @@ TEST_CASE("lists are merged and duplicated, and own what they hold") {
     ImageList_Remove(list, -1);
     CHECK((ImageList_GetImageCount(copy) == 2 && canvas.Of(copy, 0) == ".G/B"));
     IMAGEINFO info = {};
-    BITMAP bitmap = {};
     CHECK((ImageList_GetImageInfo(copy, 1, &info) && info.rcImage.right - info.rcImage.left == 2));
-    CHECK((GetObjectA(info.hbmImage, sizeof bitmap, &bitmap) && bitmap.bmBitsPixel == 24 && info.hbmMask));
+    CHECK((Told<BITMAP>(info.hbmImage).bmBitsPixel == 24 && info.hbmMask));
     CHECK((!ImageList_GetImageInfo(copy, 2, &info) && !ImageList_GetImageInfo(copy, 0, nullptr)));
 }
 
@@ -137,7 +136,7 @@ TEST_CASE("one image is dragged at a time, and leaves what was there") {
     CHECK((!ImageList_DragMove(0, 0) && !ImageList_DragEnter(nullptr, 0, 0) && !ImageList_BeginDrag(list, 9, 0, 0)));
     REQUIRE(ImageList_BeginDrag(list, 0, 1, 1));
     CHECK((!ImageList_BeginDrag(list, 0, 0, 0) && !ImageList_DragShowNolock(FALSE)));
-    const HDC screen = GetDC(nullptr);
+    const WindowContext screen;
     SetPixel(screen, 6, 5, kBack);
     CHECK((ImageList_DragEnter(nullptr, 6, 6) && GetPixel(screen, 6, 5) != kBack));
     CHECK((ImageList_DragMove(20, 20) && GetPixel(screen, 6, 5) == kBack && ImageList_DragMove(6, 6)));
@@ -145,7 +144,6 @@ TEST_CASE("one image is dragged at a time, and leaves what was there") {
     CHECK((ImageList_DragShowNolock(TRUE) && ImageList_DragLeave(nullptr) && GetPixel(screen, 6, 5) == kBack));
     ImageList_EndDrag();
     CHECK(!ImageList_DragMove(0, 0));
-    ReleaseDC(nullptr, screen);
 }
 
 TEST_CASE("a failing call leaves a list as it was") {

@@ -11,15 +11,13 @@ TEST_CASE("system colours are changed, told of and painted") {
     CHECK((GetSysColor(COLOR_INFOBK) == wanted[0] && GetSysColor(COLOR_HOTLIGHT) == wanted[1]));
     CHECK((GetSysColor(99) == 0 && GetSysColor(-1) == 0));
     CHECK(Log() == "ay ap ");
-    const HDC dc = GetDC(window);
+    const WindowContext dc(window);
     CHECK(GetPixel(dc, 5, 5) == wanted[0]);
     const HBRUSH brush = GetSysColorBrush(COLOR_HOTLIGHT);
-    LOGBRUSH described = {};
-    CHECK((GetObjectA(brush, sizeof described, &described) && described.lbColor == wanted[1]));
+    CHECK(Told<LOGBRUSH>(brush).lbColor == wanted[1]);
     const RECT all = {0, 0, 10, 10};
     CHECK((FillRect(dc, &all, brush) && GetPixel(dc, 5, 5) == wanted[1]));
     CHECK((GetSysColorBrush(99) == nullptr && GetSysColorBrush(-1) == nullptr));
-    ReleaseDC(window, dc);
     CHECK(SetSysColors(2, indexes, old));
     CHECK((GetSysColor(COLOR_INFOBK) == old[0] && !SetSysColors(1, nullptr, nullptr)));
 }

@@ -18,10 +18,7 @@ std::string PlaceOf(HWND window) {
 }
 
 COLORREF PixelOf(HWND window, int x, int y) {
-    const HDC dc = GetDC(window);
-    const COLORREF colour = GetPixel(dc, x, y);
-    ReleaseDC(window, dc);
-    return colour;
+    return GetPixel(WindowContext(window), x, y);
 }
 
 bool Reaches(HDC dc, int x, int y) {
@@ -29,19 +26,14 @@ bool Reaches(HDC dc, int x, int y) {
 }
 
 bool Reaches(HWND window, int x, int y) {
-    const HDC dc = GetDC(window);
-    const bool reaches = Reaches(dc, x, y);
-    ReleaseDC(window, dc);
-    return reaches;
+    return Reaches(WindowContext(window), x, y);
 }
 
 // Fills all that a context of the client area reaches.
 void Flood(HWND window, COLORREF colour) {
-    const HDC dc = GetDC(window);
     const Owned brush(CreateSolidBrush(colour));
     const RECT all = {-1000, -1000, 1000, 1000};
-    FillRect(dc, &all, brush);
-    ReleaseDC(window, dc);
+    FillRect(WindowContext(window), &all, brush);
 }
 
 } // namespace
