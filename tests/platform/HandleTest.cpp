@@ -123,9 +123,19 @@ TEST_CASE("handles are opened, used and closed by many threads at once") {
 }
 
 TEST_CASE("each thread has its own last error") {
+    std::atomic<int> step{0};
+    std::thread other([&] {
+        while (step != 1)
+            continue;
+        SetLastError(4321);
+        step = 2;
+    });
     SetLastError(1234);
-    std::thread([] { SetLastError(4321); }).join();
+    step = 1;
+    while (step != 2)
+        continue;
     CHECK(GetLastError() == 1234);
+    other.join();
 }
 
 TEST_CASE("the version is asked for with a record of either size") {
