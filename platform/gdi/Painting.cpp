@@ -84,6 +84,14 @@ void InvertArea(DeviceContext& context, Region area) {
     Run(job);
 }
 
+void FillReachable(const DeviceContext& context, Region area, const Region& reachable, COLORREF colour) {
+    area.Intersect(reachable);
+    RasterJob job = JobOn(context, area);
+    job.rop = PATCOPY >> 16;
+    job.pattern.solid = PixelFor(job.target, colour);
+    Run(job);
+}
+
 // The background mode has no effect on pens of ExtCreatePen.
 void PaintOutline(DeviceContext& context, Region area, const Region& inside) {
     const PenObject& pen = *context.State().pen;

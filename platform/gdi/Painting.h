@@ -30,6 +30,9 @@ void PaintArea(DeviceContext& context, Region area, COLORREF colour);
 /// Inverts what is visible of an area, whatever the raster mode.
 void InvertArea(DeviceContext& context, Region area);
 
+/// Fills what can be reached of an area with a colour, whatever the raster mode. @throws std::bad_alloc
+void FillReachable(const DeviceContext& context, Region area, const Region& reachable, COLORREF colour);
+
 /// Fills an area with the context's brush.
 inline void FillArea(DeviceContext& context, Region area) {
     PaintArea(context, std::move(area), *context.State().brush);

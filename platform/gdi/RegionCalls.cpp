@@ -49,10 +49,6 @@ int Combine(RegionObject& result, HRGN first, HRGN second, Combination combinati
     });
 }
 
-HRGN MakeRectangle(const char* name, const RECT& rect) {
-    return CallFails(name) ? nullptr : MakeRegion([&] { return Region(rect); });
-}
-
 bool FitsOffset(LONG low, LONG high, int by) {
     using Limits = std::numeric_limits<LONG>;
     return std::int64_t{low} + by >= Limits::min() && std::int64_t{high} + by <= Limits::max();
@@ -62,14 +58,6 @@ bool FitsOffset(LONG low, LONG high, int by) {
 } // namespace kel::platform
 
 using namespace kel::platform;
-
-HRGN WINAPI CreateRectRgn(int left, int top, int right, int bottom) {
-    return MakeRectangle("CreateRectRgn", {left, top, right, bottom});
-}
-
-HRGN WINAPI CreateRectRgnIndirect(const RECT* rect) {
-    return MakeRectangle("CreateRectRgnIndirect", *rect);
-}
 
 int WINAPI CombineRgn(HRGN result, HRGN first, HRGN second, int mode) {
     if (CallFails("CombineRgn"))

@@ -22,10 +22,16 @@ Region RoundRegion(const RECT& rect, int width, int height) {
     return hasPixels ? RoundRectRegion(box, width, height) : Region();
 }
 
-HRGN MakeEllipse(const char* name, const RECT& rect) {
-    if (CallFails(name))
-        return nullptr;
-    return MakeRegion([&] { return RoundRegion(rect, kLargestEllipse + 1, kLargestEllipse + 1); });
+HRGN MakeRectangle(const char* call, const RECT& rect) {
+    return CallFails(call) ? nullptr : MakeRegion([&] { return Region(rect); });
+}
+
+HRGN MakeRound(const char* call, const RECT& rect, int width, int height) {
+    return CallFails(call) ? nullptr : MakeRegion([&] { return RoundRegion(rect, width, height); });
+}
+
+HRGN MakeEllipse(const char* call, const RECT& rect) {
+    return MakeRound(call, rect, kLargestEllipse + 1, kLargestEllipse + 1);
 }
 
 HRGN MakePolygons(const POINT* points, const INT* counts, int polygons, int mode) {
@@ -46,6 +52,14 @@ bool AreCounts(const INT* counts, int polygons) {
 
 using namespace kel::platform;
 
+HRGN WINAPI CreateRectRgn(int left, int top, int right, int bottom) {
+    return MakeRectangle("CreateRectRgn", {left, top, right, bottom});
+}
+
+HRGN WINAPI CreateRectRgnIndirect(const RECT* rect) {
+    return MakeRectangle("CreateRectRgnIndirect", *rect);
+}
+
 HRGN WINAPI CreateEllipticRgn(int left, int top, int right, int bottom) {
     return MakeEllipse("CreateEllipticRgn", {left, top, right, bottom});
 }
@@ -55,9 +69,7 @@ HRGN WINAPI CreateEllipticRgnIndirect(const RECT* rect) {
 }
 
 HRGN WINAPI CreateRoundRectRgn(int left, int top, int right, int bottom, int width, int height) {
-    if (CallFails("CreateRoundRectRgn"))
-        return nullptr;
-    return MakeRegion([&] { return RoundRegion({left, top, right, bottom}, width, height); });
+    return MakeRound("CreateRoundRectRgn", {left, top, right, bottom}, width, height);
 }
 
 HRGN WINAPI CreatePolygonRgn(const POINT* points, int count, int mode) {

@@ -19,7 +19,6 @@ target_sources(kelplatform PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/DibRows.cpp
   ${CMAKE_CURRENT_LIST_DIR}/DrawingPath.cpp
   ${CMAKE_CURRENT_LIST_DIR}/EllipseRows.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/Fills.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Frames.cpp
   ${CMAKE_CURRENT_LIST_DIR}/GdiObject.cpp
   ${CMAKE_CURRENT_LIST_DIR}/GenericKernel.cpp
@@ -31,6 +30,7 @@ target_sources(kelplatform PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/PathCalls.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PenLines.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Pens.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PixelCalls.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PixelCopy.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Rectangles.cpp
   ${CMAKE_CURRENT_LIST_DIR}/RegionCalls.cpp

@@ -53,12 +53,8 @@ void EraseUpdate(Window& window) {
 HDC WINAPI BeginPaint(HWND handle, LPPAINTSTRUCT paint) {
     if (CallFails("BeginPaint"))
         return nullptr;
-    const auto window = FindWindowOf(handle);
-    if (!window)
-        return nullptr;
-    if (!paint)
-        return Fail(ERROR_INVALID_PARAMETER), nullptr;
-    return WithMemory(HDC(), [&] { return Begin(*window, *paint); });
+    const auto window = FindWindowOf(handle, paint);
+    return window ? WithMemory(HDC(), [&] { return Begin(*window, *paint); }) : nullptr;
 }
 
 // The window may have gone while it was painted.

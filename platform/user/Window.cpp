@@ -216,6 +216,13 @@ std::shared_ptr<Window> FindWindowOf(HWND handle) {
     return window;
 }
 
+std::shared_ptr<Window> FindWindowOf(HWND handle, const void* given) {
+    std::shared_ptr<Window> window = FindWindowOf(handle);
+    if (window && !given)
+        return Fail(ERROR_INVALID_PARAMETER), nullptr;
+    return window;
+}
+
 bool IsWindowHandle(HWND handle) {
     return Handles().Find(handle) || Fail(ERROR_INVALID_WINDOW_HANDLE);
 }

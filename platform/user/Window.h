@@ -137,6 +137,9 @@ void RemoveWindow(const Window& window);
 /// @return null with ERROR_INVALID_WINDOW_HANDLE, or ERROR_ACCESS_DENIED if it is another thread's.
 std::shared_ptr<Window> FindWindowOf(HWND handle);
 
+/// The same for a call that has to be given something, too. @return null with ERROR_INVALID_PARAMETER without that
+std::shared_ptr<Window> FindWindowOf(HWND handle, const void* given);
+
 /// Whether there is such a window, of any thread.
 bool IsWindowHandle(HWND handle);
 

@@ -43,11 +43,9 @@ POINT ClientOnScreen(const Window& window) {
 BOOL MovePoint(const char* name, HWND handle, LPPOINT point, int sign) {
     if (CallFails(name))
         return FALSE;
-    const auto window = FindWindowOf(handle);
+    const auto window = FindWindowOf(handle, point);
     if (!window)
         return FALSE;
-    if (!point)
-        return Fail(ERROR_INVALID_PARAMETER);
     const POINT corner = ClientOnScreen(*window);
     *point = {point->x + sign * corner.x, point->y + sign * corner.y};
     return TRUE;
@@ -127,11 +125,9 @@ HWND WINAPI GetParent(HWND handle) {
 BOOL WINAPI GetWindowRect(HWND handle, LPRECT rect) {
     if (CallFails("GetWindowRect"))
         return FALSE;
-    const auto window = FindWindowOf(handle);
+    const auto window = FindWindowOf(handle, rect);
     if (!window)
         return FALSE;
-    if (!rect)
-        return Fail(ERROR_INVALID_PARAMETER);
     const POINT corner = window->OnScreen();
     const SIZE size = window->Size();
     *rect = {corner.x, corner.y, corner.x + size.cx, corner.y + size.cy};
@@ -141,11 +137,9 @@ BOOL WINAPI GetWindowRect(HWND handle, LPRECT rect) {
 BOOL WINAPI GetClientRect(HWND handle, LPRECT rect) {
     if (CallFails("GetClientRect"))
         return FALSE;
-    const auto window = FindWindowOf(handle);
+    const auto window = FindWindowOf(handle, rect);
     if (!window)
         return FALSE;
-    if (!rect)
-        return Fail(ERROR_INVALID_PARAMETER);
     const SIZE size = window->ClientSize();
     *rect = {0, 0, size.cx, size.cy};
     return TRUE;

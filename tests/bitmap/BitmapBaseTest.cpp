@@ -32,18 +32,18 @@ TEST_CASE("the virtual members stand in their documented order") {
 }
 
 TEST_CASE("rows, colour tables and colours are measured as documented") {
-    for (const auto& row : {Size(1, 4), Size(24, 4), Size(32, 4), Size(33, 8), Size(0, 0), Size(-1, 0), Size(-64, -4)})
-        CHECK(MemoryPicture::WidthBytes(row.cx) == row.cy);
-    for (const auto& row : {Rect(3, 24, 12, 0), Rect(5, 24, 16, 0), Rect(9, 1, 4, 2), Rect(3, 16, 8, 0)}) {
-        const MemoryPicture picture({row.left, 1}, row.top);
-        CHECK(picture.GetScanlineSize() == row.right);
-        CHECK(picture.GetNumPaletteEntries() == row.bottom);
+    const std::pair<int, int> rows[] = {{1, 4}, {24, 4}, {32, 4}, {33, 8}, {0, 0}, {-1, 0}, {-64, -4}};
+    for (const auto& [bits, bytes] : rows)
+        CHECK(MemoryPicture::WidthBytes(bits) == bytes);
+    const int pictures[][4] = {{3, 24, 12, 0}, {5, 24, 16, 0}, {9, 1, 4, 2}, {3, 16, 8, 0}};
+    for (const auto& [width, bits, bytes, colors] : pictures) {
+        const MemoryPicture picture({width, 1}, bits);
+        CHECK((picture.GetScanlineSize() == bytes && picture.GetNumPaletteEntries() == colors));
     }
-    for (const auto& row : {Rect(8, 0, 1024, 0), Rect(8, 10, 40, 0), Rect(24, 0, 0, 0), Rect(24, 3, 12, 0)}) {
-        BITMAPINFOHEADER header = {};
-        header.biBitCount = static_cast<WORD>(row.left);
-        header.biClrUsed = static_cast<DWORD>(row.top);
-        CHECK(MemoryPicture().CalculateTableSize(&header) == row.right);
+    const int tables[][3] = {{8, 0, 1024}, {8, 10, 40}, {24, 0, 0}, {24, 3, 12}};
+    for (const auto& [bits, used, bytes] : tables) {
+        const BITMAPINFOHEADER header = {40, 0, 0, 1, WORD(bits), 0, 0, 0, 0, DWORD(used), 0};
+        CHECK(MemoryPicture().CalculateTableSize(&header) == bytes);
     }
     CHECK(BitmapBase::DibRGB(0xFF112233) == 0x332211);
     CHECK(MemoryPicture().GetScanlineSize() == 0);
@@ -69,24 +69,21 @@ TEST_CASE("pixels and colours are found at every depth that has them") {
 }
 
 TEST_CASE("shading tints the clipped area, with a mask from a multiple of 8 on") {
-    const struct {
-        Rect area;
-        bool masked;
-    } cases[] = {{{-9, -9, 99, 99}, false}, {{3, 1, 8, 4}, false}, {{50, 0, 60, 5}, false},
-                 {{11, 1, 20, 4}, true},    {{3, 0, 17, 5}, true}, {{0, 0, 0, 0}, true}};
-    for (const auto& row : cases) {
-        CAPTURE(row.area.left);
+    const std::pair<Rect, bool> cases[] = {{{-9, -9, 99, 99}, false}, {{3, 1, 8, 4}, false}, {{50, 0, 60, 5}, false},
+                                           {{11, 1, 20, 4}, true},    {{3, 0, 17, 5}, true}, {{0, 0, 0, 0}, true}};
+    for (const auto& [area, masked] : cases) {
+        CAPTURE(area.left);
         const auto picture = Painted<MemoryPicture>({21, 5}, 32);
         MemoryPicture mask({21, 5}, 1);
         for (int y = 0; y < 5; ++y)
             std::memcpy(RowOf(mask, y), "\xA5\xFF\x0F", 3);
         MemoryPicture shaded(picture);
-        REQUIRE(shaded.AlphaShadeBitmap(row.area, 0x4080FF, 64, row.masked ? &mask : nullptr));
-        const int left = row.masked ? row.area.left & ~7 : row.area.left;
+        REQUIRE(shaded.AlphaShadeBitmap(area, 0x4080FF, 64, masked ? &mask : nullptr));
+        const int left = masked ? area.left & ~7 : area.left;
         CheckPixels(shaded, [&](int x, int y) {
             const unsigned long was = picture.GetPixel(x, y);
-            const bool inside = x >= left && x < row.area.right && y >= row.area.top && y < row.area.bottom;
-            if (!inside || (row.masked && mask.GetPixel(x, y) == 0))
+            const bool inside = x >= left && x < area.right && y >= area.top && y < area.bottom;
+            if (!inside || (masked && mask.GetPixel(x, y) == 0))
                 return was;
             const auto channel = [&](int shift) {
                 return (64 * (0x4080FFUL >> shift & 0xFF) + 192 * (was >> shift & 0xFF)) >> 8 << shift;

@@ -1,4 +1,4 @@
-#include "tests/bitmap/Pictures.h"
+#include "tests/bitmap/Canvas.h"
 
 #include <cstdlib>
 
@@ -7,32 +7,7 @@ static_assert(sizeof(void*) != 4 || (sizeof(BitmapBase::DibSrc) == 16 && sizeof(
 
 namespace {
 
-constexpr unsigned long kKey = 0xFF00FF;
 constexpr Rect kWhole(0, 0, 20, 12);
-
-// A 32-bit picture to draw on.
-struct Canvas {
-    ~Canvas() {
-        SelectObject(dc, previous);
-        DeleteDC(dc);
-    }
-    const GDIBitmap before = Painted({20, 12}, 32, 0x334455);
-    GDIBitmap picture = before;
-    HDC dc = CreateCompatibleDC(nullptr);
-    HGDIOBJ previous = SelectObject(dc, picture.GetHandle(true));
-};
-
-// Checks that nothing has changed outside the target; inside, @p check gets column and row counted from its left top,
-// the pixel that was there and the one that is.
-template <class Check>
-void CheckTarget(const Canvas& canvas, const Rect& target, Check check) {
-    CheckPixels(canvas.picture, [&](int x, int y) {
-        const unsigned long was = canvas.before.GetPixel(x, y);
-        const bool inside = x >= target.left && x < target.right && y >= target.top && y < target.bottom;
-        const unsigned long shown = canvas.picture.GetPixel(x, y);
-        return !inside ? was : check(x - target.left, y - target.top, was, shown) ? shown : ~shown;
-    });
-}
 
 // Whether each channel is the blend, which may be rounded either way.
 bool IsBlend(unsigned long shown, unsigned long over, double alpha, unsigned long under, double kept) {
@@ -52,9 +27,7 @@ TEST_CASE("drawing copies pixels, stretched by nearest neighbours, for both kind
     for (const GDIBitmap* const drawn : {&picture, &device}) {
         Canvas canvas;
         CHECK(drawn->Draw(canvas.dc, target, IBitmap::BM_Stretch, {1, 1}));
-        CheckTarget(canvas, target, [&](int x, int y, unsigned long, unsigned long shown) {
-            return shown == picture.GetPixel(x / 2, y / 2);
-        });
+        CheckTarget(canvas, target, ShownFrom(picture, 0, 0, 2));
         CHECK(GetStretchBltMode(canvas.dc) == COLORONCOLOR);
         CHECK(drawn->Draw(canvas.dc, target, Rect(1, 1, 3, 2), NOTSRCCOPY));
         CheckTarget(canvas, target, [&](int x, int, unsigned long, unsigned long shown) {
@@ -78,18 +51,11 @@ TEST_CASE("transparent drawing leaves out one colour") {
         for (const Size& at : {Size(0, 0), Size(3, 2), Size(5, 3)})
             SetPixelOf(picture, at.cx, at.cy, bits == 8 ? 255 : kKey);
         const GDIBitmap rgb = InColours(picture);
-        const auto expected = [&](int x, int y, unsigned long under, unsigned long shown) {
-            return shown == (rgb.GetPixel(x, y) == kKey ? under : rgb.GetPixel(x, y));
-        };
         Canvas whole, part;
         CHECK(picture.TransparentDraw(whole.dc, {2, 1, 14, 9}, kKey, IBitmap::BM_Center, {2, 2}));
-        CheckTarget(whole, {2, 1, 14, 9}, [&](int x, int y, unsigned long under, unsigned long shown) {
-            return expected(x / 2, y / 2, under, shown);
-        });
+        CheckTarget(whole, {2, 1, 14, 9}, ShownFrom(rgb, 0, 0, 2));
         CHECK(picture.TransparentDraw(part.dc, {7, 5, 10, 7}, Rect(3, 2, 6, 4), kKey));
-        CheckTarget(part, {7, 5, 10, 7}, [&](int x, int y, unsigned long under, unsigned long shown) {
-            return expected(x + 3, y + 2, under, shown);
-        });
+        CheckTarget(part, {7, 5, 10, 7}, ShownFrom(rgb, 3, 2, 1));
         CHECK_FALSE(picture.TransparentDraw(nullptr, kWhole, Rect(0, 0, 1, 1), 0));
     }
     CHECK_FALSE(GDIBitmap().TransparentDraw(nullptr, kWhole, Rect(0, 0, 1, 1), 0));

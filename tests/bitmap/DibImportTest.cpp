@@ -41,63 +41,56 @@ constexpr int kLeast = std::numeric_limits<int>::min();
 } // namespace
 
 TEST_CASE_TEMPLATE("a whole packed bitmap is taken over", Picture, MemoryPicture, GDIBitmap) {
-    const struct {
-        Packed packed;
-        int firstByte; // of the bottom row
-        int entries;   // that come from the block
-    } cases[] = {{{9, 2, 1, 8 + 8}, 9, 2},
-                 {{9, 2, 1, 4 + 8, 1}, 5, 1},
-                 {{3, 2, 4, 64 + 8}, 65, 16},
-                 {{3, 2, 8, 64 + 8, 16}, 65, 16},
-                 {{3, 2, 16, 16}, 1, 0},
-                 {{3, 2, 24, 24}, 1, 0},
-                 {{3, 2, 24, 12 + 24, 3}, 13, 0},
-                 {{3, 2, 32, 24 + 9}, 1, 0},
-                 {{3, -2, 24, 24}, 13, 0},
-                 {{3, 2, 32, 24, 0, kPlain32}, 1, 0},
-                 {{3, 2, 16, 16, 0, kPlain16}, 1, 0},
-                 {{3, 2, 32, 24, 0, kPlain32, 108}, 1, 0}};
+    const std::tuple<Packed, int, int> cases[] = {{{9, 2, 1, 8 + 8}, 9, 2},
+                                                  {{9, 2, 1, 4 + 8, 1}, 5, 1},
+                                                  {{3, 2, 4, 64 + 8}, 65, 16},
+                                                  {{3, 2, 8, 64 + 8, 16}, 65, 16},
+                                                  {{3, 2, 16, 16}, 1, 0},
+                                                  {{3, 2, 24, 24}, 1, 0},
+                                                  {{3, 2, 24, 12 + 24, 3}, 13, 0},
+                                                  {{3, 2, 32, 24 + 9}, 1, 0},
+                                                  {{3, -2, 24, 24}, 13, 0},
+                                                  {{3, 2, 32, 24, 0, kPlain32}, 1, 0},
+                                                  {{3, 2, 16, 16, 0, kPlain16}, 1, 0},
+                                                  {{3, 2, 32, 24, 0, kPlain32, 108}, 1, 0}};
+    // The first byte is that of the bottom row; entries of the table come from the block.
     for (const auto& row : cases) {
         CAPTURE(&row - cases);
+        const auto& [packed, firstByte, entries] = row;
         Picture picture;
-        REQUIRE(Import(picture, row.packed));
-        CHECK(picture.GetWidth() == static_cast<unsigned>(row.packed.width));
-        CHECK((picture.GetHeight() == 2 && picture.GetBitsPerPixel() == row.packed.bits));
-        CHECK(BytesOf(picture)[0] == row.firstByte);
+        REQUIRE(Import(picture, packed));
+        CHECK(picture.GetWidth() == static_cast<unsigned>(packed.width));
+        CHECK((picture.GetHeight() == 2 && picture.GetBitsPerPixel() == packed.bits));
+        CHECK(BytesOf(picture)[0] == firstByte);
         const auto* const table = reinterpret_cast<const unsigned char*>(picture.LockPalette());
         for (int i = 0; i < 4 * picture.GetNumPaletteEntries(); ++i)
-            CHECK(table[i] == (i < 4 * row.entries ? i + 1 : 0));
+            CHECK(table[i] == (i < 4 * entries ? i + 1 : 0));
     }
 }
 
 TEST_CASE_TEMPLATE("what is no whole packed bitmap is refused and changes nothing", Picture, MemoryPicture, GDIBitmap) {
-    const Packed cases[] = {{3, 2, 24, 23},
-                            {3, 2, 8, 1024 + 7},
-                            {0, 2, 24, 99},
-                            {-3, 2, 24, 99},
-                            {3, 0, 24, 99},
-                            {3, kLeast, 24, 99},
-                            {kMost, kMost, 32, 99},
-                            {0x10000000, 1, 32, 99},
-                            {0x10000, 0x10000, 1, 99},
-                            {0x8000, 0x8000, 32, 99},
-                            {3, 2, 0, 99},
-                            {3, 2, 48, 99},
-                            {3, 2, 8, 1028 + 8, 257},
-                            {3, 2, 24, 99, 0x40000000},
-                            {3, 2, 24, 99, 0xFFFFFFFF},
-                            {3, 2, 24, 99, 0, nullptr, 12},
-                            {3, 2, 24, 99, 0, nullptr, 0xFFFFFFFF},
-                            {3, 2, 8, 1024 + 8, 0, nullptr, 40, 1},
-                            {3, 2, 32, 0, 0, nullptr, 40, BI_BITFIELDS},
-                            {3, 2, 16, 16, 0, k565},
-                            {3, 2, 24, 24, 0, kPlain32},
-                            {3, 2, 32, 23, 0, kPlain32},
-                            {3, 2, 32, 99, 0, kPlain32, 48}};
+    std::vector<Packed> cases = {{3, 2, 24, 23},
+                                 {3, 2, 8, 1024 + 7},
+                                 {3, 2, 8, 1028 + 8, 257},
+                                 {3, 2, 24, 99, 0x40000000},
+                                 {3, 2, 24, 99, 0xFFFFFFFF},
+                                 {3, 2, 24, 99, 0, nullptr, 12},
+                                 {3, 2, 24, 99, 0, nullptr, 0xFFFFFFFF},
+                                 {3, 2, 8, 1024 + 8, 0, nullptr, 40, 1},
+                                 {3, 2, 32, 0, 0, nullptr, 40, BI_BITFIELDS},
+                                 {3, 2, 16, 16, 0, k565},
+                                 {3, 2, 24, 24, 0, kPlain32},
+                                 {3, 2, 32, 23, 0, kPlain32},
+                                 {3, 2, 32, 99, 0, kPlain32, 48}};
+    const int sizes[][3] = {{0, 2, 24},         {-3, 2, 24},         {3, 0, 24}, {3, kLeast, 24},
+                            {kMost, kMost, 32}, {0x10000000, 1, 32}, {3, 2, 0},  {0x10000, 0x10000, 1},
+                            {3, 2, 48},         {0x8000, 0x8000, 32}};
+    for (const auto& [width, height, bits] : sizes)
+        cases.push_back({width, height, bits, 99});
     Picture picture;
     REQUIRE(Import(picture, {3, 2, 24, 24}));
     for (const Packed& packed : cases) {
-        CAPTURE(&packed - cases);
+        CAPTURE(&packed - cases.data());
         CHECK_FALSE(Import(picture, packed));
         CHECK(BytesOf(picture)[23] == 24);
     }

@@ -4,6 +4,9 @@
 
 #include <doctest/doctest.h>
 
+#include <tuple>
+#include <utility>
+
 /// Sets a pixel of depth 8, 24 or 32 from an index or a COLORREF.
 inline void SetPixelOf(IBitmap& picture, int x, int y, unsigned long value) {
     const int bytes = picture.GetBitsPerPixel() / 8;

@@ -3,37 +3,33 @@
 #include <cmath>
 
 TEST_CASE("prescaling makes the size that the picture would have in the target, below the limit") {
-    const struct {
-        Size source, target;
-        int mode;
-        XSize<double> scale;
-        double limit;
-        Size result; // (0, 0) for none
-    } cases[] = {{{100, 100}, {200, 200}, 0, {1, 1}, 5.0, {200, 200}},
-                 {{100, 100}, {200, 200}, 0, {1, 1}, 4.0, {}},
-                 {{100, 100}, {200, 200}, 2, {1, 1}, 4.1, {200, 200}},
-                 {{150, 100}, {100, 100}, 0, {1, 1}, 0.1, {100, 100}},
-                 {{200, 100}, {100, 100}, 1, {1, 1}, 1.0, {100, 50}},
-                 {{200, 100}, {100, 100}, 1, {1, 1}, 0.25, {}},
-                 {{200, 100}, {100, 100}, 1, {1, 3}, 1.0, {67, 100}},
-                 {{40, 30}, {50, 100}, 3, {2, 2}, 9.0, {50, 60}},
-                 {{40, 30}, {50, 100}, 4, {2, 2}, 9.0, {50, 60}},
-                 {{40, 30}, {50, 100}, 3, {2, 2}, 2.5, {}},
-                 {{40, 30}, {50, 100}, 5, {1, 1}, 9.0, {}},
-                 {{40, 30}, {0, 100}, 0, {1, 1}, 9.0, {}},
-                 {{40, 30}, {50, 100}, 0, {0, 1}, 9.0, {}},
-                 {{40, 30}, {50, 100}, 0, {1, -1}, 9.0, {}},
-                 {{40, 30}, {50, 100}, 3, {1, 0.001}, 9.0, {}},
-                 {{40, 30}, {50, 100}, 3, {std::nan(""), 1}, 9.0, {}}};
+    const std::tuple<Size, Size, int, XSize<double>, double, Size> cases[] = {
+        {{100, 100}, {200, 200}, 0, {1, 1}, 5.0, {200, 200}},
+        {{100, 100}, {200, 200}, 0, {1, 1}, 4.0, {}},
+        {{100, 100}, {200, 200}, 2, {1, 1}, 4.1, {200, 200}},
+        {{150, 100}, {100, 100}, 0, {1, 1}, 0.1, {100, 100}},
+        {{200, 100}, {100, 100}, 1, {1, 1}, 1.0, {100, 50}},
+        {{200, 100}, {100, 100}, 1, {1, 1}, 0.25, {}},
+        {{200, 100}, {100, 100}, 1, {1, 3}, 1.0, {67, 100}},
+        {{40, 30}, {50, 100}, 3, {2, 2}, 9.0, {50, 60}},
+        {{40, 30}, {50, 100}, 4, {2, 2}, 9.0, {50, 60}},
+        {{40, 30}, {50, 100}, 3, {2, 2}, 2.5, {}},
+        {{40, 30}, {50, 100}, 5, {1, 1}, 9.0, {}},
+        {{40, 30}, {0, 100}, 0, {1, 1}, 9.0, {}},
+        {{40, 30}, {50, 100}, 0, {0, 1}, 9.0, {}},
+        {{40, 30}, {50, 100}, 0, {1, -1}, 9.0, {}},
+        {{40, 30}, {50, 100}, 3, {1, 0.001}, 9.0, {}},
+        {{40, 30}, {50, 100}, 3, {std::nan(""), 1}, 9.0, {}}};
     for (const auto& row : cases) {
         CAPTURE(&row - cases);
-        GDIBitmap picture = Painted(row.source, 24);
+        const auto& [source, area, mode, scale, limit, result] = row; // (0, 0) for none
+        GDIBitmap picture = Painted(source, 24);
         const GDIBitmap before(picture);
-        const Rect target(7, 7, 7 + row.target.cx, 7 + row.target.cy);
-        const bool made = picture.Prescale(target, IBitmap::BM_Mode(row.mode), row.scale, row.limit);
-        CHECK(made == (row.result.cx != 0));
-        CHECK(picture.GetDimension().cx == (made ? row.result.cx : row.source.cx));
-        CHECK(picture.GetDimension().cy == (made ? row.result.cy : row.source.cy));
+        const Rect target(7, 7, 7 + area.cx, 7 + area.cy);
+        const bool made = picture.Prescale(target, IBitmap::BM_Mode(mode), scale, limit);
+        CHECK(made == (result.cx != 0));
+        CHECK(picture.GetDimension().cx == (made ? result.cx : source.cx));
+        CHECK(picture.GetDimension().cy == (made ? result.cy : source.cy));
         CHECK((picture == before) == !made);
     }
     CHECK(GDIBitmap::CreatePrescaledBmp(GDIBitmap(), {0, 0, 9, 9}, IBitmap::BM_Fit, {1, 1}, 9).IsEmpty());

@@ -32,14 +32,10 @@ unsigned long ErrorOf(Operation operation) {
     return 0;
 }
 
-bool IsOpen(HANDLE handle) {
+// Whether a handle is open, and has @p flag if one is asked for.
+bool IsOpen(HANDLE handle, DWORD flag = 0) {
     DWORD flags = 0;
-    return GetHandleInformation(handle, &flags) != FALSE;
-}
-
-bool IsInherited(HANDLE handle) {
-    DWORD flags = 0;
-    return GetHandleInformation(handle, &flags) && (flags & HANDLE_FLAG_INHERIT) != 0;
+    return GetHandleInformation(handle, &flags) && (flags & flag) == flag;
 }
 
 } // namespace
@@ -53,8 +49,7 @@ TEST_CASE("a File opens by its full path, and closing empties it") {
     file.Close();
 
     file.OpenForReading(folder.Path() + u"\\.\\data.bin"_w);
-    CHECK(file.GetFilePath() == path);
-    CHECK(file.GetDirname() == folder.Path());
+    CHECK((file.GetFilePath() == path && file.GetDirname() == folder.Path()));
     CHECK(file.GetBasename() + file.GetFileName() == u"data.bindata.bin"_w);
     CHECK(file.GetFileTitleA() + file.GetFileExtension() == u"data.bin"_w);
     CHECK(file.GetShortPath() == File::GetShortPath(path));
@@ -80,8 +75,8 @@ TEST_CASE("the opening members pass access, sharing, inheritance and disposition
     CHECK(file.Write("12") == 2);
     CHECK(ErrorOf([&] { other.OpenForReading(path, FILE_SHARE_READ); }) == ERROR_SHARING_VIOLATION);
     other.OpenForReading(path, kShareAll);
-    CHECK(IsInherited(file.GetHandle()));
-    CHECK_FALSE(IsInherited(other.GetHandle()));
+    CHECK(IsOpen(file.GetHandle(), HANDLE_FLAG_INHERIT));
+    CHECK_FALSE(IsOpen(other.GetHandle(), HANDLE_FLAG_INHERIT));
     CHECK(ErrorOf([&] { other.Write("x"); }) == ERROR_ACCESS_DENIED);
     other.Close();
 
@@ -126,17 +121,14 @@ TEST_CASE("reading gives what is there; a count of 0 asks for the size of the fi
     const std::string content("a\0cd", 4);
     File file;
     file.OpenForReading(folder.Write("four", content));
-    const struct {
-        __int64 from;
-        unsigned long count, got;
-    } rows[] = {{0, 10, 4}, {4, 10, 0}, {2, 0, 2}, {0, 1, 1}};
-    for (const auto& row : rows) {
-        CAPTURE(row.from);
-        std::string bytes = "some longer text that was there before";
-        file.SetFilePos(row.from, FILE_BEGIN);
-        CHECK(file.Read(bytes, row.count) == row.got);
-        CHECK(bytes == content.substr(static_cast<std::size_t>(row.from), row.got));
-    }
+    for (unsigned long from = 0; from <= 4; ++from)
+        for (unsigned long count = 0; count <= 6; ++count) {
+            INFO(from, " ", count);
+            std::string bytes = "some longer text that was there before";
+            file.SetFilePos(from, FILE_BEGIN);
+            const std::string expected = content.substr(from, count == 0 ? 4 : count);
+            CHECK((file.Read(bytes, count) == expected.size() && bytes == expected));
+        }
 }
 
 TEST_CASE("writing moves the position, which takes 64-bit values") {

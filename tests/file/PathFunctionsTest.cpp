@@ -63,41 +63,26 @@ TEST_CASE("base names and whole paths lose the extension they end with, or have 
         {Switch, u"a.b\\c"_w, u"doc"_w, u"a.b\\cdoc"_w},
         {Switch, u"\0a"_w, u".doc"_w, u""_w},
     };
-    for (const auto& row : cases) {
-        CAPTURE(&row - cases);
-        CHECK(row.function(row.path, row.extension) == row.result);
-    }
+    for (const auto& row : cases)
+        CHECK_MESSAGE(row.function(row.path, row.extension) == row.result, (&row - cases));
 }
 
 TEST_CASE("directories and names are joined with one backslash") {
-    struct {
-        String directory, name, path;
-    } const cases[] = {
-        {u"\0d"_w, u"f"_w, u"f"_w},
-        {u"d"_w, u""_w, u"d\\"_w},
-        {u"C:\\\0\0"_w, u"f"_w, u"C:\\f"_w},
-        {u"C:\\dir\\\\"_w, u"f"_w, u"C:\\dir\\f"_w},
-        {u"C:"_w, u"f"_w, u"C:\\f"_w},
-        {u"\\\\\\"_w, u"f"_w, u"\\f"_w},
-        {u"C:\\dir"_w, u"\\f"_w, u"C:\\dir\\\\f"_w},
-    };
-    for (const auto& row : cases)
-        CHECK(File::MakePath(row.directory, row.name) == row.path);
+    const std::pair<String, String> cases[] = {{u"\0d"_w, u"f"_w},          {u"d"_w, u"d\\f"_w},
+                                               {u"C:\\\0\0"_w, u"C:\\f"_w}, {u"C:\\dir\\\\"_w, u"C:\\dir\\f"_w},
+                                               {u"C:"_w, u"C:\\f"_w},       {u"\\\\\\"_w, u"\\f"_w}};
+    for (const auto& [directory, path] : cases)
+        CHECK(File::MakePath(directory, u"f"_w) == path);
+    CHECK((File::MakePath(u"d"_w, u""_w) == u"d\\"_w && File::MakePath(u"C:\\dir"_w, u"\\f"_w) == u"C:\\dir\\\\f"_w));
 }
 
 TEST_CASE("drive roots and absolute paths are told apart from the rest") {
-    for (const String& path : {u"C:\\"_w, u"z:\\\0x"_w}) {
-        CAPTURE(path);
-        CHECK((File::IsDriveRoot(path) && File::IsPathAbsolute(path)));
-    }
-    for (const String& path : {u"C:\\\\"_w, u"C:\\x"_w, u"\\\\"_w}) {
-        CAPTURE(path);
-        CHECK((!File::IsDriveRoot(path) && File::IsPathAbsolute(path)));
-    }
-    for (const String& path : {u"C:"_w, u"C:/"_w, u"1:\\"_w, u"[:\\"_w, u"\x2022:\\"_w, u"\\x"_w, u"\\"_w, u""_w}) {
-        CAPTURE(path);
-        CHECK((!File::IsDriveRoot(path) && !File::IsPathAbsolute(path)));
-    }
+    for (const String& path : {u"C:\\"_w, u"z:\\\0x"_w})
+        CHECK_MESSAGE((File::IsDriveRoot(path) && File::IsPathAbsolute(path)), path);
+    for (const String& path : {u"C:\\\\"_w, u"C:\\x"_w, u"\\\\"_w})
+        CHECK_MESSAGE((!File::IsDriveRoot(path) && File::IsPathAbsolute(path)), path);
+    for (const String& path : {u"C:"_w, u"C:/"_w, u"1:\\"_w, u"[:\\"_w, u"\x2022:\\"_w, u"\\x"_w, u"\\"_w, u""_w})
+        CHECK_MESSAGE((!File::IsDriveRoot(path) && !File::IsPathAbsolute(path)), path);
 }
 
 TEST_CASE("the system completes paths of any length, and shortens existing ones") {
@@ -116,8 +101,7 @@ TEST_CASE("the system completes paths of any length, and shortens existing ones"
 
     const TempFolder folder;
     const String path = folder.Write("some long file name.text", "1");
-    const WideString shortened = File::GetShortPath(path);
-    CHECK(File::GetSizeRecursive(shortened) == 1);
+    CHECK(File::GetSizeRecursive(File::GetShortPath(path)) == 1);
     CHECK(File::GetShortPath(folder.Path("missing")).empty());
 }
 
@@ -126,8 +110,6 @@ TEST_CASE("a compacted path fits the count of characters or is whole") {
     CHECK(File::CompactPath(path, 100) == path);
     CHECK(File::CompactPath(path, UINT_MAX) == path);
     CHECK(File::CompactPath(path, 16) == u"C:\\f...\\name.txt"_w);
-    for (unsigned int count = 0; count != path.size() + 2; ++count) {
-        CAPTURE(count);
-        CHECK(File::CompactPath(path, count).size() <= count);
-    }
+    for (unsigned int count = 0; count != path.size() + 2; ++count)
+        CHECK_MESSAGE(File::CompactPath(path, count).size() <= count, count);
 }

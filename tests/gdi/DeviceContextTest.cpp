@@ -45,20 +45,18 @@ TEST_CASE("mapping and positions are set and asked, the setters giving what was"
 }
 
 TEST_CASE("sizes are multiplied by one extent and divided by the other, rounded half away from zero") {
-    const struct {
-        SIZE window, viewport, size, toLogical, toDevice;
-    } rows[] = {{{1, 1}, {2, -2}, {100, 50}, {200, 100}, {50, 25}},
-                {{-2, 4}, {3, 1}, {5, 5}, {8, 1}, {3, 20}},
-                {{3, 3}, {1, 1}, {-5, -4}, {-2, -1}, {-15, -12}}};
-    for (const auto& row : rows) {
+    const std::tuple<SIZE, SIZE, SIZE, SIZE, SIZE> rows[] = {{{1, 1}, {2, -2}, {100, 50}, {200, 100}, {50, 25}},
+                                                             {{-2, 4}, {3, 1}, {5, 5}, {8, 1}, {3, 20}},
+                                                             {{3, 3}, {1, 1}, {-5, -4}, {-2, -1}, {-15, -12}}};
+    for (const auto& [window, viewport, size, toLogical, toDevice] : rows) {
         DC dc(CreateCompatibleDC(nullptr), nullptr);
         SetMapMode(dc.m_hDC, MM_ANISOTROPIC);
-        dc.SetWindowExt(row.window.cx, row.window.cy);
-        dc.SetViewportExt(row.viewport.cx, row.viewport.cy);
-        SIZE logical = row.size, device = row.size;
+        dc.SetWindowExt(window.cx, window.cy);
+        dc.SetViewportExt(viewport.cx, viewport.cy);
+        SIZE logical = size, device = size;
         dc.DPtoLP(logical);
         dc.LPtoDP(device);
-        CHECK((logical == row.toLogical && device == row.toDevice));
+        CHECK((logical == toLogical && device == toDevice));
     }
 }
 

@@ -3,95 +3,77 @@
 #include "tests/support/Text.h"
 
 #include <cwctype>
+#include <functional>
 
 namespace {
 
 constexpr RECT kBox = {2, 3, 90, 40};
-const INT kAdvances[] = {20, 20, 20, 20, 20, 20, 20, 20, 20, 20, 20, 20};
+constexpr POINT kAt = {4, 5};
+constexpr SIZE kNoSize = {0, 0};
+constexpr SIZE kSize = {60, 20};
+const std::vector<INT> g_advances(64, 20);
 int g_tabs[] = {30, 70};
+constexpr UINT kLine = DT_SINGLELINE | DT_END_ELLIPSIS | DT_VCENTER;
+constexpr UINT kOptions = ETO_OPAQUE | ETO_CLIPPED;
+
+bool DrawState(HDC dc, const char* text, SIZE size, UINT flags) {
+    return DrawStateA(dc, nullptr, nullptr, reinterpret_cast<LPARAM>(text), 0, kAt.x, kAt.y, size.cx, size.cy, flags) !=
+           0;
+}
 
 // Each draws the text by the wrapper or by the narrow call itself; the results are the same, and the pictures.
 const struct {
     const char* name;
-    long (*draw)(DC& dc, const WideString& text);
-    long (*expected)(HDC dc, const std::string& text);
+    std::function<long(DC& dc, const WideString& text, RECT box)> byWrapper;
+    std::function<long(HDC dc, const char* text, int count, RECT box)> byCall;
 } kDrawings[] = {
-    {"DrawText",
-     [](DC& dc, const WideString& text) {
-         RECT box = kBox;
-         return long{dc.DrawTextA(text, box, DT_SINGLELINE | DT_END_ELLIPSIS | DT_MODIFYSTRING | DT_VCENTER)};
-     },
-     [](HDC dc, const std::string& text) {
-         RECT box = kBox;
-         return long{DrawTextA(dc, text.c_str(), static_cast<int>(text.size()), &box,
-                               DT_SINGLELINE | DT_END_ELLIPSIS | DT_VCENTER)};
-     }},
+    {"DrawText", [](DC& dc, auto& text, RECT box) { return dc.DrawTextA(text, box, kLine | DT_MODIFYSTRING); },
+     [](HDC dc, auto text, int count, RECT box) { return DrawTextA(dc, text, count, &box, kLine); }},
     {"DrawText, measured",
-     [](DC& dc, const WideString& text) {
-         RECT box = kBox;
-         dc.DrawTextA(text, box, DT_CALCRECT);
-         return long{box.right};
-     },
-     [](HDC dc, const std::string& text) {
-         RECT box = kBox;
-         DrawTextA(dc, text.c_str(), static_cast<int>(text.size()), &box, DT_CALCRECT);
-         return long{box.right};
+     [](DC& dc, auto& text, RECT box) { return dc.DrawTextA(text, box, DT_CALCRECT) << 16 | box.right; },
+     [](HDC dc, auto text, int count, RECT box) {
+         return DrawTextA(dc, text, count, &box, DT_CALCRECT) << 16 | box.right;
      }},
-    {"ExtTextOut",
-     [](DC& dc, const WideString& text) {
-         return long{dc.ExtTextOutA(5, 6, ETO_OPAQUE | ETO_CLIPPED, kBox, text, nullptr)};
-     },
-     [](HDC dc, const std::string& text) {
-         return long{ExtTextOutA(dc, 5, 6, ETO_OPAQUE | ETO_CLIPPED, &kBox, text.c_str(),
-                                 static_cast<UINT>(text.size()), nullptr)};
+    {"ExtTextOut", [](DC& dc, auto& text, RECT box) { return dc.ExtTextOutA(5, 6, kOptions, box, text, nullptr); },
+     [](HDC dc, auto text, int count, RECT box) {
+         return ExtTextOutA(dc, 5, 6, kOptions, &box, text, static_cast<UINT>(count), nullptr);
      }},
     {"ExtTextOut with advances",
-     [](DC& dc, const WideString& text) { return long{dc.ExtTextOutA(5, 6, 0, kBox, text.substr(0, 4), kAdvances)}; },
-     [](HDC dc, const std::string& text) {
-         const std::string start = StdW2A(StdA2W(text).substr(0, 4));
-         return long{ExtTextOutA(dc, 5, 6, 0, &kBox, start.c_str(), static_cast<UINT>(start.size()), kAdvances)};
+     [](DC& dc, auto& text, RECT box) { return dc.ExtTextOutA(5, 6, 0, box, text, g_advances.data()); },
+     [](HDC dc, auto text, int count, RECT box) {
+         return ExtTextOutA(dc, 5, 6, 0, &box, text, static_cast<UINT>(count), g_advances.data());
      }},
-    {"TabbedTextOut", [](DC& dc, const WideString& text) { return dc.TabbedTextOutA(1, 2, text, 2, g_tabs, 5); },
-     [](HDC dc, const std::string& text) {
-         return long{TabbedTextOutA(dc, 1, 2, text.c_str(), static_cast<int>(text.size()), 2, g_tabs, 5)};
-     }},
+    {"TabbedTextOut", [](DC& dc, auto& text, RECT) { return dc.TabbedTextOutA(1, 2, text, 2, g_tabs, 5); },
+     [](HDC dc, auto text, int count, RECT) { return TabbedTextOutA(dc, 1, 2, text, count, 2, g_tabs, 5); }},
     {"GetTabbedTextExtent",
-     [](DC& dc, const WideString& text) {
+     [](DC& dc, auto& text, RECT) {
          const SIZE size = dc.GetTabbedTextExtentA(text, 1, g_tabs);
-         return long{size.cy << 16 | size.cx};
+         return size.cy << 16 | size.cx;
      },
-     [](HDC dc, const std::string& text) {
-         return static_cast<long>(GetTabbedTextExtentA(dc, text.c_str(), static_cast<int>(text.size()), 1, g_tabs));
-     }},
+     [](HDC dc, auto text, int count, RECT) { return GetTabbedTextExtentA(dc, text, count, 1, g_tabs); }},
     {"DrawState",
-     [](DC& dc, const WideString& text) {
-         return long{dc.DrawStateA({4, 5}, {}, text, DSS_DISABLED, true, nullptr)};
-     },
-     [](HDC dc, const std::string& text) {
-         return long{DrawStateA(dc, nullptr, nullptr, reinterpret_cast<LPARAM>(text.c_str()), 0, 4, 5, 0, 0,
-                                DST_PREFIXTEXT | DSS_DISABLED) != 0};
-     }},
+     [](DC& dc, auto& text, RECT) { return dc.DrawStateA(kAt, kNoSize, text, DSS_DISABLED, true, nullptr); },
+     [](HDC dc, auto text, int, RECT) { return DrawState(dc, text, kNoSize, DST_PREFIXTEXT | DSS_DISABLED); }},
     {"DrawState as it is",
-     [](DC& dc, const WideString& text) {
-         return long{dc.DrawStateA({4, 5}, {60, 20}, text, DSS_NORMAL, false, nullptr)};
-     },
-     [](HDC dc, const std::string& text) {
-         return long{
-             DrawStateA(dc, nullptr, nullptr, reinterpret_cast<LPARAM>(text.c_str()), 0, 4, 5, 60, 20, DST_TEXT) != 0};
-     }},
+     [](DC& dc, auto& text, RECT) { return dc.DrawStateA(kAt, kSize, text, DSS_NORMAL, false, nullptr); },
+     [](HDC dc, auto text, int, RECT) { return DrawState(dc, text, kSize, DST_TEXT); }},
 };
 
 struct Page : Canvas {
     Page() : Canvas(120, 44), font(SelectObject(dc.m_hDC, arial.m_hFont)) { dc.FillSolidRect(0, 0, 120, 44, 0xFFFFFF); }
     ~Page() { SelectObject(dc.m_hDC, font); }
-    Font arial{LOGFONTA{-14, 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 0, 0, "Arial"}};
+    Font arial{Arial(-14)};
     HGDIOBJ font;
 };
+
+int AdvanceOf(const ABC& abc) {
+    return abc.abcA + static_cast<int>(abc.abcB) + abc.abcC;
+}
 
 ABC WidthsOf(HDC dc, unsigned short ch) {
     ABC abc = {};
     CHECK(GetCharABCWidthsW(dc, ch, ch, &abc));
-    return iswspace(ch) ? ABC{0, abc.abcA + abc.abcB + abc.abcC, 0} : abc;
+    return iswspace(ch) ? ABC{0, static_cast<UINT>(AdvanceOf(abc)), 0} : abc;
 }
 
 } // namespace
@@ -99,13 +81,14 @@ ABC WidthsOf(HDC dc, unsigned short ch) {
 TEST_CASE("wide texts are drawn and measured as the narrow calls do it with the converted texts") {
     for (const auto& text :
          {u"Ein l\u00E4ngerer &Text\tmit Tabulator"_w, u""_w, u"cut\0off"_w, u"\u65E5\u672C \u00E9"_w}) {
+        CAPTURE(text);
+        const std::string narrow = StdW2A(text);
         for (const auto& drawing : kDrawings) {
-            CAPTURE(text);
             const std::string name = drawing.name;
             CAPTURE(name);
             Page page, expected;
-            const long result = drawing.draw(page.dc, text);
-            CHECK(result == drawing.expected(expected.dc.m_hDC, StdW2A(text)));
+            const long result = drawing.byWrapper(page.dc, text, kBox);
+            CHECK(result == drawing.byCall(expected.dc.m_hDC, narrow.c_str(), static_cast<int>(narrow.size()), kBox));
             CHECK(page.Pixels() == expected.Pixels());
         }
         Page page;
@@ -132,10 +115,10 @@ TEST_CASE("the ink of a text lies between its first and its last character's") {
         CAPTURE(text);
         int width = 0;
         for (const unsigned short ch : text) {
-            ABC expected = WidthsOf(dc.m_hDC, ch), abc = {};
-            CHECK((dc.GetCharABCWidth(ch, abc) && abc.abcA == expected.abcA && abc.abcB == expected.abcB &&
-                   abc.abcC == expected.abcC));
-            width += abc.abcA + static_cast<int>(abc.abcB) + abc.abcC;
+            const ABC expected = WidthsOf(dc.m_hDC, ch);
+            ABC abc = {};
+            CHECK((dc.GetCharABCWidth(ch, abc) && abc == expected));
+            width += AdvanceOf(abc);
         }
         width -= WidthsOf(dc.m_hDC, text.front()).abcA + WidthsOf(dc.m_hDC, text.back()).abcC;
         CHECK(dc.GetExactTextWidth(text) == width);
@@ -144,11 +127,9 @@ TEST_CASE("the ink of a text lies between its first and its last character's") {
 
 TEST_CASE("a character's width is known whichever call fails") {
     Page page;
-    const ABC whole = WidthsOf(page.dc.m_hDC, 'f');
-    const int advance = whole.abcA + static_cast<int>(whole.abcB) + whole.abcC;
+    const int advance = AdvanceOf(WidthsOf(page.dc.m_hDC, 'f'));
     kel::test::WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [&] {
         ABC abc = {1, 2, 3};
-        CHECK(page.dc.GetCharABCWidth('f', abc));
-        CHECK(abc.abcA + static_cast<int>(abc.abcB) + abc.abcC == advance);
+        CHECK((page.dc.GetCharABCWidth('f', abc) && AdvanceOf(abc) == advance));
     });
 }

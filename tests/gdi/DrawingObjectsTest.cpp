@@ -14,12 +14,6 @@ bool IsAlive(HGDIOBJ object) {
     return GetObjectType(object) != 0;
 }
 
-LOGFONTA DescriptionOf(const Font& font) {
-    LOGFONTA description = {};
-    REQUIRE(GetObjectA(font.m_hFont, sizeof description, &description) != 0);
-    return description;
-}
-
 } // namespace
 
 TEST_CASE_TEMPLATE("there is one object for each description in use, whatever its owners do", Kind, Brushes, Pens,
@@ -90,41 +84,33 @@ TEST_CASE_TEMPLATE("an object that cannot be made is not held, and the next requ
     });
 }
 
-TEST_CASE("brushes are equal by style, colour and hatch; all null brushes are") {
-    const struct {
-        LOGBRUSH description;
-        bool same;
-    } rows[] = {{{BS_SOLID, 0xFF, 0}, true},
-                {{BS_SOLID, 0x1FF, 0}, false},
-                {{BS_SOLID, 0xFF, HS_CROSS}, false},
-                {{BS_HATCHED, 0xFF, 0}, false}};
+TEST_CASE("brushes are equal by style, colour and hatch") {
+    const std::pair<LOGBRUSH, bool> rows[] = {{{BS_SOLID, 0xFF, 0}, true},
+                                              {{BS_SOLID, 0x1FF, 0}, false},
+                                              {{BS_SOLID, 0xFF, HS_CROSS}, false},
+                                              {{BS_HATCHED, 0xFF, 0}, false}};
     const Brush red(0xFFUL);
-    for (const auto& row : rows)
-        CHECK((Brush(row.description).m_hBrush == red.m_hBrush) == row.same);
-    Brush null(LOGBRUSH{BS_NULL, 1, 2});
-    const Brush other(LOGBRUSH{BS_HOLLOW, 3, 4});
-    CHECK((null.m_hBrush == other.m_hBrush && null.m_hBrush == GetStockObject(NULL_BRUSH)));
-    null.Destroy();
-    CHECK(IsAlive(other.m_hBrush));
+    for (const auto& [description, same] : rows)
+        CHECK((Brush(description).m_hBrush == red.m_hBrush) == same);
 }
 
-TEST_CASE("pens are equal by style, colour and horizontal width; all null pens are") {
-    const struct {
-        LOGPEN description;
-        bool same;
-    } rows[] = {{{PS_DOT, {2, 0}, 0xFF}, true},
-                {{PS_DOT, {2, 7}, 0xFF}, true},
-                {{PS_DOT, {3, 0}, 0xFF}, false},
-                {{PS_DASH, {2, 0}, 0xFF}, false},
-                {{PS_DOT, {2, 0}, 0xFE}, false}};
+TEST_CASE("pens are equal by style, colour and horizontal width") {
+    const std::pair<LOGPEN, bool> rows[] = {{{PS_DOT, {2, 0}, 0xFF}, true},
+                                            {{PS_DOT, {2, 7}, 0xFF}, true},
+                                            {{PS_DOT, {3, 0}, 0xFF}, false},
+                                            {{PS_DASH, {2, 0}, 0xFF}, false},
+                                            {{PS_DOT, {2, 0}, 0xFE}, false}};
     const Pen pen(PS_DOT, 2, 0xFF);
-    for (const auto& row : rows)
-        CHECK((Pen(row.description).m_hPen == pen.m_hPen) == row.same);
-    Pen null(PS_NULL, 1, 2);
-    const Pen other(PS_NULL, 3, 4);
-    CHECK((null.m_hPen == other.m_hPen && null.m_hPen == GetStockObject(NULL_PEN)));
+    for (const auto& [description, same] : rows)
+        CHECK((Pen(description).m_hPen == pen.m_hPen) == same);
+}
+
+TEST_CASE_TEMPLATE("all null objects are one, which stays", Kind, Brushes, Pens) {
+    typename Kind::Wrapper null(Kind::Null(1));
+    const typename Kind::Wrapper other(Kind::Null(2));
+    CHECK((Kind::HandleOf(null) == Kind::HandleOf(other) && Kind::HandleOf(null) == GetStockObject(Kind::kNullObject)));
     null.Destroy();
-    CHECK(IsAlive(other.m_hPen));
+    CHECK(IsAlive(Kind::HandleOf(other)));
 }
 
 TEST_CASE("fonts are equal by every field and by the face name up to its end, with case") {
@@ -145,7 +131,7 @@ TEST_CASE("fonts are equal by every field and by the face name up to its end, wi
     LOGFONTA endless = plain;
     std::fill(std::begin(endless.lfFaceName), std::end(endless.lfFaceName), 'x');
     const Font cut(endless);
-    CHECK(std::string(DescriptionOf(cut).lfFaceName) == std::string(31, 'x'));
+    CHECK(std::string(Told<LOGFONTA>(cut.m_hFont).lfFaceName) == std::string(31, 'x'));
     Font same;
     CHECK(
         same.CreateFontA(WideString(40, 'x'), 20, 0, 0, 0, FW_BOLD, false, false, false, DEFAULT_CHARSET, 0, 0, 0, 0));
@@ -155,40 +141,39 @@ TEST_CASE("fonts are equal by every field and by the face name up to its end, wi
 TEST_CASE("a font is made of its fields one by one") {
     Font font;
     REQUIRE(font.CreateFontA(u"Arial"_w, -20, 7, 900, 450, 700, true, false, true, 2, 3, 4, 5, 6));
-    const LOGFONTA made = DescriptionOf(font), expected = {-20, 7, 900, 450, 700, 1, 0, 1, 2, 3, 4, 5, 6, "Arial"};
+    const LOGFONTA made = Told<LOGFONTA>(font.m_hFont),
+                   expected = {-20, 7, 900, 450, 700, 1, 0, 1, 2, 3, 4, 5, 6, "Arial"};
     CHECK(std::equal(&made.lfFaceName[0], &made.lfFaceName[6], expected.lfFaceName));
     CHECK(std::equal(reinterpret_cast<const char*>(&made), made.lfFaceName, reinterpret_cast<const char*>(&expected)));
 }
 
 TEST_CASE("points become logical units of the context") {
-    const struct {
-        int tenths, window, viewport, height;
-    } rows[] = {{100, 1, 1, -13}, {120, 1, 1, -16},     {-100, 1, 1, -13}, {0, 1, 1, 0},
-                {7, 1, 1, 0},     {100, 200, 100, -26}, {100, 2, -1, -26}, {120, 1, 4, -4}};
-    for (const auto& row : rows) {
-        CAPTURE(row.tenths);
-        CAPTURE(row.viewport);
+    const std::tuple<int, int, int, int> rows[] = {{100, 1, 1, -13},  {120, 1, 1, -16}, {-100, 1, 1, -13},
+                                                   {0, 1, 1, 0},      {7, 1, 1, 0},     {100, 200, 100, -26},
+                                                   {100, 2, -1, -26}, {120, 1, 4, -4}};
+    for (const auto& [tenths, window, viewport, height] : rows) {
+        CAPTURE(tenths);
+        CAPTURE(viewport);
         const DC dc(CreateCompatibleDC(nullptr), nullptr);
         SetMapMode(dc.m_hDC, MM_ANISOTROPIC);
-        SetWindowExtEx(dc.m_hDC, row.window, row.window, nullptr);
-        SetViewportExtEx(dc.m_hDC, row.viewport, row.viewport, nullptr);
+        SetWindowExtEx(dc.m_hDC, window, window, nullptr);
+        SetViewportExtEx(dc.m_hDC, viewport, viewport, nullptr);
         SetViewportOrgEx(dc.m_hDC, 40, 50, nullptr);
         Font font, again;
-        REQUIRE(font.CreatePointFont(row.tenths, u"Arial"_w, dc.m_hDC));
-        const LOGFONTA made = DescriptionOf(font);
-        CHECK((made.lfHeight == row.height && made.lfCharSet == DEFAULT_CHARSET && made.lfWeight == 0));
+        REQUIRE(font.CreatePointFont(tenths, u"Arial"_w, dc.m_hDC));
+        const LOGFONTA made = Told<LOGFONTA>(font.m_hFont);
+        CHECK((made.lfHeight == height && made.lfCharSet == DEFAULT_CHARSET && made.lfWeight == 0));
         LOGFONTA points = made;
-        points.lfHeight = row.tenths;
+        points.lfHeight = tenths;
         CHECK((again.CreatePointFontIndirect(points, dc.m_hDC) && again.m_hFont == font.m_hFont));
     }
     kel::test::WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [] {
         Font font;
         const bool made = font.CreatePointFont(100, u"Arial"_w, nullptr);
-        const std::string call = kel::test::FaultedCall();
-        CHECK((made || !call.empty()));
+        CHECK((made || kel::test::HasCallFailed()));
         CHECK((font.m_hFont != nullptr) == made);
         if (made && kel::test::FaultIsOver())
-            CHECK(DescriptionOf(font).lfHeight == -13);
+            CHECK(Told<LOGFONTA>(font.m_hFont).lfHeight == -13);
         CHECK_FALSE(font.CreatePointFont(100, u"Arial"_w, reinterpret_cast<HDC>(0x1234)));
         CHECK(font.m_hFont == nullptr);
     });

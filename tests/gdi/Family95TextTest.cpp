@@ -25,7 +25,7 @@ TEST_CASE("on the 95 family characters are measured by their bytes, or whole whe
     kel::platform::ReportVersion(VER_PLATFORM_WIN32_WINDOWS, 4, 10);
     REQUIRE(SysInfo::GetSystem() == SysInfo::Win98);
     const DC dc(CreateCompatibleDC(nullptr), nullptr);
-    const Font font(LOGFONTA{-40, 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 0, 0, "Arial"});
+    const Font font(Arial(-40));
     const HGDIOBJ previous = SelectObject(dc.m_hDC, font.m_hFont);
     const struct {
         unsigned short ch;
@@ -38,7 +38,7 @@ TEST_CASE("on the 95 family characters are measured by their bytes, or whole whe
         expected.abcB = static_cast<UINT>(Advance(dc.m_hDC, row.ch));
         if (row.code != 0)
             CHECK(GetCharABCWidthsA(dc.m_hDC, row.code, row.code, &expected));
-        CHECK((abc.abcA == expected.abcA && abc.abcB == expected.abcB && abc.abcC == expected.abcC));
+        CHECK(abc == expected);
     }
     SelectObject(dc.m_hDC, previous);
 }

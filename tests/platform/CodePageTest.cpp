@@ -154,8 +154,7 @@ TEST_CASE("a page is described by its character size and its lead bytes") {
         CAPTURE(page);
         CPINFO info;
         std::memset(&info, 0xAA, sizeof info);
-        CHECK(IsValidCodePage(page) != 0);
-        REQUIRE(GetCPInfo(page, &info) != 0);
+        REQUIRE((IsValidCodePage(page) && GetCPInfo(page, &info)));
         CHECK(info.MaxCharSize == most);
         CHECK(std::string(reinterpret_cast<char*>(info.DefaultChar)) == defaultChar);
         CHECK(std::string(reinterpret_cast<char*>(info.LeadByte), leads.size() + 1) == leads + '\0');

@@ -5,8 +5,7 @@ namespace {
 // An operation on one path, with the code it gives.
 template <class Call>
 void Gives(Call call, const char* path, DWORD error) {
-    CAPTURE(path);
-    CHECK(ErrorOf(call(path)) == error);
+    CHECK_MESSAGE(ErrorOf(call(path)) == error, path);
 }
 
 // Paths that are none, or lead nowhere, for calls that need something to be there.
@@ -66,13 +65,11 @@ TEST_CASE("folders are made and removed") {
     Workplace::Write("file");
     const auto make = [](LPCSTR path) { return CreateDirectoryA(path, nullptr); };
     Gives(make, "Dir\\", 0);
-    Gives(make, "dir", ERROR_ALREADY_EXISTS);
-    Gives(make, "file", ERROR_ALREADY_EXISTS);
-    Gives(make, "C:\\", ERROR_ALREADY_EXISTS);
-    Gives(make, "missing\\x", ERROR_PATH_NOT_FOUND);
-    Gives(make, "file\\x", ERROR_PATH_NOT_FOUND);
+    for (const char* there : {"dir", "file", "C:\\"})
+        Gives(make, there, ERROR_ALREADY_EXISTS);
+    for (const char* nowhere : {"missing\\x", "file\\x", ""})
+        Gives(make, nowhere, ERROR_PATH_NOT_FOUND);
     Gives(make, "a?b", ERROR_INVALID_NAME);
-    Gives(make, "", ERROR_PATH_NOT_FOUND);
     Gives(make, "dir\\Sub. .", 0);
     RefusesWhatIsNowhere(RemoveDirectoryA);
     Gives(RemoveDirectoryA, "dir", ERROR_DIR_NOT_EMPTY);
@@ -104,16 +101,15 @@ TEST_CASE("moving renames, and replaces only when told to") {
     REQUIRE(CreateDirectoryA("dir", nullptr));
     REQUIRE(CreateDirectoryA("other", nullptr));
     const auto moves = [](const char* from, const char* to, DWORD flags, DWORD error) {
-        INFO(from, " ", to, " ", flags);
-        CHECK(ErrorOf(MoveFileExA(from, to, flags)) == error);
+        CHECK_MESSAGE(ErrorOf(MoveFileExA(from, to, flags)) == error, from, " ", to, " ", flags);
     };
     moves("missing", "x\\y", 0, ERROR_FILE_NOT_FOUND);
     moves("a", "x\\y", 0, ERROR_PATH_NOT_FOUND);
     moves("a", "", 0, ERROR_PATH_NOT_FOUND);
     moves("a", "b", MOVEFILE_COPY_ALLOWED, ERROR_ALREADY_EXISTS);
     moves("dir", "other", 0, ERROR_ALREADY_EXISTS);
-    moves("a", "dir", MOVEFILE_REPLACE_EXISTING, ERROR_ACCESS_DENIED);
-    moves("dir", "other", MOVEFILE_REPLACE_EXISTING, ERROR_ACCESS_DENIED);
+    for (const char* from : {"a", "dir"})
+        moves(from, "other", MOVEFILE_REPLACE_EXISTING, ERROR_ACCESS_DENIED);
     moves("dir", "dir\\sub", 0, ERROR_INVALID_PARAMETER);
     if (kOnLayer) {
         moves("dir", "b", MOVEFILE_REPLACE_EXISTING, ERROR_ACCESS_DENIED);
@@ -145,8 +141,7 @@ TEST_CASE("a copy keeps contents, times and attributes") {
     Workplace::Write("plain");
     REQUIRE(CreateDirectoryA("dir", nullptr));
     const auto copies = [](const char* from, const char* to, DWORD error, BOOL keep = FALSE) {
-        INFO(from, " ", to);
-        CHECK(ErrorOf(CopyFileA(from, to, keep)) == error);
+        CHECK_MESSAGE(ErrorOf(CopyFileA(from, to, keep)) == error, from, " ", to);
     };
     copies("from", "old", ERROR_FILE_EXISTS, TRUE);
     for (const char* to : {"old", "new"}) {

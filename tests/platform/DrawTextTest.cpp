@@ -22,12 +22,7 @@ constexpr UINT kLetters = DT_WORDBREAK | DT_EDITCONTROL;
 
 TEST_CASE("DrawTextA breaks, marks and shortens lines") {
     const TextPage page;
-    const struct {
-        const char* text;
-        int width;
-        UINT format;
-        const char* result;
-    } rows[] = {
+    const std::tuple<const char*, int, UINT, const char*> rows[] = {
         // line ends
         {"", 50, 0, "16 0x0"},
         {"", 50, DT_SINGLELINE, "16 0x16"},
@@ -74,11 +69,11 @@ TEST_CASE("DrawTextA breaks, marks and shortens lines") {
         {"C:\\aaa\\bbb", 40, kPath, "16 40x16 ...\\bbb"},
         {"C:\\aaa\\bbbbbbbbb", 12, kPath, "16 88x16 ...\\bbbbbbbbb"},
     };
-    for (const auto& row : rows) {
-        CAPTURE(row.text);
-        CAPTURE(row.width);
-        CAPTURE(row.format);
-        CHECK(Calculated(page, row.text, row.width, row.format) == row.result);
+    for (const auto& [text, width, format, result] : rows) {
+        CAPTURE(text);
+        CAPTURE(width);
+        CAPTURE(format);
+        CHECK(Calculated(page, text, width, format) == result);
     }
     CHECK(Calculated(page, "abc", 50, 0, 2) == "16 16x16");
     CHECK(Calculated(page, "abc", 50, 0, 0) == "0 50x40");
@@ -86,12 +81,7 @@ TEST_CASE("DrawTextA breaks, marks and shortens lines") {
 
 TEST_CASE("DrawTextA places lines, clips them and tells where they end") {
     TextPage page;
-    const struct {
-        const char* text;
-        UINT format;
-        int result;
-        const char* cells;
-    } rows[] = {
+    const std::tuple<const char*, UINT, int, const char*> rows[] = {
         {"abc", 0, 16, "10 20 33 36"},
         {"abc", DT_CENTER, 16, "23 20 46 36"},
         {"abc", DT_RIGHT | DT_SINGLELINE | DT_BOTTOM, 40, "37 44 60 60"},
@@ -104,13 +94,13 @@ TEST_CASE("DrawTextA places lines, clips them and tells where they end") {
         {"b\nb\nb\nb", DT_NOCLIP, 64, "10 20 18 84"},
         {"b\tb", DT_EXPANDTABS | DT_TABSTOP | 4 << 8, 16, "10 20 50 36"},
     };
-    for (const auto& row : rows) {
-        CAPTURE(row.text);
-        CAPTURE(row.format);
+    for (const auto& [text, format, result, cells] : rows) {
+        CAPTURE(text);
+        CAPTURE(format);
         RECT rect{10, 20, 60, 60};
-        CHECK(DrawTextA(page, row.text, -1, &rect, row.format) == row.result);
-        CHECK(page.Cells() == row.cells);
-        CHECK(TextPage::TextOf(rect) == "10 20 60 60");
+        CHECK(DrawTextA(page, text, -1, &rect, format) == result);
+        CHECK(page.Cells() == cells);
+        CHECK(Text(rect) == "10 20 60 60");
     }
     SetBkMode(page, TRANSPARENT);
     RECT rect{10, 0, 100, 40};
@@ -157,25 +147,20 @@ TEST_CASE("tabs lead to their stops") {
 
 TEST_CASE("texts are drawn in a state") {
     TextPage page;
-    const struct {
-        const char* text;
-        WPARAM length;
-        int width, height;
-        UINT flags;
-        const char* cells;
-    } rows[] = {{"abc", 0, 0, 0, DST_TEXT, "10 5 33 21"},  {"abc", 2, 0, 0, DST_TEXT, "10 5 26 21"},
-                {"a&bc", 0, 0, 0, DST_TEXT, "10 5 42 21"}, {"a&bc", 0, 0, 0, DST_PREFIXTEXT, "10 5 33 21"},
-                {"abc", 0, 12, 5, DST_TEXT, "10 5 33 21"}, {"abc", 0, 60, 20, DST_TEXT | DSS_RIGHT, "47 5 70 21"},
-                {"b\nb", 0, 0, 0, DST_TEXT, "10 5 18 37"}};
+    const std::tuple<const char*, WPARAM, int, int, UINT, const char*> rows[] = {
+        {"abc", 0, 0, 0, DST_TEXT, "10 5 33 21"},  {"abc", 2, 0, 0, DST_TEXT, "10 5 26 21"},
+        {"a&bc", 0, 0, 0, DST_TEXT, "10 5 42 21"}, {"a&bc", 0, 0, 0, DST_PREFIXTEXT, "10 5 33 21"},
+        {"abc", 0, 12, 5, DST_TEXT, "10 5 33 21"}, {"abc", 0, 60, 20, DST_TEXT | DSS_RIGHT, "47 5 70 21"},
+        {"b\nb", 0, 0, 0, DST_TEXT, "10 5 18 37"}};
     const auto draw = [&](const char* text, WPARAM length, int width, int height, UINT flags) {
         return DrawStateA(page, nullptr, nullptr, reinterpret_cast<LPARAM>(text), length, 10, 5, width, height,
                           flags) != 0;
     };
-    for (const auto& row : rows) {
-        CAPTURE(row.text);
-        CAPTURE(row.flags);
-        CHECK(draw(row.text, row.length, row.width, row.height, row.flags));
-        CHECK(page.Cells() == row.cells);
+    for (const auto& [text, length, width, height, flags, cells] : rows) {
+        CAPTURE(text);
+        CAPTURE(flags);
+        CHECK(draw(text, length, width, height, flags));
+        CHECK(page.Cells() == cells);
     }
     SetBkMode(page, TRANSPARENT);
     CHECK((draw("bb", 0, 0, 0, DST_TEXT | DSS_DISABLED) && GetTextColor(page) == RGB(255, 255, 255)));

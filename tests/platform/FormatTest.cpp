@@ -49,8 +49,7 @@ std::string Printed(const char* format, Arguments... arguments) {
 
 template <class... Arguments>
 void Prints(const char* format, const std::string& expected, Arguments... arguments) {
-    CAPTURE(format);
-    CHECK(Printed(format, arguments...) == expected);
+    CHECK_MESSAGE(Printed(format, arguments...) == expected, format);
 }
 
 const Units kWide = Wide("wide");
@@ -150,14 +149,12 @@ TEST_CASE("texts and characters are wide or narrow by type and size") {
     Prints("%.3s%.3S", "abcdef", open, openNarrow);
 }
 
-TEST_CASE("pointers show all their digits") {
+TEST_CASE("pointers show all their digits, and what is no conversion is left out up to the first unit outside of one") {
     const std::string digits = std::string(2 * sizeof(void*) - 4, '0') + "AB12";
     const auto pointer = reinterpret_cast<void*>(static_cast<std::uintptr_t>(0xAB12));
     Prints("%p %#p", digits + " 0X" + digits, pointer, pointer);
     Prints("%20p|", std::string(20 - digits.size(), ' ') + digits + "|", pointer);
-}
 
-TEST_CASE("what is no conversion is left out up to the first unit that cannot belong to one") {
     Prints("%%|%d%%", "%|5%", 5);
     Prints("abc%", "abc");
     Prints("a%kb %5k| %-.3k|", "akb k| k|");

@@ -1,5 +1,7 @@
 #include "Drawing.h"
 
+#include <climits>
+
 namespace {
 
 /// Size, depth and bytes of a row, as text.
@@ -11,24 +13,13 @@ std::string Shape(HBITMAP bitmap) {
            std::to_string(facts.bmBitsPixel) + " row " + std::to_string(facts.bmWidthBytes);
 }
 
-DIBSECTION Facts(HBITMAP section) {
-    DIBSECTION facts{};
-    CHECK(GetObjectA(section, sizeof facts, &facts) == sizeof facts);
-    return facts;
-}
-
 static_assert(sizeof(void*) != 4 || (sizeof(BITMAP) == 24 && sizeof(DIBSECTION) == 84));
 
 } // namespace
 
 TEST_CASE("device-dependent bitmaps have the next depth and rows of whole words") {
     constexpr DWORD kEither = ~0u; // short memory or a wrong argument, by the width of addresses
-    const struct {
-        int width, height;
-        UINT planes, bits;
-        DWORD error;
-        const char* shape;
-    } rows[] = {
+    const std::tuple<int, int, UINT, UINT, DWORD, const char*> rows[] = {
         {5, 3, 1, 1, 0, "5x3x1 row 2"},
         {5, 3, 1, 3, 0, "5x3x4 row 4"},
         {5, 3, 1, 15, 0, "5x3x16 row 10"},
@@ -39,18 +30,17 @@ TEST_CASE("device-dependent bitmaps have the next depth and rows of whole words"
         {5, 3, 0, 1, ERROR_INVALID_PARAMETER, "none"},
         {5, 3, 4, 1, ERROR_INVALID_PARAMETER, "none"},
         {70000, 70000, 1, 32, ERROR_INVALID_PARAMETER, "none"},
-        {0x7FFFFFFF, 1, 1, 1, ERROR_INVALID_PARAMETER, "none"},
-        {1, 0x7FFFFFFF, 1, 32, ERROR_INVALID_PARAMETER, "none"},
+        {INT_MAX, 1, 1, 1, ERROR_INVALID_PARAMETER, "none"},
+        {1, INT_MAX, 1, 32, ERROR_INVALID_PARAMETER, "none"},
         {30000, 30000, 1, 32, kEither, "none"},
     };
-    for (const auto& row : rows) {
-        CAPTURE(row.width);
-        CAPTURE(row.bits);
-        const HBITMAP bitmap = CreateBitmap(row.width, row.height, row.planes, row.bits, nullptr);
-        if (!bitmap && row.error != kEither)
-            CHECK(GetLastError() == row.error);
-        CHECK(Shape(bitmap) == row.shape);
-        DeleteObject(bitmap);
+    for (const auto& [width, height, planes, bits, error, shape] : rows) {
+        CAPTURE(width);
+        CAPTURE(bits);
+        const Owned bitmap(CreateBitmap(width, height, planes, bits, nullptr));
+        if (!bitmap && error != kEither)
+            CHECK(GetLastError() == error);
+        CHECK(Shape(bitmap) == shape);
     }
 }
 
@@ -64,29 +54,24 @@ TEST_CASE("sections take the formats there are") {
         {{5, -3, 32}, "5x3x32 row 20"},
         {DibInfo(5, 3, 16, kFields).Masks(0xF800, 0x07E0, 0x001F), "5x3x16 row 12"},
         {DibInfo(5, 3, 32, kFields).Masks(0xFF0000, 0xFF00, 0xFF), "5x3x32 row 20"},
-        {DibInfo(5, 3, 32, kFields), "none"},
-        {DibInfo(5, 3, 24, kFields), "none"},
-        {DibInfo(5, 3, 8, BI_RLE8), "none"},
-        {{5, 3, 0}, "none"},
-        {{5, 3, 15}, "none"},
-        {{0, 3, 24}, "none"},
-        {{5, 0, 24}, "none"},
-        {{-5, 3, 24}, "none"},
-        {{5, static_cast<int>(0x80000000), 24}, "none"},
-        {{0x7FFFFFFF, 1, 32}, "none"},
-        {{0x7FFFFFFF, 0x7FFFFFFF, 1}, "none"},
     };
     for (const auto& [info, shape] : rows) {
         CAPTURE(info.header.biBitCount);
         CAPTURE(info.header.biWidth);
         CAPTURE(info.header.biHeight);
         const Section section(info);
-        CHECK(Shape(section.handle) == shape);
-        CHECK((section.bytes != nullptr) == (section.handle != nullptr));
+        CHECK((Shape(section.handle) == shape && section.bytes != nullptr));
     }
     DibInfo short_(5, 3, 24);
     short_.header.biSize = 20;
-    CHECK(Section(short_).handle == nullptr);
+    const DibInfo refused[] = {short_,      {5, 3, 32, kFields}, {5, 3, 24, kFields}, {5, 3, 8, BI_RLE8},
+                               {5, 3, 0},   {5, 3, 15},          {0, 3, 24},          {5, 0, 24},
+                               {-5, 3, 24}, {5, INT_MIN, 24},    {INT_MAX, 1, 32},    {INT_MAX, INT_MAX, 1}};
+    for (const DibInfo& info : refused) {
+        CAPTURE(&info - refused);
+        const Section section(info);
+        CHECK((section.handle == nullptr && section.bytes == nullptr));
+    }
     CHECK(CreateDIBSection(nullptr, DibInfo(5, 3, 24), /*usage*/ 5, nullptr, nullptr, 0) == nullptr);
     CHECK(CreateDIBSection(nullptr, nullptr, DIB_RGB_COLORS, nullptr, nullptr, 0) == nullptr);
 }
@@ -95,45 +80,37 @@ TEST_CASE("a section tells its header, masks and address") {
     DibInfo info(5, -3, 8);
     info.header.biClrUsed = 10;
     const Section indexed(info);
-    const DIBSECTION facts = Facts(indexed.handle);
+    const DIBSECTION facts = Told<DIBSECTION>(indexed.handle);
     CHECK(facts.dsBm.bmBits == indexed.bytes);
     const BITMAPINFOHEADER& told = facts.dsBmih;
     CHECK((told.biSize == 40 && told.biHeight == 3)); // in either order of rows
     CHECK((told.biCompression == BI_RGB && told.biSizeImage == 24 && told.biClrUsed == 256));
     const Section words(5, 3, 16);
-    CHECK(Facts(words.handle).dsBmih.biCompression == BI_BITFIELDS);
-    CHECK(Facts(words.handle).dsBitfields[0] == 0x7C00);
+    CHECK(Told<DIBSECTION>(words.handle).dsBmih.biCompression == BI_BITFIELDS);
+    CHECK(Told<DIBSECTION>(words.handle).dsBitfields[0] == 0x7C00);
     const Section fields(DibInfo(5, 3, 16, BI_BITFIELDS).Masks(0xF800, 0x07E0, 0x001F));
-    CHECK(Facts(fields.handle).dsBitfields[1] == 0x07E0);
+    CHECK(Told<DIBSECTION>(fields.handle).dsBitfields[1] == 0x07E0);
 }
 
 TEST_CASE("compatible bitmaps follow the screen, or the bitmap in the context") {
-    const HDC screen = GetDC(nullptr);
+    const WindowContext screen;
     const MemoryContext memory;
     const auto shapeOf = [](HDC dc, int width, int height) {
-        const HBITMAP bitmap = CreateCompatibleBitmap(dc, width, height);
-        const std::string shape = Shape(bitmap);
-        DeleteObject(bitmap);
-        return shape;
+        return Shape(Owned(CreateCompatibleBitmap(dc, width, height)));
     };
     CHECK(shapeOf(screen, -5, 3) == "5x3x32 row 20");
     CHECK(shapeOf(screen, 0, 3) == "1x1x1 row 2");
     CHECK(shapeOf(screen, 70000, 70000) == "none");
     CHECK(shapeOf(memory, 5, 3) == "5x3x1 row 2");
     CHECK(shapeOf(nullptr, 5, 3) == "none");
-    ReleaseDC(nullptr, screen);
     DibInfo info(2, -2, 8);
     info.table[7] = {1, 2, 3, 0};
     const Section section(info);
-    const HGDIOBJ before = SelectObject(memory, section.handle);
-    const HBITMAP alike = CreateCompatibleBitmap(memory, 5, 3);
-    CHECK(Facts(alike).dsBm.bmWidthBytes == 8);
-    SelectObject(memory, alike);
+    const MemoryContext eight(section.handle);
+    const Owned alike(CreateCompatibleBitmap(eight, 5, 3));
+    CHECK(Told<DIBSECTION>(alike).dsBm.bmWidthBytes == 8);
     RGBQUAD colour{};
-    CHECK(GetDIBColorTable(memory, 7, 1, &colour) == 1);
-    CHECK(colour.rgbRed == 3);
-    SelectObject(memory, before);
-    DeleteObject(alike);
+    CHECK((GetDIBColorTable(MemoryContext(alike), 7, 1, &colour) == 1 && colour.rgbRed == 3));
 }
 
 TEST_CASE("the colour table of the selected section is read and written") {
@@ -141,36 +118,32 @@ TEST_CASE("the colour table of the selected section is read and written") {
     const MemoryContext memory;
     RGBQUAD colours[300]{};
     colours[0] = {1, 2, 3, 0};
-    const struct {
-        HBITMAP bitmap;
-        UINT start, count, result;
-    } rows[] = {
+    const std::tuple<HBITMAP, UINT, UINT, UINT> rows[] = {
         {eight.handle, 0, 300, 256}, {eight.handle, 250, 20, 6}, {eight.handle, 256, 1, 0},
         {four.handle, 0, 256, 16},   {four.handle, 2, 1, 1},     {deep.handle, 0, 256, 0},
     };
     CHECK(GetDIBColorTable(memory, 0, 2, colours) == 0);
-    for (const auto& row : rows) {
-        CAPTURE(row.start);
-        const HGDIOBJ before = SelectObject(memory, row.bitmap);
+    for (const auto& [bitmap, start, count, result] : rows) {
+        CAPTURE(start);
+        const HGDIOBJ before = SelectObject(memory, bitmap);
         colours[0] = {1, 2, 3, 0};
-        CHECK(SetDIBColorTable(memory, row.start, row.count, colours) == row.result);
+        CHECK(SetDIBColorTable(memory, start, count, colours) == result);
         colours[0] = {};
-        CHECK(GetDIBColorTable(memory, row.start, row.count, colours) == row.result);
-        CHECK(colours[0].rgbRed == (row.result != 0 ? 3 : 0));
+        CHECK(GetDIBColorTable(memory, start, count, colours) == result);
+        CHECK(colours[0].rgbRed == (result != 0 ? 3 : 0));
         SelectObject(memory, before);
     }
 }
 
 TEST_CASE("raw bits are rows from the top, padded to words") {
     const BYTE given[] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 99, 10, 11, 12, 13, 14, 15, 16, 17, 18, 99};
-    const HBITMAP device = CreateBitmap(3, 2, 1, 24, given);
+    const Owned device(CreateBitmap(3, 2, 1, 24, given));
     const Section section(3, 2, 24);
     CHECK(SetBitmapBits(section.handle, sizeof given, given) == sizeof given);
     CHECK(Hex(section.bytes, 9) == "0a0b0c0d0e0f101112"); // bottom-up
-    for (const HBITMAP bitmap : {device, section.handle}) {
+    for (const HBITMAP bitmap : {device.handle, section.handle}) {
         BYTE got[32]{};
-        CHECK(GetBitmapBits(bitmap, 0, nullptr) == 20);
-        CHECK(GetBitmapBits(bitmap, 100, got) == 20);
+        CHECK((GetBitmapBits(bitmap, 0, nullptr) == 20 && GetBitmapBits(bitmap, 100, got) == 20));
         CHECK(Hex(got, 9) == "000102030405060708");
         CHECK(Hex(got + 10, 9) == "0a0b0c0d0e0f101112");
         CHECK(GetBitmapBits(bitmap, 5, got) == 5);
@@ -180,13 +153,10 @@ TEST_CASE("raw bits are rows from the top, padded to words") {
         CHECK(SetBitmapBits(bitmap, 4, nullptr) == 0);
     }
     CHECK(GetBitmapBits(nullptr, 4, nullptr) == 0);
-    DeleteObject(device);
     BITMAP facts{0, 3, 2, /*not looked at*/ 12, 1, 24, const_cast<BYTE*>(given)};
-    const HBITMAP described = CreateBitmapIndirect(&facts);
+    const Owned described(CreateBitmapIndirect(&facts));
     BYTE got[20]{};
-    CHECK(GetBitmapBits(described, sizeof got, got) == sizeof got);
-    CHECK(Hex(got + 10, 3) == "0a0b0c");
-    DeleteObject(described);
+    CHECK((GetBitmapBits(described, sizeof got, got) == sizeof got && Hex(got + 10, 3) == "0a0b0c"));
     facts.bmType = 7;
     CHECK(CreateBitmapIndirect(&facts) == nullptr);
 }
@@ -194,17 +164,15 @@ TEST_CASE("raw bits are rows from the top, padded to words") {
 TEST_CASE("bitmaps that cannot be made leave nothing") {
     kel::test::WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [] {
         void* bits = &bits;
-        const HBITMAP section = CreateDIBSection(nullptr, DibInfo(3, 3, 24), DIB_RGB_COLORS, &bits, nullptr, 0);
+        const Owned section(CreateDIBSection(nullptr, DibInfo(3, 3, 24), DIB_RGB_COLORS, &bits, nullptr, 0));
         CHECK((bits != nullptr) == (section != nullptr));
-        const HDC dc = CreateCompatibleDC(nullptr);
-        const HBITMAP alike = CreateCompatibleBitmap(dc, 3, 3);
+        const MemoryContext dc;
+        const Owned alike(CreateCompatibleBitmap(dc, 3, 3));
         DibInfo info(3, 3, 24);
         const BYTE pixels[36]{};
-        const HBITMAP filled = CreateDIBitmap(dc, &info.header, CBM_INIT, pixels, info, DIB_RGB_COLORS);
+        const Owned filled(CreateDIBitmap(dc, &info.header, CBM_INIT, pixels, info, DIB_RGB_COLORS));
         BYTE got[36];
         const int lines = GetDIBits(dc, filled, 0, 3, got, info, DIB_RGB_COLORS);
         CHECK((lines == 3 || *kel::test::FaultedCall() != '\0' || !kel::test::FaultsAvailable()));
-        for (const HGDIOBJ object : std::initializer_list<HGDIOBJ>{section, alike, filled, dc})
-            DeleteObject(object);
     });
 }

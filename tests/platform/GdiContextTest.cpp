@@ -6,18 +6,8 @@ namespace {
 std::string Box(HDC dc) {
     RECT box{9, 9, 9, 9};
     const int kind = GetClipBox(dc, &box);
-    std::string text = kind == NULLREGION      ? "none"
-                       : kind == SIMPLEREGION  ? "one"
-                       : kind == COMPLEXREGION ? "many"
-                                               : "?";
-    for (const LONG edge : {box.left, box.top, box.right, box.bottom})
-        text += " " + std::to_string(edge);
-    return text;
-}
-
-/// Ends all narrowing.
-int WINAPI AllOfIt(HDC dc, int, int, int, int) {
-    return SelectClipRgn(dc, nullptr);
+    const std::string kinds[] = {"? ", "none ", "one ", "many "};
+    return kinds[kind] + Text(box);
 }
 
 } // namespace
@@ -48,31 +38,21 @@ TEST_CASE("a context remembers its colours and modes") {
     CHECK((SetTextColor(memory, RGB(1, 2, 3)) == RGB(0, 0, 0) && GetTextColor(memory) == RGB(1, 2, 3)));
     CHECK((SetBkColor(memory, RGB(4, 5, 6)) == RGB(255, 255, 255) && GetBkColor(memory) == RGB(4, 5, 6)));
     CHECK(SetDCBrushColor(memory, RGB(7, 8, 9)) == RGB(255, 255, 255));
-    const struct {
-        int(WINAPI* set)(HDC, int);
-        int(WINAPI* get)(HDC);
-        int first, last, atStart;
-    } modes[] = {
+    const std::tuple<int(WINAPI*)(HDC, int), int(WINAPI*)(HDC), int, int, int> modes[] = {
         {SetBkMode, GetBkMode, TRANSPARENT, OPAQUE, OPAQUE},
         {SetROP2, GetROP2, R2_BLACK, R2_WHITE, R2_COPYPEN},
         {SetStretchBltMode, GetStretchBltMode, BLACKONWHITE, HALFTONE, BLACKONWHITE},
+        {SetPolyFillMode, GetPolyFillMode, ALTERNATE, WINDING, ALTERNATE},
     };
-    for (const auto& mode : modes) {
-        CAPTURE(mode.last);
-        CHECK(mode.get(memory) == mode.atStart);
-        for (const int wrong : {mode.first - 1, mode.last + 1}) {
-            CHECK(mode.set(memory, wrong) == 0);
-            CHECK(GetLastError() == ERROR_INVALID_PARAMETER);
-        }
-        CHECK(mode.set(memory, mode.last) == mode.atStart);
-        CHECK(mode.get(memory) == mode.last);
-        CHECK(mode.set(nullptr, mode.last) == 0);
+    for (const auto& [set, get, first, last, atStart] : modes) {
+        CAPTURE(last);
+        CHECK(get(memory) == atStart);
+        for (const int wrong : {first - 1, last + 1})
+            CHECK((set(memory, wrong) == 0 && GetLastError() == ERROR_INVALID_PARAMETER));
+        CHECK((set(memory, last) == atStart && get(memory) == last));
+        CHECK(set(nullptr, last) == 0);
     }
     CHECK((SetTextColor(nullptr, 0) == CLR_INVALID && SetBkColor(nullptr, 0) == CLR_INVALID));
-    POINT before{9, 9};
-    CHECK((SetBrushOrgEx(memory, 3, -7, &before) && before.x == 0 && before.y == 0));
-    CHECK((GetBrushOrgEx(memory, &before) && before.x == 3 && before.y == -7));
-    CHECK(!SetBrushOrgEx(nullptr, 1, 1, &before));
 }
 
 TEST_CASE("states come back by number and by distance") {
@@ -107,31 +87,23 @@ TEST_CASE("states come back by number and by distance") {
 TEST_CASE("the clip region narrows, loses rectangles and is bounded by the bitmap") {
     const Section bitmap(20, 10, 32);
     const MemoryContext memory(bitmap.handle);
-    const struct {
-        int(WINAPI* narrow)(HDC, int, int, int, int);
-        RECT rect;
-        int kind;
-        const char* box;
-    } steps[] = {
-        {IntersectClipRect, {2, 2, 8, 8}, SIMPLEREGION, "one 2 2 8 8"},
-        {ExcludeClipRect, {4, 4, 5, 5}, COMPLEXREGION, "many 2 2 8 8"},
-        {ExcludeClipRect, {0, 0, 20, 20}, NULLREGION, "none 0 0 0 0"},
-        {AllOfIt, {}, SIMPLEREGION, "one 0 0 20 10"},
-        {IntersectClipRect, {8, 8, 2, 2}, SIMPLEREGION, "one 2 2 8 8"},
-        {AllOfIt, {}, SIMPLEREGION, "one 0 0 20 10"},
-        {IntersectClipRect, {-5, -5, 100, 100}, SIMPLEREGION, "one 0 0 20 10"},
-        {AllOfIt, {}, SIMPLEREGION, "one 0 0 20 10"},
-        {ExcludeClipRect, {15, 0, 40, 40}, SIMPLEREGION, "one 0 0 15 10"},
-        {IntersectClipRect, {50, 50, 60, 60}, NULLREGION, "none 0 0 0 0"},
-        {AllOfIt, {}, SIMPLEREGION, "one 0 0 20 10"},
-        {ExcludeClipRect, {5, 5, 6, 6}, COMPLEXREGION, "many 0 0 20 10"},
-        {IntersectClipRect, {0, 0, 20, 5}, SIMPLEREGION, "one 0 0 20 5"},
-        {AllOfIt, {}, SIMPLEREGION, "one 0 0 20 10"},
+    const std::tuple<int(WINAPI*)(HDC, int, int, int, int), RECT, int, const char*, bool> steps[] = {
+        {IntersectClipRect, {2, 2, 8, 8}, SIMPLEREGION, "one 2 2 8 8", false},
+        {ExcludeClipRect, {4, 4, 5, 5}, COMPLEXREGION, "many 2 2 8 8", false},
+        {ExcludeClipRect, {0, 0, 20, 20}, NULLREGION, "none 0 0 0 0", true},
+        {IntersectClipRect, {8, 8, 2, 2}, SIMPLEREGION, "one 2 2 8 8", true},
+        {IntersectClipRect, {-5, -5, 100, 100}, SIMPLEREGION, "one 0 0 20 10", true},
+        {ExcludeClipRect, {15, 0, 40, 40}, SIMPLEREGION, "one 0 0 15 10", false},
+        {IntersectClipRect, {50, 50, 60, 60}, NULLREGION, "none 0 0 0 0", true},
+        {ExcludeClipRect, {5, 5, 6, 6}, COMPLEXREGION, "many 0 0 20 10", false},
+        {IntersectClipRect, {0, 0, 20, 5}, SIMPLEREGION, "one 0 0 20 5", true},
     };
-    for (const auto& [narrow, rect, kind, box] : steps) {
+    for (const auto& [narrow, rect, kind, box, last] : steps) {
         CAPTURE(std::string(box));
         CHECK(narrow(memory, rect.left, rect.top, rect.right, rect.bottom) == kind);
         CHECK(Box(memory) == box);
+        if (last) // of those on one region
+            CHECK((SelectClipRgn(memory, nullptr) == SIMPLEREGION && Box(memory) == "one 0 0 20 10"));
     }
     SetViewportOrgEx(memory, 3, 2, nullptr);
     CHECK(Box(memory) == "one -3 -2 17 8");

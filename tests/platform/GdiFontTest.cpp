@@ -6,11 +6,8 @@ std::string Metrics(HDC dc) {
     TEXTMETRICA m{};
     if (!GetTextMetricsA(dc, &m))
         return "none";
-    std::string text;
-    for (const LONG value :
-         {m.tmHeight, m.tmAscent, m.tmDescent, m.tmExternalLeading, m.tmAveCharWidth, m.tmMaxCharWidth})
-        text += std::to_string(value) + " ";
-    return text + std::to_string(m.tmPitchAndFamily);
+    return Text(RECT{m.tmHeight, m.tmAscent, m.tmDescent, m.tmExternalLeading}) + " " +
+           Text(SIZE{m.tmAveCharWidth, m.tmMaxCharWidth}) + " " + std::to_string(m.tmPitchAndFamily);
 }
 
 std::string Widths(HDC dc, WCHAR character) {
@@ -42,35 +39,31 @@ TEST_CASE("a font gives its description back") {
     CHECK((GetObjectA(made, 28, &back) == 28 && back.lfItalic == 200 && back.lfFaceName[0] == 0));
     CHECK(DeleteObject(made));
     CHECK(GetObjectA(made, sizeof back, &back) == 0);
-    const HFONT parts = CreateFontA(9, 0, 0, 0, FW_BOLD, 1, 0, 1, SYMBOL_CHARSET, 0, 0, PROOF_QUALITY, 0,
-                                    "a name that is longer than its room");
-    CHECK(GetObjectA(parts, sizeof back, &back) == sizeof back);
+    const Owned parts(CreateFontA(9, 0, 0, 0, FW_BOLD, 1, 0, 1, SYMBOL_CHARSET, 0, 0, PROOF_QUALITY, 0,
+                                  "a name that is longer than its room"));
+    back = Told<LOGFONTA>(parts);
     CHECK((back.lfWeight == FW_BOLD && back.lfStrikeOut == 1 && back.lfCharSet == SYMBOL_CHARSET));
     CHECK(std::string(back.lfFaceName) == "a name that is longer than its ");
-    CHECK(DeleteObject(parts));
     CHECK(CreateFontIndirectA(nullptr) == nullptr);
 }
 
 TEST_CASE("a height is that of a cell, or of the em square") {
-    const struct {
-        LONG height;
-        const char* metrics; // height, ascent, descent, external leading, average and largest width, family
-    } rows[] = {{1, "1 1 0 0 1 1 39"},      {5, "5 4 1 0 2 5 39"},      {13, "14 11 3 0 7 15 39"},
-                {14, "14 11 3 0 7 15 39"},  {16, "16 13 3 0 8 18 39"},  {0, "16 13 3 0 8 18 39"},
-                {33, "32 26 6 1 17 36 39"}, {34, "33 27 6 1 18 38 39"}, {-1, "1 1 0 0 1 1 39"},
-                {-11, "12 10 2 0 6 14 39"}, {-13, "15 12 3 0 8 16 39"}, {-60, "67 54 13 2 35 75 39"}};
-    for (const auto& row : rows) {
-        CAPTURE(row.height);
-        CHECK(Metrics(TextPage(row.height)) == row.metrics);
+    const std::pair<LONG, const char*> rows[] = {
+        {1, "1 1 0 0 1 1 39"},      {5, "5 4 1 0 2 5 39"},      {13, "14 11 3 0 7 15 39"},
+        {14, "14 11 3 0 7 15 39"},  {16, "16 13 3 0 8 18 39"},  {0, "16 13 3 0 8 18 39"},
+        {33, "32 26 6 1 17 36 39"}, {34, "33 27 6 1 18 38 39"}, {-1, "1 1 0 0 1 1 39"},
+        {-11, "12 10 2 0 6 14 39"}, {-13, "15 12 3 0 8 16 39"}, {-60, "67 54 13 2 35 75 39"}};
+    // Height, ascent, descent, external leading, average and largest width, family
+    for (const auto& [height, metrics] : rows) {
+        CAPTURE(height);
+        CHECK(Metrics(TextPage(height)) == metrics);
     }
 }
 
 TEST_CASE("widths are whole pixels in three parts") {
     const TextPage page;
-    CHECK(Widths(page, ' ') == "0 1 3");
-    CHECK(Widths(page, 'A') == "0 10 -1");
-    CHECK(Widths(page, 'j') == "-1 4 0");
-    CHECK(Widths(page, 'W') == "0 14 -1");
+    CHECK((Widths(page, ' ') == "0 1 3" && Widths(page, 'A') == "0 10 -1"));
+    CHECK((Widths(page, 'j') == "-1 4 0" && Widths(page, 'W') == "0 14 -1"));
     ABC many[26];
     CHECK(GetCharABCWidthsW(page, 'a', 'z', many));
     SIZE size{};
@@ -92,10 +85,10 @@ TEST_CASE("the face's name is told, and cut to its room") {
     CHECK(GetTextFaceA(page, 0, name) == 0);
 }
 
-TEST_CASE("font files come and go") {
-    const TestFont font;
-    CHECK(AddFontResourceExA((font.File() + ".missing").c_str(), FR_PRIVATE, nullptr) == 0);
-    CHECK_FALSE(RemoveFontResourceExA((font.File() + ".missing").c_str(), FR_PRIVATE, nullptr));
+TEST_CASE("a file that is missing neither comes nor goes") {
+    const std::string missing = TestFont().File() + ".missing";
+    CHECK(AddFontResourceExA(missing.c_str(), FR_PRIVATE, nullptr) == 0);
+    CHECK_FALSE(RemoveFontResourceExA(missing.c_str(), FR_PRIVATE, nullptr));
 }
 
 TEST_CASE("a context has a font, keeps it with its state and holds it") {

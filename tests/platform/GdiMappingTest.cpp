@@ -1,19 +1,11 @@
-#include "Drawing.h"
+#include "Sheet.h"
 #include "Workplace.h"
 
-#include <algorithm>
 #include <climits>
 #include <cmath>
+#include <functional>
 
 namespace {
-
-std::string Text(const POINT& point) {
-    return std::to_string(point.x) + " " + std::to_string(point.y);
-}
-
-std::string Text(const SIZE& size) {
-    return std::to_string(size.cx) + " " + std::to_string(size.cy);
-}
 
 SIZE WindowExtent(HDC dc) {
     SIZE extent{};
@@ -35,50 +27,23 @@ LONG Units(int millimetres, int inInch) {
     return std::lround(millimetres * inInch / 254.0);
 }
 
-/// Draws with a call that takes two corners and tells the box of the pixels that became black.
-template <class Draw>
-std::string Drawn(Draw draw) {
-    const Section section(24, 16, 32);
-    std::memset(section.bytes, 0xFF, 24 * 16 * 4);
-    const MemoryContext memory(section.handle);
-    SetMapMode(memory, MM_ANISOTROPIC);
-    SetWindowExtEx(memory, 2, 3, nullptr);
-    SetViewportExtEx(memory, 3, -2, nullptr);
-    SetViewportOrgEx(memory, 1, 15, nullptr);
-    SelectObject(memory, GetStockObject(BLACK_BRUSH));
-    SetBkColor(memory, RGB(0, 0, 0));
-    draw(memory);
-    GdiFlush();
-    RECT box{24, 16, 0, 0};
-    for (LONG i = 0; i < 24 * 16; ++i) {
-        const LONG x = i % 24;
-        const LONG y = 15 - i / 24;
-        if (section.bytes[i * 4] == 0)
-            box = {std::min(box.left, x), std::min(box.top, y), std::max(box.right, x + 1),
-                   std::max(box.bottom, y + 1)};
-    }
-    return Text(POINT{box.left, box.top}) + " " + Text(POINT{box.right, box.bottom});
-}
-
 } // namespace
 
 TEST_CASE("a product is divided with 64 bits and rounded to the nearest") {
-    const int rows[][4] = {
-        {5, 1, 2, 3},
-        {-5, 1, 2, -3},
-        {5, 1, -2, -3},
-        {-7, -3, -2, -11},
-        {1, 1, 3, 0},
-        {2, 1, 3, 1},
-        {1, 1, 0, -1},
-        {INT_MAX, 2, 1, -1},
-        {INT_MAX, 4, 5, 1717986918},
-        {INT_MAX, 3, 3, INT_MAX},
-        {INT_MIN, 1, 1, -1},
-        {INT_MIN, 1, 2, -1073741824},
-        {1, 1, INT_MIN, 0},
-        {-INT_MAX, 1, 1, -INT_MAX},
-    };
+    const int rows[][4] = {{5, 1, 2, 3},
+                           {-5, 1, 2, -3},
+                           {5, 1, -2, -3},
+                           {-7, -3, -2, -11},
+                           {1, 1, 3, 0},
+                           {2, 1, 3, 1},
+                           {1, 1, 0, -1},
+                           {INT_MAX, 2, 1, -1},
+                           {INT_MAX, 4, 5, 1717986918},
+                           {INT_MAX, 3, 3, INT_MAX},
+                           {INT_MIN, 1, 1, -1},
+                           {INT_MIN, 1, 2, -1073741824},
+                           {1, 1, INT_MIN, 0},
+                           {-INT_MAX, 1, 1, -INT_MAX}};
     for (const auto& [number, numerator, denominator, result] : rows) {
         CAPTURE(number);
         CAPTURE(denominator);
@@ -115,23 +80,19 @@ TEST_CASE("modes of fixed scale measure the screen in their units") {
 
 TEST_CASE("extents are the caller's in two modes, and even in one") {
     const MemoryContext memory;
-    const struct {
-        int mode;
-        SIZE window, viewport;
-        const char* extents;
-    } rows[] = {
+    const std::tuple<int, SIZE, SIZE, const char*> rows[] = {
         {MM_ANISOTROPIC, {100, 200}, {300, -500}, "100 200 to 300 -500"},
         {MM_ISOTROPIC, {-10, 10}, {100, 33}, "-10 10 to 33 33"},
         {MM_ISOTROPIC, {100, 200}, {300, 500}, "100 200 to 250 500"},
         {MM_ISOTROPIC, {7, 3}, {1, 1000}, "7 3 to 1 1"},
         {MM_ISOTROPIC, {1000, 1}, {33, -33}, "1000 1 to 33 -1"}, // never 0
     };
-    for (const auto& row : rows) {
-        CAPTURE(std::string(row.extents));
-        SetMapMode(memory, row.mode);
-        CHECK(SetWindowExtEx(memory, row.window.cx, row.window.cy, nullptr));
-        CHECK(SetViewportExtEx(memory, row.viewport.cx, row.viewport.cy, nullptr));
-        CHECK(Extents(memory) == row.extents);
+    for (const auto& [mode, window, viewport, extents] : rows) {
+        CAPTURE(std::string(extents));
+        SetMapMode(memory, mode);
+        CHECK(SetWindowExtEx(memory, window.cx, window.cy, nullptr));
+        CHECK(SetViewportExtEx(memory, viewport.cx, viewport.cy, nullptr));
+        CHECK(Extents(memory) == extents);
     }
     SetMapMode(memory, MM_TEXT);
     SetMapMode(memory, MM_ANISOTROPIC);
@@ -149,24 +110,20 @@ TEST_CASE("extents are the caller's in two modes, and even in one") {
 
 TEST_CASE("points are mapped and mapped back, to the nearest number and halves up") {
     const MemoryContext memory;
-    SetMapMode(memory, MM_ANISOTROPIC);
-    SetWindowExtEx(memory, 2, 4, nullptr);
-    SetViewportExtEx(memory, 1, -2, nullptr);
+    Scale(memory, {2, 4}, {1, -2});
     POINT before{};
-    CHECK(
-        (SetWindowOrgEx(memory, 5, 6, &before) && OffsetWindowOrgEx(memory, 1, -1, &before) && Text(before) == "5 6"));
+    CHECK((SetWindowOrgEx(memory, 5, 6, &before) && OffsetWindowOrgEx(memory, 1, -1, &before)));
+    CHECK(Text(before) == "5 6");
     CHECK((SetViewportOrgEx(memory, 7, 8, nullptr) && OffsetViewportOrgEx(memory, -2, 3, &before)));
     CHECK(Text(before) == "7 8");
-    POINT points[] = {{6, 5}, {7, 6}, {5, 4}, {-3, 105}, {8, 7}};
-    CHECK(LPtoDP(memory, points, 5));
-    const char* const device[] = {"5 11", "6 11", "5 12", "1 -39", "6 10"};
-    for (int i = 0; i < 5; ++i)
-        CHECK(Text(points[i]) == device[i]);
-    CHECK(DPtoLP(memory, points, 4)); // the last one is left alone
-    const char* const logical[] = {"6 5", "8 5", "6 3", "-2 105", "6 10"};
-    for (int i = 0; i < 5; ++i)
-        CHECK(Text(points[i]) == logical[i]);
-    CHECK_FALSE((LPtoDP(nullptr, points, 1) || DPtoLP(nullptr, points, 1)));
+    const std::tuple<POINT, const char*, const char*> rows[] = {
+        {{6, 5}, "5 11", "6 5"}, {{7, 6}, "6 11", "8 5"}, {{5, 4}, "5 12", "6 3"}, {{-3, 105}, "1 -39", "-2 105"}};
+    for (const auto& [point, device, back] : rows) {
+        POINT points[] = {point, {8, 7}}; // the second one is left alone on the way back
+        CHECK((LPtoDP(memory, points, 2) && Text(points[0]) == device && Text(points[1]) == "6 10"));
+        CHECK((DPtoLP(memory, points, 1) && Text(points[0]) == back && Text(points[1]) == "6 10"));
+    }
+    CHECK_FALSE((LPtoDP(nullptr, &before, 1) || DPtoLP(nullptr, &before, 1)));
 }
 
 TEST_CASE("mapping, position and brush origin are put aside and come back") {
@@ -177,7 +134,7 @@ TEST_CASE("mapping, position and brush origin are put aside and come back") {
     if (kOnLayer)
         CHECK((GetAspectRatioFilterEx(memory, &size) && Text(size) == "0 0"));
     CHECK((SetMiterLimit(memory, 20, &limit) && limit == 10 && GetMiterLimit(memory, &limit) && limit == 20));
-    SetBrushOrgEx(memory, 1, 2, nullptr);
+    CHECK((SetBrushOrgEx(memory, 1, -2, &point) && Text(point) == "0 0"));
     CHECK((MoveToEx(memory, 3, 4, &point) && Text(point) == "0 0"));
     SaveDC(memory);
     SetMapMode(memory, MM_TWIPS);
@@ -190,29 +147,40 @@ TEST_CASE("mapping, position and brush origin are put aside and come back") {
     CHECK((GetMapMode(memory) == MM_TEXT && Extents(memory) == "1 1 to 1 1"));
     CHECK((GetWindowOrgEx(memory, &point) && Text(point) == "0 0"));
     CHECK((GetCurrentPositionEx(memory, &point) && Text(point) == "3 4"));
-    CHECK((GetBrushOrgEx(memory, &point) && Text(point) == "1 2"));
+    CHECK((GetBrushOrgEx(memory, &point) && Text(point) == "1 -2"));
     CHECK((GetMiterLimit(memory, &limit) && (limit == 20 || !kOnLayer)));
-    CHECK_FALSE((GetCurrentPositionEx(nullptr, &point) || MoveToEx(nullptr, 1, 1, nullptr) ||
-                 GetAspectRatioFilterEx(nullptr, &size) || GetMiterLimit(nullptr, &limit) ||
-                 GetWindowExtEx(nullptr, &size) || OffsetViewportOrgEx(nullptr, 1, 1, nullptr)));
+    CHECK_FALSE((GetCurrentPositionEx(nullptr, &point) || SetBrushOrgEx(nullptr, 1, 1, &point) ||
+                 MoveToEx(nullptr, 1, 1, nullptr) || GetAspectRatioFilterEx(nullptr, &size) ||
+                 GetMiterLimit(nullptr, &limit) || GetWindowExtEx(nullptr, &size) ||
+                 OffsetViewportOrgEx(nullptr, 1, 1, nullptr)));
 }
 
 // Where y grows upwards, what is given by start and size holds the start's row, what is given by edges does not.
 TEST_CASE("drawing calls map both corners") {
     const RECT rect{2, 2, 8, 6};
-    CHECK(Drawn([&](HDC dc) { FillRect(dc, &rect, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH))); }) ==
-          "4 12 13 15");
-    CHECK(Drawn([](HDC dc) { PatBlt(dc, 2, 2, 6, 4, PATCOPY); }) == "4 12 13 15");
-    CHECK(Drawn([&](HDC dc) { InvertRect(dc, &rect); }) == "4 12 13 15");
-    CHECK(Drawn([](HDC dc) { BitBlt(dc, 2, 2, 6, 4, dc, 0, 0, BLACKNESS); }) == "4 12 13 15");
-    CHECK(Drawn([](HDC dc) { SetPixel(dc, 2, 2, RGB(0, 0, 0)); }) == "4 14 5 15");
-    CHECK(Drawn([&](HDC dc) { ExtTextOutA(dc, 0, 0, ETO_OPAQUE, &rect, "", 0, nullptr); }) == "4 11 13 14");
-    CHECK(Drawn([](HDC dc) {
-              CHECK(IntersectClipRect(dc, 2, 2, 8, 6) == SIMPLEREGION);
-              RECT box{};
-              CHECK((GetClipBox(dc, &box) == SIMPLEREGION && box.left == 2 && box.top == 6 && box.right == 8));
-              CHECK(box.bottom == 2);
-              CHECK((PtVisible(dc, 2, 3) && !PtVisible(dc, 2, 7)));
-              PatBlt(dc, -50, -50, 200, 200, PATCOPY);
-          }) == "4 11 13 14");
+    const auto white = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
+    const std::pair<std::function<void(HDC)>, const char*> rows[] = {
+        {[&](HDC dc) { FillRect(dc, &rect, white); }, "4 12 13 15"},
+        {[](HDC dc) { PatBlt(dc, 2, 2, 6, 4, PATCOPY); }, "4 12 13 15"},
+        {[&](HDC dc) { InvertRect(dc, &rect); }, "4 12 13 15"},
+        {[](HDC dc) { BitBlt(dc, 2, 2, 6, 4, dc, 0, 0, WHITENESS); }, "4 12 13 15"},
+        {[](HDC dc) { SetPixel(dc, 2, 2, kRed); }, "4 14 5 15"},
+        {[&](HDC dc) { ExtTextOutA(dc, 0, 0, ETO_OPAQUE, &rect, "", 0, nullptr); }, "4 11 13 14"},
+        {[](HDC dc) {
+             CHECK(IntersectClipRect(dc, 2, 2, 8, 6) == SIMPLEREGION);
+             RECT box{};
+             CHECK((GetClipBox(dc, &box) == SIMPLEREGION && Text(box) == "2 6 8 2"));
+             CHECK((PtVisible(dc, 2, 3) && !PtVisible(dc, 2, 7)));
+             PatBlt(dc, -50, -50, 200, 200, PATCOPY);
+         },
+         "4 11 13 14"},
+    };
+    for (const auto& [draw, box] : rows) {
+        CAPTURE(&draw - &rows[0].first);
+        const Sheet sheet(24, 16);
+        Scale(sheet, {2, 3}, {3, -2});
+        SetViewportOrgEx(sheet, 1, 15, nullptr);
+        draw(sheet);
+        CHECK(sheet.Box() == box);
+    }
 }

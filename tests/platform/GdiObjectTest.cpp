@@ -46,19 +46,19 @@ TEST_CASE("selecting gives the object before, and refuses what does not fit") {
     CHECK(first == GetCurrentObject(other, OBJ_BITMAP)); // fresh contexts share one bitmap of one pixel
     CHECK(SelectObject(one, section.handle) == section.handle);
     CHECK(SelectObject(other, section.handle) == nullptr); // in one context at a time
-    const HDC screen = GetDC(nullptr);
+    const WindowContext screen;
     const Section free(4, 4, 24);
-    for (const HDC dc : {screen, HDC(), static_cast<HDC>(Stale())})
+    for (const HDC dc : {screen.dc, HDC(), static_cast<HDC>(Stale())})
         CHECK(SelectObject(dc, free.handle) == nullptr);
-    ReleaseDC(nullptr, screen);
     for (const HGDIOBJ object : {HGDIOBJ(), HGDIOBJ(one.dc), Stale(), GetStockObject(DEFAULT_PALETTE)})
         CHECK(SelectObject(one, object) == nullptr);
-    CHECK(GetCurrentObject(one, OBJ_BITMAP) == section.handle);
-    CHECK(GetCurrentObject(one, OBJ_BRUSH) == GetStockObject(WHITE_BRUSH));
-    CHECK(GetCurrentObject(one, OBJ_PEN) == GetStockObject(BLACK_PEN));
-    CHECK(GetCurrentObject(one, OBJ_PAL) == GetStockObject(DEFAULT_PALETTE));
-    CHECK(GetCurrentObject(one, OBJ_REGION) == nullptr);
-    CHECK(GetCurrentObject(nullptr, OBJ_PEN) == nullptr);
+    const std::pair<UINT, HGDIOBJ> current[] = {{OBJ_BITMAP, section.handle},
+                                                {OBJ_BRUSH, GetStockObject(WHITE_BRUSH)},
+                                                {OBJ_PEN, GetStockObject(BLACK_PEN)},
+                                                {OBJ_PAL, GetStockObject(DEFAULT_PALETTE)},
+                                                {OBJ_REGION, nullptr}};
+    for (const auto& [type, object] : current)
+        CHECK((GetCurrentObject(one, type) == object && GetCurrentObject(nullptr, type) == nullptr));
     CHECK(SelectObject(one, first) == section.handle);
     CHECK(SelectObject(other, section.handle) == first);
 }
@@ -108,118 +108,84 @@ TEST_CASE("stock objects are always there") {
     CHECK((DeleteObject(bitmap) && GetObjectType(bitmap) == OBJ_BITMAP));
 }
 
-TEST_CASE("brushes and pens tell what they were made from") {
-    const HBITMAP bitmap = CreateBitmap(8, 8, 1, 1, nullptr);
-    const struct {
-        LOGBRUSH wanted;
-        bool made;
-        HGDIOBJ stock;
-    } rows[] = {
-        {{BS_SOLID, RGB(1, 2, 3), 0}, true, nullptr},
-        {{BS_HATCHED, RGB(1, 2, 3), HS_CROSS}, true, nullptr},
-        {{BS_HATCHED, RGB(1, 2, 3), 99}, false, nullptr},
-        {{BS_PATTERN, 0, reinterpret_cast<ULONG_PTR>(bitmap)}, true, nullptr},
-        {{BS_PATTERN, 0, 0}, false, nullptr},
-        {{77, 0, 0}, false, nullptr},
-        {{BS_NULL, 0, 0}, true, GetStockObject(NULL_BRUSH)},
+TEST_CASE("brushes tell what they were made from") {
+    const Owned bitmap(CreateBitmap(8, 8, 1, 1, nullptr));
+    const std::pair<LOGBRUSH, bool> rows[] = {
+        {{BS_SOLID, RGB(1, 2, 3), 0}, true},
+        {{BS_HATCHED, RGB(1, 2, 3), HS_CROSS}, true},
+        {{BS_HATCHED, RGB(1, 2, 3), 99}, false},
+        {{BS_PATTERN, 0, reinterpret_cast<ULONG_PTR>(bitmap.handle)}, true},
+        {{BS_PATTERN, 0, 0}, false},
+        {{77, 0, 0}, false},
+        {{BS_NULL, 0, 0}, true},
     };
-    for (const auto& row : rows) {
-        CAPTURE(row.wanted.lbStyle);
-        const HBRUSH brush = CreateBrushIndirect(&row.wanted);
-        CHECK((brush != nullptr) == row.made);
-        if (row.stock)
-            CHECK(brush == row.stock);
+    for (const auto& [wanted, made] : rows) {
+        CAPTURE(wanted.lbStyle);
+        const Owned brush(CreateBrushIndirect(&wanted));
+        CHECK((brush != nullptr) == made);
         LOGBRUSH told{};
-        if (brush && GetObjectA(brush, sizeof told, &told) == sizeof told) {
-            CHECK((told.lbStyle == row.wanted.lbStyle && told.lbColor == row.wanted.lbColor));
-            CHECK(told.lbHatch == row.wanted.lbHatch);
-        }
-        DeleteObject(brush);
+        if (made && GetObjectA(brush, sizeof told, &told) == sizeof told)
+            CHECK(Hex(&told, sizeof told) == Hex(&wanted, sizeof wanted));
     }
-    DeleteObject(bitmap);
-    const HPEN pen = CreatePen(PS_SOLID, 3, RGB(1, 2, 3));
-    LOGPEN told{};
-    CHECK(GetObjectA(pen, sizeof told, &told) == sizeof told);
-    CHECK((told.lopnStyle == PS_SOLID && told.lopnWidth.x == 3 && told.lopnColor == RGB(1, 2, 3)));
-    CHECK(CreatePen(PS_NULL, 3, 0) == GetStockObject(NULL_PEN));
-    DeleteObject(pen);
+    // What draws nothing is one object.
+    const LOGBRUSH hollow{BS_NULL, 1, 2};
+    CHECK(CreateBrushIndirect(&hollow) == GetStockObject(NULL_BRUSH));
 }
 
 TEST_CASE("descriptions need room") {
-    const HBITMAP bitmap = CreateBitmap(5, 3, 1, 32, nullptr);
+    const Owned bitmap(CreateBitmap(5, 3, 1, 32, nullptr));
     const Section section(5, 3, 24);
-    const HBRUSH brush = CreateSolidBrush(0);
-    const HPEN pen = CreatePen(PS_SOLID, 1, 0);
+    const Owned brush(CreateSolidBrush(0));
     const HGDIOBJ palette = GetStockObject(DEFAULT_PALETTE);
     const int whole = sizeof(BITMAP);
-    const struct {
-        HGDIOBJ object;
-        int size; // 0: no room, a query
-        int result;
-    } rows[] = {
-        {bitmap, 0, whole},
-        {bitmap, whole - 1, 0},
-        {bitmap, 200, whole},
-        {section.handle, static_cast<int>(sizeof(DIBSECTION)) - 1, whole},
-        {section.handle, 200, sizeof(DIBSECTION)},
-        {brush, 0, sizeof(LOGBRUSH)},
-        {brush, 5, 5},
-        {pen, 0, sizeof(LOGPEN)},
-        {pen, 5, 0},
-        {palette, 0, 2},
-        {palette, 100, 2},
-        {Stale(), 100, 0},
-    };
-    for (const auto& row : rows) {
-        CAPTURE(row.size);
-        CAPTURE(row.result);
+    const std::tuple<HGDIOBJ, int, int> rows[] = {
+        {bitmap, 0, whole},   {bitmap, whole - 1, 0},
+        {bitmap, 200, whole}, {section.handle, static_cast<int>(sizeof(DIBSECTION)) - 1, whole},
+        {palette, 0, 2},      {section.handle, 200, sizeof(DIBSECTION)},
+        {palette, 100, 2},    {brush, 0, sizeof(LOGBRUSH)},
+        {Stale(), 100, 0},    {brush, 5, 5}};
+    // A size of 0 is a query without room.
+    for (const auto& [object, size, result] : rows) {
+        CAPTURE(size);
+        CAPTURE(result);
         char room[200];
-        CHECK(GetObjectA(row.object, row.size, row.size == 0 ? nullptr : room) == row.result);
+        CHECK(GetObjectA(object, size, size == 0 ? nullptr : room) == result);
     }
-    for (const HGDIOBJ object : std::initializer_list<HGDIOBJ>{bitmap, brush, pen})
-        DeleteObject(object);
 }
 
 TEST_CASE("threads make, select and delete objects side by side") {
     const HBRUSH shared = CreateSolidBrush(RGB(1, 2, 3));
-    const HBITMAP pixel = CreateBitmap(1, 1, 1, 1, nullptr);
+    const Owned pixel(CreateBitmap(1, 1, 1, 1, nullptr));
     std::vector<int> failures(4);
-    const auto work = [&](int& failed) {
+    const auto work = [&](int* failed) {
         for (int i = 0; i < 500; ++i) {
             const MemoryContext memory;
             const HBRUSH own = CreatePatternBrush(pixel);
             const HGDIOBJ white = SelectObject(memory, own);
-            failed += white != GetStockObject(WHITE_BRUSH) || SelectObject(memory, shared) != own ||
-                      !DeleteObject(own) || GetObjectType(own) != 0 || SaveDC(memory) != 1;
+            *failed += white != GetStockObject(WHITE_BRUSH) || SelectObject(memory, shared) != own ||
+                       !DeleteObject(own) || GetObjectType(own) != 0 || SaveDC(memory) != 1;
         }
     };
     std::vector<std::thread> threads;
     for (int& failed : failures)
-        threads.emplace_back([&work, &failed] { work(failed); });
+        threads.emplace_back(work, &failed);
     for (std::thread& thread : threads)
         thread.join();
     CHECK(failures == std::vector<int>(4));
-    CHECK(DeleteObject(shared));
-    CHECK(GetObjectType(shared) == 0);
-    DeleteObject(pixel);
+    CHECK((DeleteObject(shared) && GetObjectType(shared) == 0));
 }
 
 TEST_CASE("each call on objects can be made to fail") {
     kel::test::WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [] {
-        const HDC dc = CreateCompatibleDC(nullptr);
-        const HBRUSH brush = CreateSolidBrush(RGB(1, 2, 3));
-        const HBITMAP bitmap = CreateBitmap(3, 3, 1, 1, nullptr);
-        const HBRUSH pattern = CreatePatternBrush(bitmap);
-        const HGDIOBJ before = SelectObject(dc, bitmap);
+        const Owned brush(CreateSolidBrush(RGB(1, 2, 3)));
+        const Owned bitmap(CreateBitmap(3, 3, 1, 1, nullptr));
         if (std::string(kel::test::FaultedCall()) == "CreateBitmap")
             CHECK(bitmap == nullptr);
+        const Owned pattern(CreatePatternBrush(bitmap));
+        const MemoryContext dc(bitmap);
         SaveDC(dc);
         IntersectClipRect(dc, 0, 0, 1, 1);
         SelectObject(dc, brush);
         RestoreDC(dc, -1);
-        SelectObject(dc, before);
-        for (const HGDIOBJ object : std::initializer_list<HGDIOBJ>{brush, pattern, bitmap})
-            DeleteObject(object);
-        DeleteDC(dc);
     });
 }

@@ -1,4 +1,4 @@
-#include "Drawing.h"
+#include "Sheet.h"
 
 #include <algorithm>
 
@@ -19,25 +19,18 @@ std::string Told(HDC dc) {
     return text;
 }
 
-const POINT kPoints[] = {{5, 20}, {12, 5}, {20, 20}, {1, 1}, {2, 2}, {3, 9}};
+const POINT kPoints[] = {{5, 20}, {12, 5}, {20, 20}, {1, 1}, {2, 2}};
+const INT kCounts[] = {3, 2};
 
 } // namespace
 
 TEST_CASE("drawing adds figures to an open path") {
-    const Section section(32, 32, 32);
-    const MemoryContext memory(section.handle);
-    const struct {
-        void (*draw)(HDC);
-        const char* path;
-    } cases[] = {
+    const Sheet sheet(32, 32);
+    const std::pair<void (*)(HDC), const char*> cases[] = {
         {[](HDC dc) { Rectangle(dc, 2, 2, 20, 14); }, " m19,2 l2,2 l2,13 l19,13|"},
         {[](HDC dc) { Rectangle(dc, 2, 2, 2, 14); }, ""},
         {[](HDC dc) { Polygon(dc, kPoints, 3); }, " m5,20 l12,5 l20,20|"},
-        {[](HDC dc) {
-             const int counts[] = {3, 2};
-             PolyPolygon(dc, kPoints, counts, 2);
-         },
-         " m5,20 l12,5 l20,20| m1,1 l2,2|"},
+        {[](HDC dc) { PolyPolygon(dc, kPoints, kCounts, 2); }, " m5,20 l12,5 l20,20| m1,1 l2,2|"},
         {[](HDC dc) {
              MoveToEx(dc, 1, 1, nullptr);
              MoveToEx(dc, 3, 4, nullptr);
@@ -56,56 +49,39 @@ TEST_CASE("drawing adds figures to an open path") {
     };
     for (const auto& [draw, path] : cases) {
         CAPTURE(std::string(path));
-        REQUIRE(BeginPath(memory));
-        draw(memory);
-        REQUIRE(EndPath(memory));
-        CHECK(Told(memory) == path);
-        CHECK(GetPath(memory, nullptr, nullptr, 0) ==
-              static_cast<int>(std::count(path, path + std::strlen(path), ',')));
+        REQUIRE(BeginPath(sheet));
+        draw(sheet);
+        REQUIRE(EndPath(sheet));
+        CHECK(Told(sheet) == path);
+        CHECK(GetPath(sheet, nullptr, nullptr, 0) == std::count(path, path + std::strlen(path), ','));
     }
-    for (int i = 0; i < 32 * 32 * 4; ++i)
-        REQUIRE(section.bytes[i] == 0);
+    CHECK(sheet.Picture().empty());
     POINT point;
     BYTE kind;
-    CHECK(GetPath(memory, &point, &kind, 1) == -1);
+    CHECK(GetPath(sheet, &point, &kind, 1) == -1);
     CHECK(GetLastError() == ERROR_INVALID_PARAMETER);
 }
 
 TEST_CASE("a path is filled, drawn or made a region, and gone") {
-    const struct {
-        const char* name;
-        BOOL(WINAPI* use)(HDC);
-        const char* picture; // of the upper left corner
-    } cases[] = {
-        {"fill", FillPath, "BBBB..BBBB..BBBB..BBBB.."},
-        {"stroke", StrokePath, "RRRRR.R...R.R...R.R...R."},
-        {"both", StrokeAndFillPath, "RRRRR.RBBBR.RBBBR.RBBBR."},
+    const std::pair<BOOL(WINAPI*)(HDC), const char*> cases[] = {
+        {FillPath, "BBBB/BBBB/BBBB/BBBB"},
+        {StrokePath, "RRRRR/R...R/R...R/R...R"},
+        {StrokeAndFillPath, "RRRRR/RBBBR/RBBBR/RBBBR"},
     };
-    for (const auto& [name, use, picture] : cases) {
-        CAPTURE(std::string(name));
-        const Section section(DibInfo(6, -4, 32));
-        const MemoryContext memory(section.handle);
-        const HGDIOBJ pen = SelectObject(memory, CreatePen(PS_SOLID, 0, RGB(255, 0, 0)));
-        const HGDIOBJ brush = SelectObject(memory, CreateSolidBrush(RGB(0, 0, 255)));
-        BeginPath(memory);
-        CHECK(!use(memory)); // not while it is open
-        Rectangle(memory, 0, 0, 5, 6);
-        EndPath(memory);
-        CHECK((use(memory) && !use(memory)));
-        GdiFlush();
-        std::string drawn;
-        for (int i = 0; i < 24; ++i)
-            drawn += section.bytes[4 * i] ? 'B' : section.bytes[4 * i + 2] ? 'R' : '.';
-        CHECK(drawn == picture);
-        DeleteObject(SelectObject(memory, pen));
-        DeleteObject(SelectObject(memory, brush));
+    for (const auto& [use, picture] : cases) {
+        CAPTURE(std::string(picture));
+        const Sheet sheet(6, 4);
+        BeginPath(sheet);
+        CHECK(!use(sheet)); // not while it is open
+        Rectangle(sheet, 0, 0, 5, 6);
+        EndPath(sheet);
+        CHECK((use(sheet) && !use(sheet)));
+        CHECK(sheet.Picture() == picture);
     }
 }
 
 TEST_CASE("the fill mode decides what is inside of a path's region") {
     const MemoryContext memory;
-    CHECK((GetPolyFillMode(memory) == ALTERNATE && SetPolyFillMode(memory, WINDING) == ALTERNATE));
-    CHECK((SetPolyFillMode(memory, 3) == 0 && GetPolyFillMode(memory) == WINDING));
     for (const int mode : {ALTERNATE, WINDING}) {
         CAPTURE(mode);
         SetPolyFillMode(memory, mode);
@@ -113,11 +89,9 @@ TEST_CASE("the fill mode decides what is inside of a path's region") {
         Rectangle(memory, 0, 0, 11, 11);
         Rectangle(memory, 3, 3, 8, 8);
         EndPath(memory);
-        const HRGN region = PathToRegion(memory);
-        REQUIRE(region != nullptr);
+        const Owned region(PathToRegion(memory));
         CHECK((PtInRegion(region, 0, 0) && PtInRegion(region, 9, 9) && !PtInRegion(region, 10, 10)));
         CHECK(PtInRegion(region, 5, 5) == (mode == WINDING));
-        CHECK(DeleteObject(region));
     }
 }
 
@@ -146,9 +120,7 @@ TEST_CASE("without a path there is nothing to complete") {
     BOOL(WINAPI* const calls[])(HDC) = {EndPath, CloseFigure, FillPath, StrokePath, StrokeAndFillPath, FlattenPath};
     for (const auto call : calls) {
         SetLastError(0);
-        CHECK(!call(memory));
-        CHECK(GetLastError() == ERROR_CAN_NOT_COMPLETE);
-        CHECK(!call(nullptr));
+        CHECK((!call(memory) && GetLastError() == ERROR_CAN_NOT_COMPLETE && !call(nullptr)));
     }
     SetLastError(0);
     CHECK((PathToRegion(memory) == nullptr && GetLastError() == ERROR_CAN_NOT_COMPLETE));

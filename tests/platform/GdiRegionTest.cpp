@@ -1,27 +1,12 @@
-#include "Drawing.h"
+#include "Sheet.h"
 
-#include <climits>
 #include <vector>
 
 namespace {
 
-std::string Text(const RECT& rect) {
-    return std::to_string(rect.left) + " " + std::to_string(rect.top) + " " + std::to_string(rect.right) + " " +
-           std::to_string(rect.bottom);
+Owned<HRGN> Rect(int left, int top, int right, int bottom) {
+    return Owned(CreateRectRgn(left, top, right, bottom));
 }
-
-/// A region that is deleted at the end.
-struct Owned {
-    explicit Owned(HRGN region) : handle(region) {}
-    Owned(int left, int top, int right, int bottom) : Owned(CreateRectRgn(left, top, right, bottom)) {}
-    Owned(const Owned&) = delete;
-    Owned& operator=(const Owned&) = delete;
-    ~Owned() { DeleteObject(handle); }
-
-    operator HRGN() const { return handle; }
-
-    HRGN handle;
-};
 
 /// The rectangles of a region, each in brackets; what the header says is checked on the way.
 std::string Rectangles(HRGN region) {
@@ -56,13 +41,10 @@ const POINT kTriangleAndSquare[] = {{0, 0}, {6, 0}, {0, 6}, {1, 1}, {4, 1}, {4, 
 } // namespace
 
 TEST_CASE("regions are combined in every mode") {
-    const Owned a(0, 0, 5, 5);
-    const Owned b(8, 8, 3, 3);
-    const Owned result(0, 0, 1, 1);
-    const struct {
-        int mode, kind;
-        const char* rectangles;
-    } rows[] = {
+    const auto a = Rect(0, 0, 5, 5);
+    const auto b = Rect(8, 8, 3, 3);
+    const auto result = Rect(0, 0, 1, 1);
+    const std::tuple<int, int, const char*> rows[] = {
         {RGN_AND, SIMPLEREGION, "[3 3 5 5]"},
         {RGN_OR, COMPLEXREGION, "[0 0 5 3][0 3 8 5][3 5 8 8]"},
         {RGN_XOR, COMPLEXREGION, "[0 0 5 3][0 3 3 5][5 3 8 5][3 5 8 8]"},
@@ -81,12 +63,12 @@ TEST_CASE("regions are combined in every mode") {
     CHECK((CombineRgn(result, nullptr, b, RGN_COPY) == ERROR && CombineRgn(nullptr, a, b, RGN_OR) == ERROR));
     CHECK(EqualRgn(result, a)); // what failed changed nothing
     CHECK((CombineRgn(result, result, result, RGN_XOR) == NULLREGION && Rectangles(result).empty()));
-    const Owned nothing(7, 7, 7, 9);
+    const auto nothing = Rect(7, 7, 7, 9);
     CHECK((EqualRgn(result, nothing) && !EqualRgn(result, a) && !EqualRgn(a, nullptr)));
 }
 
 TEST_CASE("regions are moved, set and asked") {
-    const Owned region(10, 10, 2, 3);
+    const auto region = Rect(10, 10, 2, 3);
     CHECK((OffsetRgn(region, -2, 5) == SIMPLEREGION && Rectangles(region) == "[0 8 8 15]"));
     CHECK((PtInRegion(region, 0, 8) && PtInRegion(region, 7, 14) && !PtInRegion(region, 8, 14)));
     const std::pair<RECT, bool> rows[] = {{{7, 14, 20, 20}, true},
@@ -109,26 +91,30 @@ TEST_CASE("regions are moved, set and asked") {
 }
 
 TEST_CASE("round and slanted shapes hold the pixels they do on Windows") {
-    const Owned ellipse(CreateEllipticRgn(10, 8, 0, 0));
-    CHECK(Pixels(ellipse, 9, 7) == "..#####..|.#######.|#########|#########|#########|.#######.|..#####..|");
     const RECT five{0, 0, 6, 6};
-    const Owned same(CreateEllipticRgnIndirect(&five));
-    CHECK(Pixels(same, 5, 5) == ".###.|#####|#####|#####|.###.|");
-    const Owned round(CreateRoundRectRgn(0, 0, 10, 6, 6, 4));
-    CHECK(Pixels(round, 9, 5) == ".#######.|#########|#########|#########|.#######.|");
-    const Owned square(CreateRoundRectRgn(0, 0, 10, 6, 0, 4));
-    CHECK(Rectangles(square) == "[0 0 9 5]");
-    const Owned none(CreateEllipticRgn(3, 3, 4, 4));
-    CHECK(Rectangles(none).empty());
-    const Owned triangle(CreatePolygonRgn(kTriangleAndSquare, 3, WINDING));
-    CHECK(Pixels(triangle, 6, 6) == "######|#####.|####..|###...|##....|#.....|");
     const INT counts[] = {3, 4};
-    const Owned alternate(CreatePolyPolygonRgn(kTriangleAndSquare, counts, 2, ALTERNATE));
-    CHECK(Pixels(alternate, 6, 6) == "######|#...#.|#.....|#..#..|##....|#.....|");
-    const Owned winding(CreatePolyPolygonRgn(kTriangleAndSquare, counts, 2, WINDING));
-    CHECK(Pixels(winding, 6, 6) == "######|#####.|####..|####..|##....|#.....|");
-    const Owned line(CreatePolygonRgn(kTriangleAndSquare, 2, ALTERNATE));
-    CHECK(Rectangles(line).empty());
+    const std::tuple<HRGN, int, int, const char*> rows[] = {
+        {CreateEllipticRgn(10, 8, 0, 0), 9, 7,
+         "..#####..|.#######.|#########|#########|#########|.#######.|..#####..|"},
+        {CreateEllipticRgnIndirect(&five), 5, 5, ".###.|#####|#####|#####|.###.|"},
+        {CreateEllipticRgn(3, 3, 4, 4), 5, 1, ".....|"},
+        {CreateRoundRectRgn(0, 0, 10, 6, 6, 4), 9, 5, ".#######.|#########|#########|#########|.#######.|"},
+        {CreateRoundRectRgn(0, 0, 10, 6, 0, 4), 10, 6,
+         "#########.|#########.|#########.|#########.|#########.|..........|"},
+        {CreatePolygonRgn(kTriangleAndSquare, 3, WINDING), 6, 6, "######|#####.|####..|###...|##....|#.....|"},
+        {CreatePolygonRgn(kTriangleAndSquare, 2, ALTERNATE), 7, 1, ".......|"},
+        {CreatePolyPolygonRgn(kTriangleAndSquare, counts, 2, ALTERNATE), 6, 6,
+         "######|#...#.|#.....|#..#..|##....|#.....|"},
+        {CreatePolyPolygonRgn(kTriangleAndSquare, counts, 2, WINDING), 6, 6,
+         "######|#####.|####..|####..|##....|#.....|"},
+    };
+    for (const auto& [made, width, height, pixels] : rows) {
+        CAPTURE(std::string(pixels));
+        const Owned region(made);
+        CHECK(Pixels(region, width, height) == pixels);
+        const bool some = std::string(pixels).find('#') != std::string::npos;
+        CHECK(Rectangles(region).empty() == !some);
+    }
     CHECK(CreatePolygonRgn(kTriangleAndSquare, -1, ALTERNATE) == nullptr);
 }
 
@@ -138,24 +124,20 @@ TEST_CASE("regions are made of data, transformed") {
         RECT rectangles[3];
     } record = {{32, RDH_RECTANGLES, 3, 48, {0, 0, 9, 9}}, {{3, 3, 10, 10}, {0, 0, 5, 5}, {8, 8, 8, 20}}};
     const auto* const data = reinterpret_cast<const RGNDATA*>(&record);
-    const struct {
-        XFORM transform;
-        const char* rectangles;
-    } rows[] = {
-        {{1, 0, 0, 1, 0, 0}, "[0 0 5 3][0 3 10 5][3 5 10 10]"},
+    const char* const kUnmoved = "[0 0 5 3][0 3 10 5][3 5 10 10]";
+    const std::pair<XFORM, const char*> rows[] = {
+        {{1, 0, 0, 1, 0, 0}, kUnmoved},
         {{2, 0, 0, 2, 1, 1}, "[1 1 11 7][1 7 21 11][7 11 21 21]"},
         {{1, 0, 0, 1, 5.5F, -2.5F}, "[6 -2 11 1][6 1 16 3][9 3 16 8]"},
         {{0.5F, 0, 0, 0.5F, 0, 0}, "[0 0 3 2][0 2 5 3][2 3 5 5]"},
         {{0, 1, -1, 0, 0, 0}, "[-5 0 0 3][-10 3 0 5][-10 5 -3 10]"},
         {{0, 0, 0, 0, 0, 0}, ""},
     };
-    for (const auto& row : rows) {
-        CAPTURE(std::string(row.rectangles));
-        const Owned region(ExtCreateRegion(&row.transform, sizeof record, data));
-        CHECK(Rectangles(region) == row.rectangles);
+    for (const auto& [transform, rectangles] : rows) {
+        CAPTURE(std::string(rectangles));
+        CHECK(Rectangles(Owned(ExtCreateRegion(&transform, sizeof record, data))) == rectangles);
     }
-    const Owned plain(ExtCreateRegion(nullptr, sizeof record, data));
-    CHECK(Rectangles(plain) == rows[0].rectangles);
+    CHECK(Rectangles(Owned(ExtCreateRegion(nullptr, sizeof record, data))) == kUnmoved);
     record.header.dwSize = 31;
     CHECK(ExtCreateRegion(nullptr, sizeof record, data) == nullptr);
     CHECK(ExtCreateRegion(nullptr, sizeof record, nullptr) == nullptr);
@@ -164,18 +146,16 @@ TEST_CASE("regions are made of data, transformed") {
 TEST_CASE("drawing is clipped by regions") {
     const Section section(20, 20, 32);
     const MemoryContext memory(section.handle);
-    const Owned a(2, 2, 8, 8);
-    const Owned b(5, 5, 30, 10);
-    const Owned clip(0, 0, 0, 0);
+    const auto a = Rect(2, 2, 8, 8);
+    const auto b = Rect(5, 5, 30, 10);
+    const auto clip = Rect(0, 0, 0, 0);
     CHECK((GetClipRgn(memory, clip) == 0 && ExtSelectClipRgn(memory, a, RGN_DIFF) == COMPLEXREGION));
     CHECK((GetClipRgn(memory, clip) == 1 && Rectangles(clip) == "[0 0 20 2][0 2 2 8][8 2 20 8][0 8 20 20]"));
     CHECK((SelectClipRgn(memory, nullptr) == SIMPLEREGION && GetClipRgn(memory, clip) == 0));
     CHECK((SelectClipRgn(memory, a) == SIMPLEREGION && ExtSelectClipRgn(memory, b, RGN_OR) == COMPLEXREGION));
     CHECK((ExtSelectClipRgn(memory, a, RGN_XOR) == COMPLEXREGION && ExtSelectClipRgn(memory, b, RGN_AND) != ERROR));
     CHECK((GetClipRgn(memory, clip) == 1 && Rectangles(clip) == "[8 5 30 8][5 8 30 10]"));
-    SetMapMode(memory, MM_ANISOTROPIC);
-    SetViewportExtEx(memory, 3, -3, nullptr);
-    SetWindowExtEx(memory, 2, 2, nullptr);
+    Scale(memory, {2, 2}, {3, -3});
     CHECK((OffsetClipRgn(memory, 1, -1) == COMPLEXREGION && GetClipRgn(memory, clip) == 1));
     CHECK(Rectangles(clip) == "[10 7 32 10][7 10 32 12]");
     SetMapMode(memory, MM_TEXT);
@@ -190,33 +170,23 @@ TEST_CASE("drawing is clipped by regions") {
 }
 
 TEST_CASE("regions are filled, painted, framed and inverted") {
-    const Section section(8, 6, 32);
-    const MemoryContext memory(section.handle);
-    const Owned region(1, 1, 7, 5);
-    const Owned empty(3, 3, 3, 3);
+    Sheet sheet(8, 6);
+    const auto region = Rect(1, 1, 7, 5), empty = Rect(3, 3, 3, 3);
     const auto white = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
-    const auto pixels = [&] {
-        GdiFlush();
-        std::string text;
-        for (int i = 0; i < 48; ++i)
-            text += section.bytes[(5 - i / 8) * 32 + i % 8 * 4] ? '#' : '.';
-        return text;
-    };
-    const std::string full = ".........######..######..######..######.........";
-    CHECK((FillRgn(memory, region, white) && pixels() == full));
-    CHECK((InvertRgn(memory, region) && pixels() == std::string(48, '.')));
-    SetROP2(memory, R2_XORPEN);
-    CHECK((PaintRgn(memory, region) && pixels() == full));
-    CHECK(FrameRgn(memory, region, white, 2, -1));
-    CHECK(pixels() == "...................##......##...................");
-    CHECK((FillRgn(memory, empty, white) && FillRgn(memory, region, static_cast<HBRUSH>(GetStockObject(NULL_BRUSH)))));
-    CHECK_FALSE((FrameRgn(memory, empty, white, 1, 1) || FillRgn(memory, nullptr, white) || PaintRgn(memory, nullptr) ||
-                 FillRgn(memory, region, nullptr) || InvertRgn(nullptr, region)));
+    const auto none = static_cast<HBRUSH>(GetStockObject(NULL_BRUSH));
+    CHECK((FillRgn(sheet, region, white) && sheet.Picture() == "/.WWWWWW/.WWWWWW/.WWWWWW/.WWWWWW"));
+    CHECK((InvertRgn(sheet, region) && sheet.Picture().empty()));
+    sheet.Rop(R2_XORPEN);
+    CHECK((PaintRgn(sheet, region) && sheet.Picture() == "/.BBBBBB/.BBBBBB/.BBBBBB/.BBBBBB"));
+    CHECK((FrameRgn(sheet, region, white, 2, -1) && sheet.Picture() == "/.YYYYYY/.YYBBYY/.YYBBYY/.YYYYYY"));
+    CHECK((FillRgn(sheet, empty, white) && FillRgn(sheet, region, none)));
+    CHECK_FALSE((FrameRgn(sheet, empty, white, 1, 1) || FillRgn(sheet, nullptr, white) || PaintRgn(sheet, nullptr) ||
+                 FillRgn(sheet, region, nullptr) || InvertRgn(nullptr, region)));
 }
 
 TEST_CASE("whichever call fails, regions stay what they were and none is left") {
     kel::test::WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [] {
-        const Owned a(0, 0, 5, 5);
+        const auto a = Rect(0, 0, 5, 5);
         const Owned ellipse(CreateEllipticRgn(0, 0, 9, 9));
         const bool whole = a.handle && ellipse.handle;
         const int kind = CombineRgn(a, a, ellipse, RGN_AND);

@@ -38,11 +38,7 @@ TEST_CASE("rows are fetched by their number from the bottom") {
     for (std::size_t i = 0; i < kHeight; ++i)
         section.bytes[i * kRowBytes] = static_cast<BYTE>(i + 1);
     const MemoryContext memory;
-    const struct {
-        UINT start, lines;
-        int height, result;
-        const char* rows; // ee: untouched
-    } rows[] = {
+    const std::tuple<UINT, UINT, int, int, const char*> rows[] = {
         {0, 6, 6, 6, "01 02 03 04 05 06 ee"},    {0, 100, 6, 6, "01 02 03 04 05 06 ee"},
         {2, 3, 6, 3, "03 04 05 ee ee ee ee"},    {5, 3, 6, 1, "06 ee ee ee ee ee ee"},
         {6, 1, 6, 1, "ee ee ee ee ee ee ee"},    {0, 0, 6, 1, "ee ee ee ee ee ee ee"},
@@ -52,13 +48,13 @@ TEST_CASE("rows are fetched by their number from the bottom") {
         {2, 6, 10, 4, "00 00 01 02 03 04 ee"},   {0, 3, 10, 0, "00 00 00 ee ee ee ee"},
         {4, 10, -10, 6, "06 05 04 03 02 01 ee"}, {0, 6, 0, 0, "ee ee ee ee ee ee ee"},
     };
-    for (const auto& row : rows) {
-        CAPTURE(&row - rows);
+    // rows: ee: untouched
+    for (const auto& [start, lines, height, result, bytes] : rows) {
+        INFO(start, " ", lines, " ", height);
         BYTE got[12 * kRowBytes];
         std::memset(got, 0xEE, sizeof got);
-        CHECK(GetDIBits(memory, section.handle, row.start, row.lines, got, DibInfo(4, row.height, 24),
-                        DIB_RGB_COLORS) == row.result);
-        CHECK(FirstBytes(got, 7) == row.rows);
+        CHECK(GetDIBits(memory, section.handle, start, lines, got, DibInfo(4, height, 24), DIB_RGB_COLORS) == result);
+        CHECK(FirstBytes(got, 7) == bytes);
     }
 }
 
@@ -67,24 +63,19 @@ TEST_CASE("rows are stored by their number from the bottom") {
     for (std::size_t i = 0; i < 30; ++i)
         given[i * kRowBytes] = static_cast<BYTE>(i + 1);
     const MemoryContext memory;
-    const struct {
-        UINT start, lines;
-        int height, result;
-        const char* rows;
-    } rows[] = {
+    const std::tuple<UINT, UINT, int, int, const char*> rows[] = {
         {0, 6, 6, 6, "01 02 03 04 05 06"},  {0, 100, 6, 6, "01 02 03 04 05 06"},  {2, 3, 6, 3, "ee ee 01 02 03 ee"},
         {5, 3, 6, 1, "ee ee ee ee ee 01"},  {6, 1, 6, 0, "ee ee ee ee ee ee"},    {0, 0, 6, 0, "ee ee ee ee ee ee"},
         {0, 6, -6, 6, "06 05 04 03 02 01"}, {2, 3, -6, 3, "ee ee 03 02 01 ee"},   {4, 6, -6, 6, "ee ee ee ee 06 05"},
         {0, 6, 3, 3, "ee ee ee 01 02 03"},  {1, 6, 3, 2, "ee ee ee ee 01 02"},    {0, 6, -3, 6, "ee ee ee ee ee ee"},
         {2, 6, 10, 6, "03 04 05 06 ee ee"}, {0, 10, 10, 10, "05 06 07 08 09 0a"}, {2, 10, -10, 10, "08 07 06 05 04 03"},
     };
-    for (const auto& row : rows) {
-        CAPTURE(&row - rows);
+    for (const auto& [start, lines, height, result, bytes] : rows) {
+        INFO(start, " ", lines, " ", height);
         const Section section(4, kHeight, 24);
         std::memset(section.bytes, 0xEE, kHeight * kRowBytes);
-        CHECK(SetDIBits(memory, section.handle, row.start, row.lines, given, DibInfo(4, row.height, 24),
-                        DIB_RGB_COLORS) == row.result);
-        CHECK(FirstBytes(section.bytes, kHeight) == row.rows);
+        CHECK(SetDIBits(memory, section.handle, start, lines, given, DibInfo(4, height, 24), DIB_RGB_COLORS) == result);
+        CHECK(FirstBytes(section.bytes, kHeight) == bytes);
     }
     const Section section(4, kHeight, 24);
     for (const int width : {0, -4})
@@ -138,21 +129,20 @@ TEST_CASE("device-dependent monochrome bitmaps are black and white, whatever the
     const MemoryContext memory;
     SetTextColor(memory, RGB(255, 0, 0));
     SetBkColor(memory, RGB(0, 255, 0));
-    const HBITMAP bitmap = CreateBitmap(4, 1, 1, 1, nullptr);
+    const Owned bitmap(CreateBitmap(4, 1, 1, 1, nullptr));
     const char given[] = "\0\0\0\xff\xff\xff\0\0\xff\xff\xff\0";
     CHECK(SetDIBits(memory, bitmap, 0, 1, given, DibInfo(4, 1, 24), DIB_RGB_COLORS) == 1);
     BYTE got[12];
     CHECK((GetBitmapBits(bitmap, 2, got) == 2 && got[0] == 0x50));
     CHECK(GetDIBits(memory, bitmap, 0, 1, got, DibInfo(4, 1, 24), DIB_RGB_COLORS) == 1);
     CHECK(Hex(got, 12) == "000000ffffff000000ffffff");
-    DeleteObject(bitmap);
 }
 
 TEST_CASE("a query tells the header, another one the colour table") {
     const MemoryContext memory;
     for (const int bits : {1, 4, 8, 16, 24, 32}) {
         CAPTURE(bits);
-        const HBITMAP bitmap = CreateBitmap(5, 3, 1, static_cast<UINT>(bits), nullptr);
+        const Owned bitmap(CreateBitmap(5, 3, 1, static_cast<UINT>(bits), nullptr));
         DibInfo info(0, 0, 0);
         std::memset(&info.header.biWidth, 0xCC, sizeof info - sizeof info.header.biSize);
         info.header.biBitCount = 0;
@@ -162,28 +152,23 @@ TEST_CASE("a query tells the header, another one the colour table") {
         CHECK(info.header.biCompression == (bits == 16 || bits == 32 ? BI_BITFIELDS : BI_RGB));
         CHECK(info.header.biSizeImage == static_cast<DWORD>((5 * bits + 31) / 32 * 4 * 3));
         CHECK(info.table[0].rgbRed == 0xCC);
-        DeleteObject(bitmap);
     }
     const Section section(Table(8, {RGB(9, 8, 7)}));
-    const HBITMAP device = CreateBitmap(5, 3, 1, 32, nullptr);
-    const struct {
-        HBITMAP bitmap;
-        int bits, index;
-        COLORREF colour;
-    } rows[] = {
-        {section.handle, 8, 0, RGB(9, 8, 7)}, {section.handle, 4, 1, RGB(128, 0, 0)},
-        {device, 1, 1, RGB(255, 255, 255)},   {device, 4, 7, RGB(128, 128, 128)},
-        {device, 4, 8, RGB(192, 192, 192)},   {device, 8, 7, RGB(192, 192, 192)},
-        {device, 8, 10, RGB(64, 32, 0)},      {device, 8, 245, RGB(160, 192, 192)},
-        {device, 8, 246, RGB(255, 251, 240)},
+    const Owned device(CreateBitmap(5, 3, 1, 32, nullptr));
+    const std::tuple<HBITMAP, int, int, COLORREF> rows[] = {
+        {section.handle, 8, 0, RGB(9, 8, 7)},        {section.handle, 4, 1, RGB(128, 0, 0)},
+        {device.handle, 1, 1, RGB(255, 255, 255)},   {device.handle, 4, 7, RGB(128, 128, 128)},
+        {device.handle, 4, 8, RGB(192, 192, 192)},   {device.handle, 8, 7, RGB(192, 192, 192)},
+        {device.handle, 8, 10, RGB(64, 32, 0)},      {device.handle, 8, 245, RGB(160, 192, 192)},
+        {device.handle, 8, 246, RGB(255, 251, 240)},
     };
-    for (const auto& row : rows) {
-        CAPTURE(row.bits);
-        CAPTURE(row.index);
-        DibInfo info(7, 9, row.bits);
-        CHECK(GetDIBits(memory, row.bitmap, 0, 3, nullptr, info, DIB_RGB_COLORS) == 1);
-        CHECK(info.Colour(row.index) == row.colour);
-        CHECK(info.header.biSizeImage == static_cast<DWORD>((7 * row.bits + 31) / 32 * 4 * 9));
+    for (const auto& [bitmap, bits, index, colour] : rows) {
+        CAPTURE(bits);
+        CAPTURE(index);
+        DibInfo info(7, 9, bits);
+        CHECK(GetDIBits(memory, bitmap, 0, 3, nullptr, info, DIB_RGB_COLORS) == 1);
+        CHECK(info.Colour(index) == colour);
+        CHECK(info.header.biSizeImage == static_cast<DWORD>((7 * bits + 31) / 32 * 4 * 9));
     }
     DibInfo masks(5, 3, 32, BI_BITFIELDS);
     CHECK(GetDIBits(memory, device, 0, 0, nullptr, masks, DIB_RGB_COLORS) == 1);
@@ -195,7 +180,6 @@ TEST_CASE("a query tells the header, another one the colour table") {
     const Section colours(4, 1, 24);
     CHECK(SetDIBits(memory, colours.handle, 0, 1, "\x01\x07\x13\x19", indices, DIB_PAL_COLORS) == 1);
     CHECK(Hex(colours.bytes, 12) == "000080c0c0c0ffffff800080");
-    DeleteObject(device);
 }
 
 TEST_CASE("transfers refuse what is no DIB") {
@@ -218,20 +202,14 @@ TEST_CASE("transfers refuse what is no DIB") {
 }
 
 TEST_CASE("bitmaps are made from DIBs") {
-    const HDC screen = GetDC(nullptr);
     DibInfo info(2, -1, 24);
-    const HBITMAP bitmap =
-        CreateDIBitmap(screen, &info.header, CBM_INIT, "\x01\x02\x03\x04\x05\x06\0\0", info, DIB_RGB_COLORS);
-    ReleaseDC(nullptr, screen);
+    const Owned bitmap(
+        CreateDIBitmap(WindowContext(), &info.header, CBM_INIT, "\x01\x02\x03\x04\x05\x06\0\0", info, DIB_RGB_COLORS));
     BYTE got[8]{};
     CHECK(GetBitmapBits(bitmap, sizeof got, got) == sizeof got);
     CHECK(Hex(got, 8) == "0102030004050600");
-    DeleteObject(bitmap);
     const MemoryContext memory;
-    const HBITMAP mono = CreateDIBitmap(memory, &info.header, 0, nullptr, nullptr, DIB_RGB_COLORS);
-    BITMAP facts{};
-    GetObjectA(mono, sizeof facts, &facts);
-    CHECK(facts.bmBitsPixel == 1);
-    DeleteObject(mono);
+    const Owned mono(CreateDIBitmap(memory, &info.header, 0, nullptr, nullptr, DIB_RGB_COLORS));
+    CHECK(Told<BITMAP>(mono).bmBitsPixel == 1);
     CHECK(CreateDIBitmap(memory, nullptr, 0, nullptr, nullptr, DIB_RGB_COLORS) == nullptr);
 }

@@ -17,55 +17,47 @@ struct TwoTexts {
     }
 };
 
-constexpr int kBlock = 0x2588; // a glyph that covers its cell
+constexpr WCHAR kBlock = 0x2588; // a glyph that covers its cell
 
 } // namespace
 
 TEST_CASE("text lies at its reference point as the alignment says") {
     TextPage page;
-    const struct {
-        UINT align;
-        const char* cells;
-        LONG moved; // of the current position, from 50, with TA_UPDATECP
-    } rows[] = {{TA_LEFT, "50 60 73 76", 73},     {TA_RIGHT, "27 60 50 76", 27},
-                {TA_CENTER, "39 60 62 76", 50},   {TA_BOTTOM, "50 44 73 60", 73},
-                {TA_BASELINE, "50 47 73 63", 73}, {TA_BASELINE | TA_RIGHT, "27 47 50 63", 27}};
-    for (const auto& row : rows) {
-        CAPTURE(row.align);
-        SetTextAlign(page, row.align);
+    const std::tuple<UINT, const char*, LONG> rows[] = {
+        {TA_LEFT, "50 60 73 76", 73},   {TA_RIGHT, "27 60 50 76", 27},    {TA_CENTER, "39 60 62 76", 50},
+        {TA_BOTTOM, "50 44 73 60", 73}, {TA_BASELINE, "50 47 73 63", 73}, {TA_BASELINE | TA_RIGHT, "27 47 50 63", 27}};
+    // With TA_UPDATECP the current position moves from 50.
+    for (const auto& [align, cells, moved] : rows) {
+        CAPTURE(align);
+        SetTextAlign(page, align);
         CHECK(TextOutA(page, 50, 60, "abc", 3));
-        CHECK(page.Cells() == row.cells);
-        SetTextAlign(page, row.align | TA_UPDATECP);
+        CHECK(page.Cells() == cells);
+        SetTextAlign(page, align | TA_UPDATECP);
         MoveToEx(page, 50, 60, nullptr);
         CHECK(TextOutA(page, 5, 5, "abc", 3));
-        CHECK(page.Cells() == row.cells);
+        CHECK(page.Cells() == cells);
         POINT position{};
-        CHECK((GetCurrentPositionEx(page, &position) && position.x == row.moved && position.y == 60));
+        CHECK((GetCurrentPositionEx(page, &position) && position.x == moved && position.y == 60));
     }
 }
 
 TEST_CASE("rectangles are filled, and clip") {
     TextPage page;
     const RECT rect{40, 20, 60, 30};
-    const struct {
-        UINT options;
-        int mode;
-        const char* text;
-        const char* cells;
-    } rows[] = {{ETO_OPAQUE, OPAQUE, "", "40 20 60 30"},
-                {ETO_OPAQUE, OPAQUE, "abc", "40 15 73 31"},
-                {ETO_CLIPPED, OPAQUE, "abc", "50 20 60 30"},
-                {ETO_CLIPPED | ETO_OPAQUE, TRANSPARENT, "   ", "40 20 60 30"},
-                {0, OPAQUE, "abc", "50 15 73 31"},
-                {0, TRANSPARENT, "   ", "none"},
-                {0, OPAQUE, "", "none"}};
-    for (const auto& row : rows) {
-        CAPTURE(row.options);
-        CAPTURE(row.text);
-        SetBkMode(page, row.mode);
-        CHECK(
-            ExtTextOutA(page, 50, 15, row.options, &rect, row.text, static_cast<UINT>(std::strlen(row.text)), nullptr));
-        CHECK(page.Cells() == row.cells);
+    const std::tuple<UINT, int, const char*, const char*> rows[] = {
+        {ETO_OPAQUE, OPAQUE, "", "40 20 60 30"},
+        {ETO_OPAQUE, OPAQUE, "abc", "40 15 73 31"},
+        {ETO_CLIPPED, OPAQUE, "abc", "50 20 60 30"},
+        {ETO_CLIPPED | ETO_OPAQUE, TRANSPARENT, "   ", "40 20 60 30"},
+        {0, OPAQUE, "abc", "50 15 73 31"},
+        {0, TRANSPARENT, "   ", "none"},
+        {0, OPAQUE, "", "none"}};
+    for (const auto& [options, mode, text, cells] : rows) {
+        CAPTURE(options);
+        CAPTURE(text);
+        SetBkMode(page, mode);
+        CHECK(ExtTextOutA(page, 50, 15, options, &rect, text, static_cast<UINT>(std::strlen(text)), nullptr));
+        CHECK(page.Cells() == cells);
     }
     IntersectClipRect(page, 55, 0, 57, 200);
     CHECK((TextOutA(page, 50, 15, "a", 1) && page.Cells() == "55 15 57 31"));
@@ -76,11 +68,10 @@ TEST_CASE("narrow text is drawn by whole characters") {
     TextPage page;
     const TwoTexts texts({'a', 0xE4, 0x3042, 'b'});
     const auto bytes = static_cast<int>(texts.narrow.size());
-    SIZE narrow{};
-    SIZE wide{};
+    SIZE narrow{}, wide{};
     CHECK(GetTextExtentPoint32A(page, texts.narrow.data(), bytes, &narrow));
     CHECK(GetTextExtentPoint32W(page, texts.wide.data(), 4, &wide));
-    CHECK((narrow.cx == wide.cx && narrow.cy == wide.cy));
+    CHECK(Text(narrow) == Text(wide));
     std::vector<INT> advances(texts.narrow.size(), 10);
     CHECK(ExtTextOutA(page, 10, 0, 0, nullptr, texts.narrow.data(), static_cast<UINT>(bytes), advances.data()));
     CHECK(page.Cells() == "10 0 " + std::to_string(10 + 10 * bytes) + " 16");
@@ -97,26 +88,22 @@ TEST_CASE("covered pixels have the text's colour in every format") {
         info.table[1] = {255, 255, 255, 0};
         info.table[2] = {0, 0, 255, 0};
         const Section section(info);
-        const MemoryContext context(section.handle);
         const LOGFONTA description = TestFontOf(16);
-        const HGDIOBJ font = CreateFontIndirectA(&description);
-        const HGDIOBJ before = SelectObject(context, font);
+        const Owned font(CreateFontIndirectA(&description));
+        const MemoryContext context(section.handle);
+        SelectObject(context, font);
         const COLORREF ink = bits == 1 ? RGB(255, 255, 255) : RGB(255, 0, 0);
         SetTextColor(context, ink);
         SetBkMode(context, TRANSPARENT);
-        const WCHAR block = kBlock;
-        CHECK(TextOutW(context, 2, 2, &block, 1));
+        CHECK(TextOutW(context, 2, 2, &kBlock, 1));
         CHECK(GetPixel(context, 6, 10) == ink);
         CHECK(GetPixel(context, 18, 10) == RGB(0, 0, 0));
-        DeleteObject(SelectObject(context, before));
     }
 }
 
 TEST_CASE("text is measured in logical units and drawn upright") {
     TextPage page;
-    SetMapMode(page, MM_ANISOTROPIC);
-    SetWindowExtEx(page, 100, 100, nullptr);
-    SetViewportExtEx(page, 300, -200, nullptr);
+    Scale(page, {100, 100}, {300, -200});
     SetViewportOrgEx(page, 0, 100, nullptr);
     SIZE size{};
     CHECK((GetTextExtentPoint32A(page, "abcdefghij", 10, &size) && size.cx == 44 && size.cy == 16));
@@ -136,18 +123,16 @@ TEST_CASE("lines through and turned text") {
     SetBkMode(page, TRANSPARENT);
     CHECK((TextOutA(page, 10, 0, "      ", 6) && page.Cells() == "10 9 34 10"));
     font.lfStrikeOut = 0;
-    const struct {
-        LONG escapement;
-        const char* cells;
-    } turned[] = {{900, "100 77 116 100"}, {1800, "77 84 100 100"}, {2700, "84 100 100 123"}};
-    for (const auto& row : turned) {
-        CAPTURE(row.escapement);
-        font.lfEscapement = font.lfOrientation = row.escapement;
+    const std::pair<LONG, const char*> turned[] = {
+        {900, "100 77 116 100"}, {1800, "77 84 100 100"}, {2700, "84 100 100 123"}};
+    for (const auto& [escapement, cells] : turned) {
+        CAPTURE(escapement);
+        font.lfEscapement = font.lfOrientation = escapement;
         TextPage other(font);
         // The ends of turned cells are not the same on all systems, to a pixel.
         CHECK(TextOutA(other, 100, 100, "abc", 3));
         if (kel::test::FaultsAvailable())
-            CHECK(other.Cells() == row.cells);
+            CHECK(other.Cells() == cells);
     }
 }
 

@@ -49,22 +49,17 @@ TEST_CASE("a movable block keeps its handle and bytes through changes of size") 
     GlobalUnlock(block);
     CHECK(ErrorUnless(GlobalReAlloc(block, static_cast<SIZE_T>(-1), GMEM_MOVEABLE)) == ERROR_NOT_ENOUGH_MEMORY);
     CHECK(GlobalSize(block) == 100000);
-    CHECK(GlobalReAlloc(block, 5, GMEM_FIXED) == block);
-    CHECK(GlobalSize(block) == 5);
-    CHECK(GlobalReAlloc(block, 0, GMEM_MOVEABLE) == block);
-    CHECK(GlobalFlags(block) == GMEM_DISCARDED);
+    CHECK((GlobalReAlloc(block, 5, GMEM_FIXED) == block && GlobalSize(block) == 5));
+    CHECK((GlobalReAlloc(block, 0, GMEM_MOVEABLE) == block && GlobalFlags(block) == GMEM_DISCARDED));
     CHECK(ErrorUnless(GlobalLock(block)) == ERROR_DISCARDED);
-    CHECK(GlobalReAlloc(block, 8, GMEM_MOVEABLE) == block);
-    CHECK(GlobalLock(block) != nullptr);
+    CHECK((GlobalReAlloc(block, 8, GMEM_MOVEABLE) == block && GlobalLock(block) != nullptr));
     CHECK(GlobalFree(block) == nullptr);
 }
 
 TEST_CASE("a fixed block's handle is its address") {
     const HGLOBAL block = GlobalAlloc(GPTR, 100);
-    CHECK(GlobalLock(block) == block);
-    CHECK(GlobalUnlock(block));
+    CHECK((GlobalLock(block) == block && GlobalUnlock(block) && GlobalHandle(block) == block));
     CHECK(GlobalFlags(block) == 0);
-    CHECK(GlobalHandle(block) == block);
     CHECK(GlobalReAlloc(block, 50, GMEM_FIXED) == block);
     CHECK(ErrorUnless(GlobalReAlloc(block, kBeyondItsPlace, GMEM_FIXED)) == ERROR_NOT_ENOUGH_MEMORY);
     CHECK(GlobalSize(block) == 50);
@@ -98,10 +93,9 @@ TEST_CASE("what is no block is refused") {
     const HGLOBAL gone = GlobalAlloc(GMEM_MOVEABLE, 10);
     GlobalFree(gone);
     CHECK(GlobalFree(gone) == gone);
-    CHECK(ErrorUnless(GlobalLock(gone)) == ERROR_INVALID_HANDLE);
-    CHECK(ErrorUnless(GlobalUnlock(gone)) == ERROR_INVALID_HANDLE);
-    CHECK(ErrorUnless(GlobalSize(gone)) == ERROR_INVALID_HANDLE);
-    CHECK(ErrorUnless(GlobalReAlloc(gone, 4, GMEM_MOVEABLE)) == ERROR_INVALID_HANDLE);
+    for (const DWORD error : {ErrorUnless(GlobalLock(gone)), ErrorUnless(GlobalUnlock(gone)),
+                              ErrorUnless(GlobalSize(gone)), ErrorUnless(GlobalReAlloc(gone, 4, GMEM_MOVEABLE))})
+        CHECK(error == ERROR_INVALID_HANDLE);
     CHECK(GlobalFlags(gone) == GMEM_INVALID_HANDLE);
     CHECK(GlobalFree(nullptr) == nullptr);
     for (const UINT flags : {GMEM_MOVEABLE, GMEM_FIXED})

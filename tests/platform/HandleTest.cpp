@@ -1,10 +1,9 @@
 #include "Opened.h"
 
-#include <array>
+#include "tests/support/Threads.h"
+
 #include <atomic>
 #include <functional>
-#include <thread>
-#include <vector>
 
 namespace {
 
@@ -53,36 +52,34 @@ TEST_CASE("every call refuses null, foreign and closed handles") {
         }
 }
 
-TEST_CASE("duplicates share position and share modes until the last is closed") {
+TEST_CASE("duplicates share position and share modes until the last is closed, with which a marked file goes") {
     const Workplace place;
     Workplace::Write("a", "0123456789");
-    Opened first("a");
-    const HANDLE second = Duplicate(first);
-    char byte = 0;
-    CHECK(Read(first, &byte, 1) == 1);
-    CHECK(Read(second, &byte, 1) == 1);
-    CHECK(byte == '1');
-    first.Close();
-    CHECK(ErrorOfOpening("a", GENERIC_READ, kShareAll) == ERROR_SHARING_VIOLATION);
-    CHECK(CloseHandle(second));
-    CHECK(ErrorOfOpening("a", GENERIC_READ) == 0);
+    for (const DWORD flags : {DWORD{0}, DWORD{FILE_FLAG_DELETE_ON_CLOSE}}) {
+        Opened first("a", kReadWrite, 0, OPEN_EXISTING, flags);
+        const HANDLE second = Duplicate(first);
+        char byte = 0;
+        CHECK((Read(first, &byte, 1) == 1 && Read(second, &byte, 1) == 1 && byte == '1'));
+        first.Close();
+        CHECK(ErrorOfOpening("a", GENERIC_READ, kShareAll) == ERROR_SHARING_VIOLATION);
+        CHECK(CloseHandle(second));
+        CHECK(ErrorOfOpening("a", GENERIC_READ) == (flags == 0 ? 0 : ERROR_FILE_NOT_FOUND));
+    }
 }
 
-TEST_CASE("a duplicate can have fewer rights, and closing the source is part of the call") {
+TEST_CASE(
+    "a duplicate can have fewer rights and closes its source if told to; one flag protects a handle from closing") {
     const Workplace place;
-    const HANDLE source = CreateFileA("a", kReadWrite, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    SECURITY_ATTRIBUTES security = {sizeof security, nullptr, TRUE};
+    const HANDLE file = CreateFileA("a", kReadWrite, FILE_SHARE_READ, &security, CREATE_ALWAYS, 0, nullptr);
+    const HANDLE source = Duplicate(file);
     const HANDLE reader = Duplicate(source, GENERIC_READ, DUPLICATE_CLOSE_SOURCE);
     REQUIRE(reader);
     CHECK((source == reader || ErrorOf(CloseHandle(source)) == ERROR_INVALID_HANDLE));
     CHECK(ErrorOf(Write(reader, "x", 1) != -1) == ERROR_ACCESS_DENIED);
     CHECK((!kOnLayer || !Duplicate(reader, GENERIC_WRITE, 0)));
     CHECK(CloseHandle(reader));
-}
 
-TEST_CASE("the flags of a handle are kept, and one protects it from closing") {
-    const Workplace place;
-    SECURITY_ATTRIBUTES security = {sizeof security, nullptr, TRUE};
-    const HANDLE file = CreateFileA("a", GENERIC_WRITE, 0, &security, CREATE_ALWAYS, 0, nullptr);
     CHECK(SetHandleInformation(file, HANDLE_FLAG_PROTECT_FROM_CLOSE, HANDLE_FLAG_PROTECT_FROM_CLOSE));
     CHECK(ErrorOf(CloseHandle(file)) == ERROR_INVALID_HANDLE);
     DWORD flags = 0;
@@ -107,23 +104,19 @@ TEST_CASE("standard handles differ, unknown ones are refused, and the null devic
 TEST_CASE("handles are opened, used and closed by many threads at once") {
     const Workplace place;
     Workplace::Write("a", "0123456789");
-    std::array<std::atomic<HANDLE>, 4> handles{};
+    std::atomic<HANDLE> handles[4] = {};
     std::atomic<int> wrong{0};
-    std::vector<std::thread> threads;
-    for (unsigned seed = 0; seed < 4; ++seed)
-        threads.emplace_back([&, seed] {
-            for (unsigned round = 0; round < 500; ++round) {
-                const HANDLE opened = CreateFileA("a", GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr);
-                if (const HANDLE old = handles[(seed + round) % 4].exchange(opened))
-                    CloseHandle(old);
-                char byte;
-                OVERLAPPED third = At(3);
-                const int count = Read(handles[seed], &byte, 1, &third);
-                wrong += count == 1 ? byte != '3' : GetLastError() != ERROR_INVALID_HANDLE;
-            }
-        });
-    for (std::thread& thread : threads)
-        thread.join();
+    kel::test::OnThreads(4, [&](int seed) {
+        for (int round = 0; round < 500; ++round) {
+            const HANDLE opened = CreateFileA("a", GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr);
+            if (const HANDLE old = handles[(seed + round) % 4].exchange(opened))
+                CloseHandle(old);
+            char byte;
+            OVERLAPPED third = At(3);
+            const int count = Read(handles[seed], &byte, 1, &third);
+            wrong += count == 1 ? byte != '3' : GetLastError() != ERROR_INVALID_HANDLE;
+        }
+    });
     CHECK(wrong == 0);
     for (const HANDLE handle : handles)
         CHECK(CloseHandle(handle));

@@ -1,10 +1,10 @@
 // What only the layer's own registry has: its file, the processes that share it, damage.
 
-#include "RegistryKeys.h"
-
+#include "tests/support/RegistryKeys.h"
 #include "tests/support/SecondProcess.h"
 
 #include <kelcore/platform/testing.h>
+#include <kelcore/text.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -54,12 +54,8 @@ LONG TryHive(const std::string& path) {
     return SetBytes(HKEY_CURRENT_USER, "try", "x");
 }
 
-std::string ValueName(unsigned number) {
-    return "value " + std::to_string(number);
-}
-
-std::string KeyName(unsigned number) {
-    return "key " + std::to_string(number);
+std::string Name(unsigned number) {
+    return "name " + std::to_string(number);
 }
 
 // One step of the random work, made in whichever process it is asked for.
@@ -71,7 +67,7 @@ struct Step {
 
     LONG Run() const {
         HKEY opened = nullptr;
-        const std::string path = std::string(TestKey::kPath) + "\\" + KeyName(key);
+        const std::string path = std::string(EmptyKey::kPath) + "\\" + Name(key);
         if (kind == 0)
             return RegDeleteKeyA(HKEY_CURRENT_USER, path.c_str());
         const LONG code = kind == 1 ? RegCreateKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS,
@@ -81,9 +77,9 @@ struct Step {
         if (code != 0 || kind == 1)
             return code;
         if (kind == 2)
-            return RegDeleteValueA(opened, ValueName(value).c_str());
+            return RegDeleteValueA(opened, Name(value).c_str());
         if (kind <= 5)
-            return SetBytes(opened, ValueName(value).c_str(), std::string(data, 'd'));
+            return SetBytes(opened, Name(value).c_str(), std::string(data, 'd'));
         return Count(opened);
     }
 
@@ -105,10 +101,8 @@ class Model {
 public:
     LONG Run(const Step& step) {
         const auto found = m_keys.find(step.key);
-        if (step.kind == 1) {
-            m_keys[step.key];
-            return 0;
-        }
+        if (step.kind == 1)
+            return m_keys[step.key], 0;
         if (found == m_keys.end())
             return ERROR_FILE_NOT_FOUND;
         auto& values = found->second;
@@ -136,18 +130,16 @@ private:
 
 TEST_CASE("two processes at random see what a model of the registry sees") {
     const HiveFolder folder;
-    const TestKey root; // open before the process divides
+    const EmptyKey root; // open before the process divides
     kel::test::SecondProcess other([](std::uint64_t code) { return static_cast<int>(Step(code).Run()); });
     Model model;
     std::mt19937_64 random(20261123);
     for (int round = 0; round < 4000; ++round) {
-        CAPTURE(round);
         const std::uint64_t code = random();
         const Step step(code);
         // Runs of one process's own work alternate with single steps.
         const bool here = code >> 60 < (round / 100 % 2 == 0 ? 15u : 8u);
-        const LONG result = here ? step.Run() : other.Ask(code);
-        REQUIRE(result == model.Run(step));
+        REQUIRE_MESSAGE((here ? step.Run() : other.Ask(code)) == model.Run(step), round);
     }
 }
 
@@ -169,14 +161,7 @@ TEST_CASE("a hive is the user's alone, and whole when it is opened again") {
 TEST_CASE("a stored hive is understood in every code page") {
     const HiveFolder folder;
     fs::copy_file(KELCORE_TEST_DATA "/golden/registry.db", folder.Hive());
-    const std::string word = GetACP() == CP_UTF8 ? "Gr\xC3\xB6\xC3\x9F"
-                                                   "e"
-                                                 : "Gr\xF6\xDF"
-                                                   "e";
-    const std::string folded = GetACP() == CP_UTF8 ? "gR\xC3\x96\xC3\x9F"
-                                                     "E"
-                                                   : "gR\xD6\xDF"
-                                                     "E";
+    const std::string word = StdW2A(u"Gr\u00F6\u00DFe"_w), folded = StdW2A(u"gR\u00D6\u00DFE"_w);
     CHECK(SubkeyAt(HKEY_CURRENT_USER, 0) == "Kept");
     CHECK(SubkeyAt(HKEY_CURRENT_USER, 1) == "<259>");
     HKEY key = nullptr;
@@ -189,8 +174,8 @@ TEST_CASE("a stored hive is understood in every code page") {
 
 TEST_CASE("a file that is damaged, or no hive, is refused by every call and left as it was") {
     const HiveFolder folder;
-    for (int i = 0; i < 300; ++i)
-        REQUIRE(SetBytes(HKEY_CURRENT_USER, ValueName(static_cast<unsigned>(i)).c_str(), std::string(40, 'v')) == 0);
+    for (unsigned i = 0; i < 300; ++i)
+        REQUIRE(SetBytes(HKEY_CURRENT_USER, Name(i).c_str(), std::string(40, 'v')) == 0);
     kel::platform::UseHive(":memory:");
     const std::string good = ReadAll(folder.Hive());
     REQUIRE(good.size() > 5 * 4096);
@@ -226,16 +211,12 @@ TEST_CASE("a file that is damaged, or no hive, is refused by every call and left
     CHECK(TryHive(folder.Hive("bad.db")) == 0);
 }
 
-TEST_CASE("a refused hive is looked at again when it has changed") {
+TEST_CASE("where no hive can be it is refused, and looked at again when that has changed") {
     const HiveFolder folder;
     WriteAll(folder.Hive("late.db"), "not yet");
     CHECK(TryHive(folder.Hive("late.db")) == ERROR_NOT_REGISTRY_FILE);
     fs::remove(folder.Hive("late.db"));
     CHECK(SetBytes(HKEY_CURRENT_USER, "try", "x") == 0);
-}
-
-TEST_CASE("places where no hive can be") {
-    const HiveFolder folder;
     fs::create_directory(folder.Hive("folder"));
     CHECK(TryHive(folder.Hive("folder")) == ERROR_NOT_REGISTRY_FILE);
     CHECK(TryHive(folder.Hive("missing/hive.db")) == ERROR_PATH_NOT_FOUND);

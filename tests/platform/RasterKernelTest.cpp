@@ -1,10 +1,11 @@
 // The kernels against the definition, on random jobs. They are not exported: this test brings the sources along.
 #include "platform/gdi/RowKernel.h"
-#include "tests/compare/Canvas.h"
+#include "tests/compare/Cases.h"
 
 #include <doctest/doctest.h>
 
 #include <string>
+#include <tuple>
 
 using namespace kel::platform;
 using kel::compare::Random;
@@ -168,23 +169,20 @@ TEST_CASE("a key is found wherever its pixel lies, and so is the only other pixe
 }
 
 TEST_CASE("source columns of target columns, as measured") {
-    const struct {
-        int to, from;
-        const char* last; // the last source pixel of each target pixel
-    } kRows[] = {{3, 10, "2 6 9 "},
-                 {7, 10, "0 2 3 5 6 8 9 "},
-                 {10, 4, "0 0 0 1 1 2 2 2 3 3 "},
-                 {-3, 10, "9 6 2 "},
-                 {-10, 4, "3 3 2 2 2 1 1 0 0 0 "},
-                 {3, -10, "7 3 0 "},
-                 {1, 5, "3 "},
-                 {-1, 5, "4 "},
-                 {-10, -7, "3 4 4 5 6 6 7 8 8 9 "}};
-    for (const auto& row : kRows) {
-        const Axis axis = MakeAxis(row.to < 0 ? -row.to - 1 : 0, row.to, row.from < 0 ? 9 : 0, row.from);
+    const std::tuple<int, int, const char*> kRows[] = {{3, 10, "2 6 9 "},
+                                                       {7, 10, "0 2 3 5 6 8 9 "},
+                                                       {10, 4, "0 0 0 1 1 2 2 2 3 3 "},
+                                                       {-3, 10, "9 6 2 "},
+                                                       {-10, 4, "3 3 2 2 2 1 1 0 0 0 "},
+                                                       {3, -10, "7 3 0 "},
+                                                       {1, 5, "3 "},
+                                                       {-1, 5, "4 "},
+                                                       {-10, -7, "3 4 4 5 6 6 7 8 8 9 "}};
+    for (const auto& [to, from, lastOfEach] : kRows) {
+        const Axis axis = MakeAxis(to < 0 ? -to - 1 : 0, to, from < 0 ? 9 : 0, from);
         std::string last;
-        for (int i = 0; i < std::abs(row.to); ++i)
+        for (int i = 0; i < std::abs(to); ++i)
             last += std::to_string(axis.At(i, 20).last) + " ";
-        CHECK(last == row.last);
+        CHECK(last == lastOfEach);
     }
 }

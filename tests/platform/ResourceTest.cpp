@@ -20,8 +20,7 @@ TEST_CASE("resources are found by numbers and by names without regard to case") 
     const HMODULE module = LoadLibraryA(kTexts);
     REQUIRE(module != nullptr);
     const auto finds = [&](LPCSTR type, LPCSTR name, const std::string& text) {
-        CAPTURE(text);
-        CHECK(Find(module, type, name) == text);
+        CHECK_MESSAGE(Find(module, type, name) == text, text);
     };
     finds(RT_RCDATA, "all", "0000");
     finds("#10", "aLL", "0000");
@@ -47,8 +46,7 @@ TEST_CASE("a language is taken exactly, then without its country, then neutral, 
         return;
     const HMODULE module = LoadLibraryA(kTexts);
     const auto finds = [&](const char* name, WORD language, const char* text) {
-        INFO(name, " ", language);
-        CHECK(Find(module, RT_RCDATA, name, language) == text);
+        CHECK_MESSAGE(Find(module, RT_RCDATA, name, language) == text, name, " ", language);
     };
     finds("all", 0x0407, "0407");
     finds("all", 0x0807, "0000");

@@ -1,5 +1,7 @@
 #include "Workplace.h"
 
+#include "tests/support/FileTimes.h"
+
 #include <chrono>
 #include <cstring>
 #include <random>
@@ -9,14 +11,6 @@ namespace {
 using namespace std::chrono;
 
 constexpr std::uint64_t kTicksOfDay = 864'000'000'000;
-
-FILETIME Ticks(std::uint64_t ticks) {
-    return {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
-}
-
-std::uint64_t Count(const FILETIME& time) {
-    return std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
-}
 
 // What the standard library's calendar makes of a file time.
 SYSTEMTIME Expected(std::uint64_t ticks) {
@@ -59,20 +53,19 @@ TEST_CASE("file times and calendar times agree with the calendar on every day an
 }
 
 TEST_CASE("times outside the calendar are refused and leave the target alone") {
-    const struct {
-        SYSTEMTIME time; // day of the week: 0 for rows that Wine takes although Windows does not
-    } rows[] = {
-        {{1600, 12, 1, 31, 23, 59, 59, 999}}, {{30828, 1, 0, 1, 0, 0, 0, 0}}, {{1900, 2, 0, 29, 0, 0, 0, 0}},
-        {{2000, 2, 1, 30, 0, 0, 0, 0}},       {{2000, 0, 1, 1, 0, 0, 0, 0}},  {{2000, 13, 1, 1, 0, 0, 0, 0}},
-        {{2000, 1, 1, 0, 0, 0, 0, 0}},        {{2000, 4, 1, 31, 0, 0, 0, 0}}, {{2000, 1, 1, 1, 24, 0, 0, 0}},
-        {{2000, 1, 1, 1, 0, 60, 0, 0}},       {{2000, 1, 1, 1, 0, 0, 60, 0}}, {{2000, 1, 1, 1, 0, 0, 0, 1000}},
+    // A day of the week of 0 is for rows that Wine takes although Windows does not.
+    const SYSTEMTIME times[] = {
+        {1600, 12, 1, 31, 23, 59, 59, 999}, {30828, 1, 0, 1, 0, 0, 0, 0}, {1900, 2, 0, 29, 0, 0, 0, 0},
+        {2000, 2, 1, 30, 0, 0, 0, 0},       {2000, 0, 1, 1, 0, 0, 0, 0},  {2000, 13, 1, 1, 0, 0, 0, 0},
+        {2000, 1, 1, 0, 0, 0, 0, 0},        {2000, 4, 1, 31, 0, 0, 0, 0}, {2000, 1, 1, 1, 24, 0, 0, 0},
+        {2000, 1, 1, 1, 0, 60, 0, 0},       {2000, 1, 1, 1, 0, 0, 60, 0}, {2000, 1, 1, 1, 0, 0, 0, 1000},
     };
-    for (const auto& row : rows) {
+    for (const SYSTEMTIME& time : times) {
         FILETIME target = Ticks(7);
-        INFO(row.time.wYear, " ", row.time.wMonth, " ", row.time.wDay, " ", row.time.wHour, " ", row.time.wMinute);
-        if (row.time.wDayOfWeek == 0 && !kOnLayer)
+        INFO(time.wYear, " ", time.wMonth, " ", time.wDay, " ", time.wHour, " ", time.wMinute);
+        if (time.wDayOfWeek == 0 && !kOnLayer)
             continue;
-        CHECK(ErrorOf(SystemTimeToFileTime(&row.time, &target)) == ERROR_INVALID_PARAMETER);
+        CHECK(ErrorOf(SystemTimeToFileTime(&time, &target)) == ERROR_INVALID_PARAMETER);
         CHECK(Count(target) == 7);
     }
     SYSTEMTIME last = {};

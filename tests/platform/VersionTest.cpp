@@ -41,13 +41,10 @@ TEST_CASE("a file's version record gives numbers, translations and texts") {
         REQUIRE(root.size() == sizeof(VS_FIXEDFILEINFO));
         VS_FIXEDFILEINFO fixed;
         std::memcpy(&fixed, root.data(), sizeof fixed);
-        CHECK(fixed.dwSignature == VS_FFI_SIGNATURE);
-        CHECK(fixed.dwFileVersionMS == 0x00010002);
-        CHECK(fixed.dwProductVersionMS == 0x00050006);
-        CHECK(fixed.dwProductVersionLS == 0x0007FFFF);
+        CHECK((fixed.dwSignature == VS_FFI_SIGNATURE && fixed.dwFileVersionMS == 0x00010002));
+        CHECK((fixed.dwProductVersionMS == 0x00050006 && fixed.dwProductVersionLS == 0x0007FFFF));
         const auto gives = [&](const std::string& path, const std::string& value) {
-            CAPTURE(path);
-            CHECK(Query(block, path) == value);
+            CHECK_MESSAGE(Query(block, path) == value, path);
         };
         gives("", root);
         gives("varfileinfo\\translation\\", std::string("\x09\x04\xB0\x04\x07\x04\xB0\x04", 8));
@@ -60,8 +57,8 @@ TEST_CASE("a file's version record gives numbers, translations and texts") {
         gives("\\StringFileInfo", "");
         for (const char* none : {"\\none", "/", "\\StringFileInfo\\04\\ProductName", "\\VarFileInfo\\Translatio"})
             gives(none, "<1813>");
-        gives(kEnglish + "None", "<1813>");
-        gives(kEnglish + "ProductName\\x", "<1813>");
+        for (const char* none : {"None", "ProductName\\x"})
+            gives(kEnglish + none, "<1813>");
     }
 }
 

@@ -1,88 +1,24 @@
-#include "Drawing.h"
-
-#include <utility>
+#include "TestWindow.h"
 
 namespace {
 
-const COLORREF kBack = RGB(10, 20, 30);
-const COLORREF kInk = RGB(200, 100, 50);
+constexpr COLORREF kInk = RGB(200, 100, 50);
 
-std::string g_log;
-int g_refused = 0; // the message that windows refuse
-
-// Windows write the letter they are made with, and the message's.
-LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wide, LPARAM data) {
-    if (message == WM_NCCREATE)
-        SetWindowLongPtrA(window, GWLP_USERDATA,
-                          reinterpret_cast<LONG_PTR>(reinterpret_cast<CREATESTRUCTA*>(data)->lpCreateParams));
-    const std::pair<UINT, char> logged[] = {{WM_CREATE, 'c'},        {WM_DESTROY, 'd'}, {WM_NCDESTROY, 'n'},
-                                            {WM_PAINT, 'p'},         {WM_SIZE, 's'},    {WM_MOVE, 'm'},
-                                            {WM_SYSCOLORCHANGE, 'y'}};
-    for (const auto& [number, letter] : logged)
-        if (message == number)
-            g_log += {static_cast<char>(GetWindowLongPtrA(window, GWLP_USERDATA)), letter, ' '};
-    if (g_refused != 0 && message == static_cast<UINT>(g_refused))
-        return message == WM_NCCREATE ? 0 : -1;
-    return DefWindowProcA(window, message, wide, data);
-}
-
-std::string Log() {
-    return std::exchange(g_log, {});
-}
-
-void RegisterClasses() {
-    static const bool done = [] {
-        WNDCLASSA c = {};
-        c.lpfnWndProc = Procedure;
-        c.hbrBackground = CreateSolidBrush(kBack);
-        c.lpszClassName = "KelTestPlain";
-        RegisterClassA(&c);
-        c.style = CS_HREDRAW;
-        c.hbrBackground = nullptr;
-        c.lpszClassName = "KelTestBare";
-        return RegisterClassA(&c) != 0;
-    }();
-    REQUIRE(done);
-}
-
-/// A window that is destroyed at the end.
-struct TestWindow {
-    TestWindow(char letter, DWORD style, RECT place, HWND parent = nullptr, const char* name = "KelTestPlain",
-               DWORD exStyle = 0) {
-        RegisterClasses();
-        handle = CreateWindowExA(exStyle, name, "test", style, place.left, place.top, place.right - place.left,
-                                 place.bottom - place.top, parent, nullptr, nullptr,
-                                 reinterpret_cast<void*>(static_cast<LONG_PTR>(letter)));
-    }
-    TestWindow(const TestWindow&) = delete;
-    TestWindow& operator=(const TestWindow&) = delete;
-    ~TestWindow() {
-        if (handle)
-            DestroyWindow(handle);
-    }
-    operator HWND() const { return handle; }
-
-    HWND handle;
-};
-
-constexpr DWORD kTop = WS_POPUP | WS_VISIBLE;
-constexpr DWORD kChild = WS_CHILD | WS_VISIBLE;
-
-std::string Text(const RECT& r) {
-    return std::to_string(r.left) + " " + std::to_string(r.top) + " " + std::to_string(r.right) + " " +
-           std::to_string(r.bottom);
-}
+const HWND kNone = reinterpret_cast<HWND>(0x1234);
 
 std::string Update(HWND window) {
     RECT rect = {9, 9, 9, 9};
     return GetUpdateRect(window, &rect, FALSE) ? Text(rect) : "none";
 }
 
+std::string PlaceOf(HWND window) {
+    RECT place{};
+    CHECK(GetWindowRect(window, &place));
+    return Text(place);
+}
+
 COLORREF PixelOf(HWND window, int x, int y) {
-    const HDC dc = GetDC(window);
-    const COLORREF colour = GetPixel(dc, x, y);
-    ReleaseDC(window, dc);
-    return colour;
+    return GetPixel(WindowContext(window), x, y);
 }
 
 bool Reaches(HDC dc, int x, int y) {
@@ -90,20 +26,14 @@ bool Reaches(HDC dc, int x, int y) {
 }
 
 bool Reaches(HWND window, int x, int y) {
-    const HDC dc = GetDC(window);
-    const bool reaches = Reaches(dc, x, y);
-    ReleaseDC(window, dc);
-    return reaches;
+    return Reaches(WindowContext(window), x, y);
 }
 
 // Fills all that a context of the client area reaches.
 void Flood(HWND window, COLORREF colour) {
-    const HDC dc = GetDC(window);
-    const HBRUSH brush = CreateSolidBrush(colour);
+    const Owned brush(CreateSolidBrush(colour));
     const RECT all = {-1000, -1000, 1000, 1000};
-    FillRect(dc, &all, brush);
-    DeleteObject(brush);
-    ReleaseDC(window, dc);
+    FillRect(WindowContext(window), &all, brush);
 }
 
 } // namespace
@@ -113,7 +43,7 @@ TEST_CASE("classes are found by name and number, and stay while they have window
     WNDCLASSEXA c = {};
     CHECK((RegisterClassExA(&c) == 0 && GetLastError() == ERROR_INVALID_PARAMETER));
     c.cbSize = sizeof c;
-    c.lpfnWndProc = Procedure;
+    c.lpfnWndProc = LoggingProcedure;
     c.lpszClassName = "KelTestPASSING";
     const ATOM atom = RegisterClassExA(&c);
     REQUIRE(atom != 0);
@@ -129,17 +59,13 @@ TEST_CASE("classes are found by name and number, and stay while they have window
     const TestWindow none('a', WS_POPUP, {0, 0, 5, 5}, nullptr, "KelTestPassing");
     const TestWindow orphan('a', WS_CHILD, {0, 0, 5, 5});
     CHECK(GetLastError() == ERROR_TLW_WITH_WSCHILD);
-    const TestWindow stray('a', WS_CHILD, {0, 0, 5, 5}, reinterpret_cast<HWND>(0x1234));
+    const TestWindow stray('a', WS_CHILD, {0, 0, 5, 5}, kNone);
     CHECK(GetLastError() == ERROR_INVALID_WINDOW_HANDLE);
     CHECK((none.handle == nullptr && orphan.handle == nullptr && stray.handle == nullptr));
 }
 
 TEST_CASE("a frame takes its share of the window") {
-    const struct {
-        DWORD style, exStyle;
-        const char* grown;  // by AdjustWindowRectEx
-        const char* client; // its place in a window of 200 x 100
-    } rows[] = {
+    const std::tuple<DWORD, DWORD, const char*, const char*> rows[] = {
         {WS_POPUP, 0, "0 0 0 0", "0 0 200 100"},
         {WS_POPUP, WS_EX_CLIENTEDGE, "-2 -2 2 2", "2 2 198 98"},
         {WS_POPUP | WS_BORDER, WS_EX_STATICEDGE, "-2 -2 2 2", "2 2 198 98"},
@@ -151,20 +77,18 @@ TEST_CASE("a frame takes its share of the window") {
         {WS_CHILD | WS_CAPTION, WS_EX_STATICEDGE, "-2 -21 2 2", "2 21 198 98"},
     };
     const TestWindow parent('a', WS_POPUP, {0, 0, 300, 300});
-    for (const auto& row : rows) {
-        CAPTURE(row.grown);
-        RECT grown = {0, 0, 0, 0};
-        CHECK(AdjustWindowRectEx(&grown, row.style, FALSE, row.exStyle));
-        CHECK(Text(grown) == row.grown);
-        const TestWindow window('b', row.style, {10, 20, 210, 120}, row.style & WS_CHILD ? parent.handle : nullptr,
-                                "KelTestPlain", row.exStyle);
-        RECT place, client;
-        CHECK((GetWindowRect(window, &place) && GetClientRect(window, &client)));
-        CHECK(Text(place) == "10 20 210 120");
+    // AdjustWindowRectEx grows nothing by so much; the client area has that place in a window of 200 x 100.
+    for (const auto& [style, exStyle, grown, client] : rows) {
+        CAPTURE(grown);
+        RECT rect = {0, 0, 0, 0};
+        CHECK((AdjustWindowRectEx(&rect, style, FALSE, exStyle) && Text(rect) == grown));
+        const TestWindow window('b', style, {10, 20, 210, 120}, style & WS_CHILD ? parent.handle : nullptr,
+                                "KelTestPlain", exStyle);
         POINT corner = {0, 0};
+        CHECK((PlaceOf(window) == "10 20 210 120" && GetClientRect(window, &rect)));
         CHECK(ClientToScreen(window, &corner));
-        OffsetRect(&client, corner.x - 10, corner.y - 20);
-        CHECK(Text(client) == row.client);
+        OffsetRect(&rect, corner.x - 10, corner.y - 20);
+        CHECK(Text(rect) == client);
         CHECK((ScreenToClient(window, &corner) && corner.x == 0 && corner.y == 0));
     }
 }
@@ -179,13 +103,13 @@ TEST_CASE("messages come in their order, and a refused window is none") {
         TestWindow child('b', kChild, {0, 0, 20, 20}, top);
         TestWindow grandchild('c', kChild, {0, 0, 10, 10}, child);
         CHECK(Log() == "bc bs bm cc cs cm ");
-        CHECK((GetParent(grandchild) == child.handle && !DestroyWindow(reinterpret_cast<HWND>(0x1234))));
+        CHECK((GetParent(grandchild) == child.handle && !DestroyWindow(kNone)));
         CHECK((UpdateWindow(top) && Log() == "ap bp cp "));
         CHECK((UpdateWindow(top) && Log().empty()));
         child.handle = grandchild.handle = nullptr;
     }
     CHECK(Log() == "od on ad bd cd cn bn an ");
-    for (const int message : {WM_NCCREATE, WM_CREATE}) {
+    for (const UINT message : {WM_NCCREATE, WM_CREATE}) {
         g_refused = message;
         const TestWindow refused('r', WS_POPUP, {0, 0, 5, 5});
         g_refused = 0;
@@ -201,8 +125,7 @@ TEST_CASE("places: moving, sizing, showing") {
     Log();
     CHECK((SetWindowPos(top, nullptr, 30, 40, 0, 0, SWP_NOSIZE | SWP_NOZORDER) && Log() == "am "));
     CHECK((SetWindowPos(top, nullptr, 0, 0, 120, 90, SWP_NOMOVE | SWP_NOZORDER) && Log() == "as "));
-    RECT place;
-    CHECK((GetWindowRect(child, &place) && Text(place) == "35 45 55 65"));
+    CHECK(PlaceOf(child) == "35 45 55 65");
     UpdateWindow(top);
     CHECK((SetWindowPos(child, nullptr, 0, 0, 21, 20, SWP_NOMOVE | SWP_NOZORDER) && Update(child) == "0 0 21 20"));
     Log();
@@ -226,18 +149,17 @@ TEST_CASE("what is to be painted is added and taken away") {
     CHECK((InvalidateRect(top, &reversed, FALSE) && Update(top) == "40 25 95 50"));
     CHECK((ValidateRect(top, &part) && Update(top) == "40 40 50 50"));
     CHECK((ValidateRect(top, nullptr) && InvalidateRect(top, &outside, FALSE) && Update(top) == "none"));
-    const HRGN region = CreateRectRgn(1, 2, 3, 4);
+    const Owned region(CreateRectRgn(1, 2, 3, 4));
     CHECK((InvalidateRgn(top, region, FALSE) && Update(top) == "1 2 3 4"));
     CHECK((InvalidateRgn(top, nullptr, FALSE) && GetUpdateRgn(top, region, FALSE) == SIMPLEREGION));
     CHECK((GetRgnBox(region, &const_cast<RECT&>(outside)) == SIMPLEREGION && Text(outside) == "0 0 100 80"));
     CHECK((ValidateRgn(top, nullptr) && Update(top) == "none" && Update(child) == "none"));
-    DeleteObject(region);
     const TestWindow clipping('c', kTop | WS_CLIPCHILDREN, {0, 0, 100, 80});
     const TestWindow clipped('d', kChild, {0, 0, 10, 10}, clipping);
     UpdateWindow(clipping);
     CHECK((InvalidateRect(clipping, nullptr, TRUE) && Update(clipped) == "none"));
-    const HWND none = reinterpret_cast<HWND>(0x1234);
-    CHECK((!InvalidateRect(none, nullptr, TRUE) && !ValidateRect(none, nullptr) && !GetUpdateRect(none, nullptr, 0)));
+    CHECK(
+        (!InvalidateRect(kNone, nullptr, TRUE) && !ValidateRect(kNone, nullptr) && !GetUpdateRect(kNone, nullptr, 0)));
 }
 
 TEST_CASE("painting is clipped to the update region and erased when that is due") {
@@ -297,7 +219,7 @@ TEST_CASE("contexts of windows reach what the window shows") {
     CHECK((GetPixel(client, 1, 1) == kBack && GetPixel(client, 2, 2) == kInk));
     CHECK((GetObjectType(client) == OBJ_DC && GetDeviceCaps(client, BITSPIXEL) == 32));
     CHECK((ReleaseDC(top, whole) == 1 && ReleaseDC(top, whole) == 0 && ReleaseDC(nullptr, client) == 1));
-    CHECK((GetDC(reinterpret_cast<HWND>(0x1234)) == nullptr && GetLastError() == ERROR_INVALID_WINDOW_HANDLE));
+    CHECK((GetDC(kNone) == nullptr && GetLastError() == ERROR_INVALID_WINDOW_HANDLE));
     ShowWindow(top, SW_HIDE);
     CHECK(!Reaches(top, 0, 0));
 }

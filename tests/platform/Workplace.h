@@ -17,24 +17,9 @@ public:
     const std::string& Path() const { return m_path; }
 
     /// Makes or empties a file and writes @p bytes.
-    static void Write(const std::string& name, const std::string& bytes = "") {
-        const HANDLE file = CreateFileA(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-        REQUIRE(file != INVALID_HANDLE_VALUE);
-        DWORD written = 0;
-        CHECK(WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr));
-        CloseHandle(file);
-    }
+    static void Write(const std::string& name, const std::string& bytes = "") { TempFolder::WriteAt(name, bytes); }
 
-    static std::string Read(const std::string& name) {
-        const HANDLE file =
-            CreateFileA(name.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-        REQUIRE(file != INVALID_HANDLE_VALUE);
-        std::string bytes(GetFileSize(file, nullptr), '\0');
-        DWORD read = 0;
-        CHECK(ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr));
-        CloseHandle(file);
-        return bytes;
-    }
+    static std::string Read(const std::string& name) { return TempFolder::ReadAt(name); }
 
 private:
     static std::string Current() {

@@ -24,11 +24,8 @@ TEST_CASE("names match patterns of '?' for one unit and '*' for any rest but non
         {u"a?*"_w, u"a??"_w, true},     {u"a*"_w, u"a*"_w, true},     {u"\x416x"_w, u"?x"_w, true},
         {u"\x416"_w, u"\x16"_w, false}, {u"a\0b"_w, u"a\0?"_w, true}, {u"xbc"_w, u"a*"_w, false},
     };
-    for (const auto& row : cases) {
-        CAPTURE(row.name);
-        CAPTURE(row.pattern);
-        CHECK(RegistryKey::NameMatch(row.name, row.pattern) == row.matches);
-    }
+    for (const auto& row : cases)
+        CHECK_MESSAGE(RegistryKey::NameMatch(row.name, row.pattern) == row.matches, row.name, " ", row.pattern);
 }
 
 TEST_CASE("all values of a type are appended in the order of the system") {

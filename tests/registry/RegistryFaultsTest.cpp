@@ -27,7 +27,7 @@ void Fill(const TestKey& test) {
     RegistryHelper::UnregisterInprocServer32(kClass);
     RegistryHelper::RegisterCLSID(kClass);
     for (const char* name : {"a", "b"})
-        REQUIRE(RegSetValueA(test.Raw(), name, REG_SZ, "", 0) == ERROR_SUCCESS);
+        REQUIRE(RegSetValueA(test, name, REG_SZ, "", 0) == ERROR_SUCCESS);
     test.Store("s", REG_SZ, std::string("12\0", 3));
     test.Store("n", REG_DWORD, "\5\0\0\0");
     test.Store("b", REG_BINARY, "abc");
@@ -90,19 +90,13 @@ TEST_CASE("members make exactly their calls, and answer a failing one with its c
          "~RegEnumValueA "},
         {Answer(RegistryHelper::RegisterCLSID), "StringFromCLSID RegCreateKeyExA ~RegCloseKey ~RegCloseKey "},
         {Answer(RegistryHelper::UnregisterCLSID), "StringFromCLSID RegDeleteKeyA ~RegCloseKey "},
-        {[](RegistryKey&) {
-             return RegistryHelper::RegisterInprocServer32(kClass, u"x"_w) ? 0 : static_cast<long>(kError);
-         },
+        {Answer([](const GUID& clsid) { return RegistryHelper::RegisterInprocServer32(clsid, u"x"_w); }),
          "StringFromCLSID RegCreateKeyExA ~RegCloseKey RegSetValueExA ~RegCloseKey "},
     };
     for (const Operation& operation : operations) {
-        std::string calls;
-        for (int nth = 1;; ++nth) {
-            const std::string call = RunWithFault(operation, nth);
-            if (call.empty())
-                break;
+        std::string calls, call;
+        for (int nth = 1; !(call = RunWithFault(operation, nth)).empty(); ++nth)
             calls += call;
-        }
         CHECK((calls == operation.calls || !kel::test::FaultsAvailable()));
     }
     RegistryHelper::UnregisterInprocServer32(kClass);
@@ -113,25 +107,18 @@ TEST_CASE("a failing first query leaves the target, a failing second one reads a
     const TestKey test;
     Fill(test);
     RegistryKey key = test.Open();
-    const WideString texts[] = {u"old"_w, u""_w, u"12"_w};
-    const unsigned long numbers[] = {77, 0, 5};
-    const std::string datas[] = {"old", std::string(3, '\0'), "abc"};
-    for (const int nth : {0, 1, 2}) {
-        CAPTURE(nth);
-        const int expected = kel::test::FaultsAvailable() ? nth : 2;
-        WideString text = texts[0];
-        unsigned long number = numbers[0];
-        std::string data = datas[0];
-        kel::test::ArmFault(nth + 1, kError);
-        key.GetString(u"s"_w, text);
-        kel::test::ArmFault(nth + 1, kError);
-        key.GetInteger(u"n"_w, number);
-        kel::test::ArmFault(nth + 1, kError);
-        key.GetBinary(u"b"_w, data);
-        kel::test::DisarmFault();
-        CHECK(text == texts[expected]);
-        CHECK(number == numbers[expected]);
-        CHECK(data == datas[expected]);
-    }
+    const auto reads = [](auto get, auto kept, auto zero, auto stored) {
+        for (const int nth : {1, 2, 3}) {
+            auto value = kept;
+            kel::test::ArmFault(nth, kError);
+            get(value);
+            kel::test::DisarmFault();
+            const bool fails = kel::test::FaultsAvailable() && nth < 3;
+            CHECK_MESSAGE(value == (!fails ? stored : nth == 1 ? kept : zero), nth);
+        }
+    };
+    reads([&](auto& text) { key.GetString(u"s"_w, text); }, u"old"_w, u""_w, u"12"_w);
+    reads([&](auto& number) { key.GetInteger(u"n"_w, number); }, 77ul, 0ul, 5ul);
+    reads([&](auto& data) { key.GetBinary(u"b"_w, data); }, std::string("old"), std::string(3, 0), std::string("abc"));
     RegistryHelper::UnregisterCLSID(kClass);
 }

@@ -1,4 +1,5 @@
 #include "tests/support/Faults.h"
+#include "tests/support/FileTimes.h"
 
 #include <kelcore/runtime/calendar.h>
 
@@ -9,14 +10,6 @@ namespace {
 
 constexpr SYSTEMTIME kTime = {2004, 2, 0, 29, 13, 14, 15, 167};
 constexpr std::uint64_t kTicks = 127225340551670000; // of kTime
-
-std::uint64_t Count(const FILETIME& time) {
-    return std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
-}
-
-FILETIME Ticks(std::uint64_t ticks) {
-    return {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
-}
 
 bool Holds(const KelTime& time, const SYSTEMTIME& fields) {
     return std::memcmp(static_cast<const SYSTEMTIME*>(time), &fields, sizeof fields) == 0;

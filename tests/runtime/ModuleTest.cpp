@@ -20,8 +20,7 @@ std::vector<int> Commands(HACCEL table) {
 TEST_CASE("a string is found by its number, cut into lines, and never read past its block") {
     const SampleModule module;
     const auto gives = [&](unsigned id, const char* text, int first = 0, int last = -1) {
-        INFO(id, " ", first, " ", last);
-        CHECK(module.Text(id, first, last) == text);
+        CHECK_MESSAGE(module.Text(id, first, last) == text, id, " ", first, " ", last);
     };
     gives(15, "fifteen");
     gives(16, "sixteen");
@@ -65,8 +64,7 @@ TEST_CASE("a module knows its file, its version and its procedures, and is liste
     CHECK(StdW2A(ModuleBase::GetProcessInformation()) == listed.substr(0, listed.size() - 2) + line + line + "\r\n");
     String capitals = path;
     capitals.ToUpper();
-    CHECK(ModuleBase::GetModule(path) == &first);
-    CHECK(ModuleBase::GetModule(capitals) == nullptr);
+    CHECK((ModuleBase::GetModule(path) == &first && ModuleBase::GetModule(capitals) == nullptr));
     first.Init(first.m_hInstance);
     first.Free();
     CHECK(ModuleBase::GetModule(path) == &second);
@@ -104,14 +102,12 @@ TEST_CASE("pictures, bitmaps and misses come from the module itself, all else fr
 TEST_CASE("the accelerator table is one for all modules") {
     Provider provider;
     SampleModule module, other;
-    CHECK(module.LoadAcceleratorsA(3 + (1 << 16)));
-    CHECK(Commands(other.GetAccelerators()) == std::vector{101});
+    CHECK((module.LoadAcceleratorsA(3 + (1 << 16)) && Commands(other.GetAccelerators()) == std::vector{101}));
     ModuleBase::SetLanguage(0x0407, &provider);
     CHECK(module.LoadAcceleratorsA(3));
     const HACCEL kept = other.GetAccelerators();
     CHECK(Commands(kept) == std::vector{103, 105});
     module.SetAccelerators(module.LoadAcceleratorsFromResource(3));
     CHECK(DestroyAcceleratorTable(kept));
-    CHECK_FALSE(other.LoadAcceleratorsA(4));
-    CHECK(other.GetAccelerators() == nullptr);
+    CHECK((!other.LoadAcceleratorsA(4) && other.GetAccelerators() == nullptr));
 }

@@ -7,8 +7,6 @@
 #include <atomic>
 #include <functional>
 #include <string_view>
-#include <thread>
-#include <vector>
 
 namespace {
 
@@ -36,15 +34,11 @@ TEST_CASE("a worker runs one job at a time, and only with a priority there is") 
     });
     CHECK_FALSE(worker.start(static_cast<Thread::Priority>(7)));
     for (int run = 1; run <= 2; ++run) {
-        CHECK(worker.waitForEnd(0));
-        CHECK(worker.start(Thread::Normal));
-        CHECK_FALSE(worker.start(Thread::Normal));
-        CHECK_FALSE(worker.waitForEnd(0));
-        CHECK_FALSE(worker.waitForEnd(10));
+        CHECK((worker.waitForEnd(0) && worker.start(Thread::Normal) && !worker.start(Thread::Normal)));
+        CHECK((!worker.waitForEnd(0) && !worker.waitForEnd(10)));
         mayEnd.Put();
         CHECK(worker.waitForEnd(0xFFFFFFFF));
-        CHECK(runs == run);
-        CHECK_FALSE(inJob);
+        CHECK((runs == run && !inJob));
     }
 }
 
@@ -108,20 +102,14 @@ TEST_CASE("several threads may start one worker and wait for it, and thousands o
             ++runs;
             --inside;
         });
-        std::vector<std::thread> users;
-        for (int i = 0; i < 4; ++i)
-            users.emplace_back([&] {
-                for (int turn = 0; turn < 2500; ++turn) {
-                    starts += worker.start(Thread::Normal);
-                    CHECK_UNARY(worker.waitForEnd(INFINITE));
-                }
-            });
-        for (std::thread& user : users)
-            user.join();
+        kel::test::OnThreads(4, [&](int) {
+            for (int turn = 0; turn < 2500; ++turn) {
+                starts += worker.start(Thread::Normal);
+                CHECK_UNARY(worker.waitForEnd(INFINITE));
+            }
+        });
     }
-    CHECK(runs == starts);
-    CHECK(runs > 0);
-    CHECK(most == 1);
+    CHECK((runs == starts && runs > 0 && most == 1));
     CHECK(kel::test::ExtraThreadsEnd());
     CHECK(kel::test::OpenHandles() == handles);
 }

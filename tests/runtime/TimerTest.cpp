@@ -5,8 +5,6 @@
 #include <kelcore/runtime/timers.h>
 
 #include <atomic>
-#include <thread>
-#include <vector>
 
 namespace {
 
@@ -45,16 +43,12 @@ TEST_CASE("a timer calls its target once or again and again, by its delay") {
 
 TEST_CASE("ten thousand timers set and killed by four threads leave no thread") {
     static Target target;
-    std::vector<std::thread> users;
-    for (int i = 0; i < 4; ++i)
-        users.emplace_back([&] {
-            for (unsigned int turn = 0; turn < 2'500; ++turn) {
-                const unsigned int timer = KelSetTimer(0, 1 + turn % 3, &target, turn % 2 != 0);
-                CHECK_UNARY(timer != 0);
-                KelKillTimer(timer);
-            }
-        });
-    for (std::thread& user : users)
-        user.join();
+    kel::test::OnThreads(4, [](int) {
+        for (unsigned int turn = 0; turn < 2'500; ++turn) {
+            const unsigned int timer = KelSetTimer(0, 1 + turn % 3, &target, turn % 2 != 0);
+            CHECK_UNARY(timer != 0);
+            KelKillTimer(timer);
+        }
+    });
     CHECK(kel::test::ExtraThreadsEnd());
 }

@@ -27,6 +27,8 @@ TEST_CASE("a file sink empties an existing file and stores what is written, whic
         CHECK(Failure([&] { FileOutputStream second(path); }) == SystemText(ERROR_SHARING_VIOLATION));
         CHECK(Failure([&] { FileInputStream second(path); }) == SystemText(ERROR_SHARING_VIOLATION));
     }
+    CHECK(Failure([&] { FileInputStream none(folder.Path("missing")); }) == SystemText(ERROR_FILE_NOT_FOUND));
+    CHECK(Failure([&] { FileOutputStream none(folder.Path("missing\\file")); }) == SystemText(ERROR_PATH_NOT_FOUND));
     CHECK(Hex(folder.Read("file")) == "02 01 00 00 61 62 63");
     FileInputStream source(path);
     int number = 0;
@@ -38,12 +40,6 @@ TEST_CASE("a file sink empties an existing file and stores what is written, whic
     for (const int size : {4, 1})
         CHECK(Failure([&] { source.Read(bytes, size); }) == "4: Read beyond end of file");
     CHECK(std::string(bytes) == "abcxx");
-}
-
-TEST_CASE("a file that cannot be opened throws the system's text") {
-    const TempFolder folder;
-    CHECK(Failure([&] { FileInputStream source(folder.Path("missing")); }) == SystemText(ERROR_FILE_NOT_FOUND));
-    CHECK(Failure([&] { FileOutputStream sink(folder.Path("missing\\file")); }) == SystemText(ERROR_PATH_NOT_FOUND));
 }
 
 TEST_CASE("copies share one file, which the last of them closes without touching the last error") {
@@ -75,11 +71,11 @@ TEST_CASE("copies share one file, which the last of them closes without touching
 TEST_CASE("each failing call of a file stream throws the system's text and leaves no handle") {
     const TempFolder folder;
     const WideString path = folder.Path("file");
+    const std::string full = SystemText(ERROR_DISK_FULL);
     const auto round = [&] {
         {
             FileOutputStream sink(path);
             CRCOutputStream blocks(sink);
-            const std::string full = SystemText(ERROR_DISK_FULL);
             const std::string failure = Failure([&] {
                 blocks << "abc";
                 blocks.Flush();
@@ -92,18 +88,16 @@ TEST_CASE("each failing call of a file stream throws the system's text and leave
         FileInputStream source(path);
         int length = 0;
         const std::string failure = Failure([&] { source >> length; });
-        CHECK(failure == (kel::test::FaultedCall() == std::string("ReadFile") ? SystemText(ERROR_DISK_FULL) : ""));
+        CHECK(failure == (kel::test::FaultedCall() == std::string("ReadFile") ? full : ""));
     };
     kel::test::WithEachCallFailing(ERROR_DISK_FULL, [&] {
         const std::string failure = Failure(round);
         const std::string call = kel::test::FaultedCall();
-        CAPTURE(call);
-        if (call == "CreateFileA")
-            CHECK(failure == SystemText(ERROR_DISK_FULL));
-        else if (call == "WideCharToMultiByte") // the path is then empty
-            CHECK(failure == SystemText(ERROR_PATH_NOT_FOUND));
-        else
-            CHECK(failure == "");
+        // A path that could not be converted is empty.
+        const std::string expected = call == "CreateFileA"           ? full
+                                     : call == "WideCharToMultiByte" ? SystemText(ERROR_PATH_NOT_FOUND)
+                                                                     : "";
+        CHECK_MESSAGE(failure == expected, call);
     });
 }
 

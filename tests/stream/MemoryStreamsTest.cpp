@@ -17,7 +17,7 @@ TEST_CASE("a memory source refuses what it has not, and stays where it is") {
     source.Read(bytes, 4);
     MemoryInputStream copy(source);
     CHECK(Failure([&] { source.Read(bytes, 4); }) == kTooShort);
-    CHECK(Failure([&] { source.Read(bytes, -1); }) == "");
+    source.Read(bytes, -1);
     CHECK(std::string(bytes) == "abcdxxx");
     source.Read(bytes, 2);
     copy.Read(bytes + 2, 1);
@@ -25,15 +25,14 @@ TEST_CASE("a memory source refuses what it has not, and stays where it is") {
     source.Read(bytes + 3, 1);
     CHECK(std::string(bytes) == "efefxxx");
     MemoryInputStream empty("abc", 0), negative("abc", -1);
-    CHECK(Failure([&] { empty.Read(bytes, 0); }) == "");
-    CHECK(Failure([&] { empty.Read(bytes, 1); }) == kTooShort);
-    CHECK(Failure([&] { negative.Read(bytes, 1); }) == kTooShort);
+    empty.Read(bytes, 0);
+    for (MemoryInputStream* const none : {&empty, &negative})
+        CHECK(Failure([&] { none->Read(bytes, 1); }) == kTooShort);
 }
 
 TEST_CASE("reads of every size deliver exactly their bytes") {
     const std::string block = RandomBytes(40);
     for (std::size_t size = 1; size <= block.size(); ++size) {
-        CAPTURE(size);
         MemoryInputStream source(block);
         std::string bytes(size + 2, '#');
         source.Read(&bytes[1], static_cast<int>(size));

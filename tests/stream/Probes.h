@@ -36,6 +36,12 @@ inline std::string RandomBytes(std::size_t count) {
     return bytes;
 }
 
+/// The bytes with one bit inverted.
+inline std::string WithFlipped(std::string bytes, std::size_t bit) {
+    bytes[bit / 8] = static_cast<char>(bytes[bit / 8] ^ (1 << bit % 8));
+    return bytes;
+}
+
 /// What a call throws: "code: message", or "" when it returns.
 template <class Call>
 std::string Failure(Call call) {

@@ -7,19 +7,19 @@
 /// @param longText the size of one text, to make the stream longer than a block.
 inline SampleGroup* BuildSampleGraph(std::size_t longText) {
     auto* values = new SampleValues;
-    values->flag = true;
-    values->letter = '\xE9';
-    values->byte = 200;
-    values->small = -2;
-    values->unit = 0x1234;
-    values->number = 258;
-    values->count = 0xFEDCBA98u;
-    values->length = -7;
-    values->mask = 0x80000001ul;
-    values->ratio = 0.25f;
-    values->value = -1e300;
-    values->big = 0x0123456789ABCDEF;
-    values->name = NarrowString("zero\0inside", 11);
+    values->values = {true,
+                      '\xE9',
+                      200,
+                      -2,
+                      0x1234,
+                      258,
+                      0xFEDCBA98u,
+                      -7,
+                      0x80000001ul,
+                      0.25f,
+                      -1e300,
+                      0x0123456789ABCDEF,
+                      NarrowString("zero\0inside", 11)};
     values->title = {0x4E2D, 0x6587, 0xD83D, 0xDE00};
     auto* old = new SampleValues(*values);
     old->version = 1;

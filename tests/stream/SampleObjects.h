@@ -4,6 +4,7 @@
 
 #include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 /// Classes to store, used by tests and fuzz targets. Their names are in stored files, so they are global.
@@ -43,32 +44,20 @@ class SampleValues : public SampleObject {
 public:
     SampleValues() { version = 2; }
 
-    bool flag = false;
-    char letter = 0;
-    unsigned char byte = 0;
-    short small = 0;
-    unsigned short unit = 0;
-    int number = 0;
-    unsigned int count = 0;
-    long length = 0;
-    unsigned long mask = 0;
-    float ratio = 0;
-    double value = 0;
-    __int64 big = 0;
-    NarrowString name;
+    std::tuple<bool, char, unsigned char, short, unsigned short, int, unsigned, long, unsigned long, float, double,
+               __int64, NarrowString>
+        values;
     WideString title;
 
     void Read(SerializingInputStream& stream, short stored) override {
-        stream >> flag >> letter >> byte >> small >> unit >> number >> count >> length >> mask >> ratio >> value >> big;
-        stream >> name;
+        std::apply([&](auto&... value) { (stream >> ... >> value); }, values);
         title = WideString();
         if (stored >= 2)
             stream >> title;
         version = stored;
     }
     void Write(SerializingOutputStream& stream) const override {
-        stream << flag << letter << byte << small << unit << number << count << length << mask << ratio << value << big;
-        stream << name;
+        std::apply([&](const auto&... value) { (stream << ... << value); }, values);
         if (version >= 2)
             stream << title;
     }

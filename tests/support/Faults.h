@@ -22,9 +22,14 @@ bool DisarmFault();
 /// The call that met it, "" for none.
 const char* FaultedCall();
 
+/// Whether a call has met it.
+inline bool HasCallFailed() {
+    return *FaultedCall() != 0;
+}
+
 /// Whether no call will meet the fault any more: what a body looks at by system calls, it looks at then.
 inline bool FaultIsOver() {
-    return !FaultsAvailable() || *FaultedCall() != 0;
+    return !FaultsAvailable() || HasCallFailed();
 }
 
 /// Handles and views that are open, drawing objects and global blocks that are alive; 0 where nobody counts them.

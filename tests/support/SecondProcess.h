@@ -15,7 +15,7 @@ public:
     SecondProcess& operator=(const SecondProcess&) = delete;
     ~SecondProcess();
 
-    /// Whether there is one: off the platform layer a test program cannot start it.
+    /// Whether there is one: off the platform layer a test program cannot start it, and says so.
     bool Runs() const { return m_line != -1; }
 
     /// @return the answer, -1 for none.

@@ -33,17 +33,24 @@ public:
 
     /// Makes or replaces a file. @return its path.
     String Write(const std::string& name, const std::string& bytes) const {
-        const HANDLE file = Open(name, GENERIC_WRITE, CREATE_ALWAYS);
-        DWORD count = 0;
-        CHECK(WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr));
-        CloseHandle(file);
-        REQUIRE(count == bytes.size());
+        WriteAt(Narrow(name), bytes);
         return Path(name);
     }
 
     /// The bytes of a file.
-    std::string Read(const std::string& name) const {
-        const HANDLE file = Open(name, GENERIC_READ, OPEN_EXISTING);
+    std::string Read(const std::string& name) const { return ReadAt(Narrow(name)); }
+
+    /// The same for a file anywhere.
+    static void WriteAt(const std::string& path, const std::string& bytes) {
+        const HANDLE file = Open(path, GENERIC_WRITE, CREATE_ALWAYS);
+        DWORD count = 0;
+        CHECK(WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr));
+        CloseHandle(file);
+        REQUIRE(count == bytes.size());
+    }
+
+    static std::string ReadAt(const std::string& path) {
+        const HANDLE file = Open(path, GENERIC_READ, OPEN_EXISTING);
         std::string bytes(GetFileSize(file, nullptr), '\0');
         DWORD count = 0;
         CHECK(ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr));
@@ -55,9 +62,9 @@ public:
 private:
     std::string Narrow(const std::string& name) const { return name.empty() ? m_path : m_path + "\\" + name; }
 
-    HANDLE Open(const std::string& name, DWORD access, DWORD disposition) const {
-        const HANDLE file = CreateFileA(Narrow(name).c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                        disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
+    static HANDLE Open(const std::string& path, DWORD access, DWORD disposition) {
+        const HANDLE file = CreateFileA(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, disposition,
+                                        FILE_ATTRIBUTE_NORMAL, nullptr);
         REQUIRE(file != INVALID_HANDLE_VALUE);
         return file;
     }

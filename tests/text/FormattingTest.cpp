@@ -72,10 +72,8 @@ TEST_CASE("a formatted text of any length is whole") {
 
 TEST_CASE("FormatMessageA expands numbered inserts and keeps the text when it cannot") {
     CHECK(Message("%2!5d!|%1%n", "a", 42) == u"   42|a\r\n"_w);
-    for (const char* format : {"", "%1!d", "100%"}) {
-        CAPTURE(std::string(format));
-        CHECK(Message(format, "a") == u"before"_w);
-    }
+    for (const char* format : {"", "%1!d", "100%"})
+        CHECK_MESSAGE(Message(format, "a") == u"before"_w, std::string(format));
     const String accented(u"\u00E9"_w);
     CHECK(Message("%1", static_cast<NarrowString>(accented).c_str()) == accented);
     Worker worker;

@@ -39,12 +39,8 @@ TEST_CASE("lines are taken from the front, from the back and to the end") {
         {text, -1, INT_MAX, text},    {text, INT_MIN, INT_MIN, text}, {u"a\r\nb"_w, 0, 0, u"a\r"_w},
         {u"a\n"_w, -1, 1, u""_w},     {u"\0\n\0\n"_w, 1, 1, u"\0"_w}, {u""_w, -1, 0, u""_w},
     };
-    for (const auto& [given, first, last, lines] : cases) {
-        CAPTURE(given);
-        CAPTURE(first);
-        CAPTURE(last);
-        CHECK(given.GetLines(first, last) == lines);
-    }
+    for (const auto& [given, first, last, lines] : cases)
+        CHECK_MESSAGE(given.GetLines(first, last) == lines, given, " ", first, " ", last);
     CHECK(String::GetLines(text.data(), 4, 1, 9) == u"bb"_w);
 }
 
@@ -58,9 +54,6 @@ TEST_CASE("GetLines agrees with a list of lines on random texts") {
             unit = static_cast<unsigned short>(random() % distance == 0 ? '\n' : 'a' + random() % 20);
         const int first = pick();
         const int last = pick();
-        CAPTURE(text);
-        CAPTURE(first);
-        CAPTURE(last);
-        CHECK(text.GetLines(first, last) == ExpectedLines(text, first, last));
+        CHECK_MESSAGE(text.GetLines(first, last) == ExpectedLines(text, first, last), text, " ", first, " ", last);
     }
 }

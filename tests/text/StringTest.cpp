@@ -74,12 +74,8 @@ TEST_CASE("cutting clamps its counts; a cut tail ends at its first NUL") {
         {u"a\0bc\0d"_w, 5, u"a\0bc\0"_w, u""_w},
         {u"a\0b"_w, 3, u"a\0b"_w, u"a\0b"_w},
     };
-    for (const auto& [text, count, left, right] : cases) {
-        CAPTURE(text);
-        CAPTURE(count);
-        CHECK(text.Left(count) == left);
-        CHECK(text.Right(count) == right);
-    }
+    for (const auto& [text, count, left, right] : cases)
+        CHECK_MESSAGE((text.Left(count) == left && text.Right(count) == right), text, " ", count);
 }
 
 TEST_CASE("comparing without case sees texts up to their NUL and counts units") {
@@ -88,20 +84,17 @@ TEST_CASE("comparing without case sees texts up to their NUL and counts units") 
         {u"b"_w, u"A"_w, INT_MIN, 1},    {u"a"_w, u"b"_w, 0, 0},        {u"a\0x"_w, u"A\0y"_w, 3, 0},
         {u"_"_w, u"a"_w, -1, -1},        {u"a"_w, u"A"_w, INT_MAX, 0},  {u"\x4E00"_w, u"\x4E01"_w, 1, -1}};
     for (const auto& [own, other, count, result] : cases) {
-        CAPTURE(own);
-        CAPTURE(other);
+        INFO(own, " ", other);
         const int compared = own.CompareNoCase(other, count);
         CHECK((compared > 0) - (compared < 0) == result);
     }
 }
 
 TEST_CASE("case mapping cuts the text at its first NUL") {
-    String text = u"abC1[\0z"_w;
-    text.ToUpper();
-    CHECK(text == u"ABC1["_w);
-    text += u"\0Z"_w;
-    text.ToLower();
-    CHECK(text == u"abc1["_w);
+    String upper = u"abC1[\0z"_w, lower = upper;
+    upper.ToUpper();
+    lower.ToLower();
+    CHECK((upper == u"ABC1["_w && lower == u"abc1["_w));
 }
 
 TEST_CASE("Insert puts copies of a unit in place or refuses and changes nothing") {

@@ -1,6 +1,6 @@
 #include "platform/gdi/text/TextDrawing.h"
 
-#include "platform/gdi/Resolve.h"
+#include "platform/gdi/Painting.h"
 #include "platform/gdi/ScanConversion.h"
 #include "platform/gdi/text/GlyphInk.h"
 
@@ -119,24 +119,11 @@ Region ReachableBy(DeviceContext& context, const TextPlacement& placement) {
     return reachable;
 }
 
-void FillWithin(DeviceContext& context, Region region, const Region& reachable, COLORREF colour) {
-    region.Intersect(reachable);
-    const RECT box = region.Box();
-    RasterJob job;
-    job.target = context.Target();
-    job.clip = region.Get();
-    job.x = MakeAxis(box.left, box.right - box.left, 0, 0);
-    job.y = MakeAxis(box.top, box.bottom - box.top, 0, 0);
-    job.rop = PATCOPY >> 16;
-    job.pattern.solid = PixelFor(job.target, colour);
-    Run(job);
-}
-
 void DrawDecoration(DeviceContext& context, const Line& line, const Region& reachable) {
     const FontMetrics& metrics = line.font.Font().Metrics();
     const COLORREF colour = context.State().textColour;
     const auto draw = [&](int top, int thickness) {
-        FillWithin(context, line.Band(top, top + thickness), reachable, colour);
+        FillReachable(context, line.Band(top, top + thickness), reachable, colour);
     };
     if (line.font.Description().lfUnderline)
         draw(metrics.underlineTop, metrics.underlineThickness);
@@ -149,7 +136,7 @@ void DrawLine(DeviceContext& context, const Line& line, const TextCharacter* fir
     const Region reachable = ReachableBy(context, placement);
     const FontMetrics& metrics = line.font.Font().Metrics();
     if (context.State().backMode == OPAQUE)
-        FillWithin(context, line.Band(-metrics.ascent, metrics.descent), reachable, context.State().backColour);
+        FillReachable(context, line.Band(-metrics.ascent, metrics.descent), reachable, context.State().backColour);
     if (reachable.Kind() == NULLREGION)
         return;
     DrawGlyphs(line, first, count, GlyphInk(context.Target(), context.State().textColour), reachable);
@@ -169,7 +156,7 @@ void MovePosition(DeviceContext& context, const Line& line, POINT from) {
 } // namespace
 
 void FillPixels(DeviceContext& context, Region region, COLORREF colour) {
-    FillWithin(context, std::move(region), context.Visible(), colour);
+    FillReachable(context, std::move(region), context.Visible(), colour);
 }
 
 void DrawOpaque(DeviceContext& context, const TextPlacement& placement) {

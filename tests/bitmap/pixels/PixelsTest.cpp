@@ -146,6 +146,18 @@ const Loop kLoops[] = {
      [](U p, U) { return HasKey(p) ? kOverlay : 0; }},
 };
 
+// Checks on each road that @p run makes the expected of a picture, around its rows, too.
+template <class Run>
+void CheckOnEachRoad(const Picture& before, const Picture& expected, Run run) {
+    OnEachRoad([&] {
+        Picture picture = before;
+        run(picture);
+        const auto wrong = std::mismatch(picture.memory.begin(), picture.memory.end(), expected.memory.begin()).first;
+        CAPTURE(wrong - picture.memory.begin());
+        REQUIRE(wrong == picture.memory.end());
+    });
+}
+
 void CheckLoop(const Loop& loop, const Shape& shape) {
     const std::size_t bytes = loop.pixelBytes;
     Picture before(shape, shape.width * bytes, random_() % 5);
@@ -159,13 +171,7 @@ void CheckLoop(const Loop& loop, const Shape& shape) {
             const U second = loop.masked ? IsSet(other.Row(y), x) : Get(other.Row(y) + x * bytes, bytes);
             Put(pixel, bytes, loop.define(Get(pixel, bytes), second));
         }
-    OnEachRoad([&] {
-        Picture picture = before;
-        loop.run(picture, other);
-        const auto wrong = std::mismatch(picture.memory.begin(), picture.memory.end(), expected.memory.begin()).first;
-        CAPTURE(wrong - picture.memory.begin());
-        REQUIRE(wrong == picture.memory.end());
-    });
+    CheckOnEachRoad(before, expected, [&](Picture& picture) { loop.run(picture, other); });
 }
 
 } // namespace
@@ -200,14 +206,11 @@ TEST_CASE("every road tints every channel value by every tint at every opacity")
                 Put(kept.Row(0) + at, 4, tinted);
                 Put(cleared.Row(0) + at, 4, tinted & 0xFFFFFF);
             }
-            OnEachRoad([&] {
-                Picture plain = before;
-                ShadeRows(plain, colour, static_cast<Byte>(opacity));
-                Picture masked = before;
-                ShadeRowsMasked(masked, mask, 0, colour, static_cast<Byte>(opacity));
-                if (plain.memory != cleared.memory || masked.memory != kept.memory)
-                    FAIL("opacity ", opacity, ", tint ", tint);
-            });
+            CAPTURE(opacity);
+            CAPTURE(tint);
+            const auto shown = static_cast<Byte>(opacity);
+            CheckOnEachRoad(before, cleared, [&](Picture& picture) { ShadeRows(picture, colour, shown); });
+            CheckOnEachRoad(before, kept, [&](Picture& picture) { ShadeRowsMasked(picture, mask, 0, colour, shown); });
         }
 }
 
@@ -223,29 +226,22 @@ TEST_CASE("a masked tint begins at the clip's left edge rounded down to a whole 
                 for (std::size_t x = left / 8 * 8; x < width; ++x)
                     if (Byte* const pixel = expected.Row(y) + 4 * x; IsSet(mask.Row(y), x))
                         Put(pixel, 4, Tinted(Get(pixel, 4), kTint, 77));
-            OnEachRoad([&] {
-                CAPTURE(left);
-                CAPTURE(width);
-                Picture picture = before;
-                ShadeRowsMasked(picture, mask, left, kTint, 77);
-                REQUIRE(picture.memory == expected.memory);
-            });
+            CAPTURE(left);
+            CAPTURE(width);
+            CheckOnEachRoad(before, expected,
+                            [&](Picture& picture) { ShadeRowsMasked(picture, mask, left, kTint, 77); });
         }
 }
 
 TEST_CASE("greys of all sums of channels are truncated alike") {
     for (const std::size_t bytes : {3u, 4u}) {
-        Picture before({766, 1, 0, false}, 766 * bytes, 0);
-        for (U sum = 0; sum < 766; ++sum)
+        Picture before({766, 1, 0, false}, 766 * bytes, 0), expected = before;
+        for (U sum = 0; sum < 766; ++sum) {
             Put(before.Row(0) + sum * bytes, bytes, sum / 3 | (sum + 1) / 3 << 8 | (sum + 2) / 3 << 16);
-        OnEachRoad([&] {
-            Picture picture = before;
-            (bytes == 3 ? GreyOut24 : GreyOut32)(picture, kNoColour);
-            for (U sum = 0; sum < 766; ++sum) {
-                CAPTURE(sum);
-                REQUIRE(Get(picture.Row(0) + sum * bytes, bytes) == (sum / 9 + 128) * 0x010101);
-            }
-        });
+            Put(expected.Row(0) + sum * bytes, bytes, (sum / 9 + 128) * 0x010101);
+        }
+        CheckOnEachRoad(before, expected,
+                        [&](Picture& picture) { (bytes == 3 ? GreyOut24 : GreyOut32)(picture, kNoColour); });
     }
 }
 

@@ -41,12 +41,12 @@ inline LONG DeleteTree(HKEY below, const char* name) {
 }
 
 /// An empty key for one test, which goes with all that is below it.
-class TestKey : public Key {
+class EmptyKey : public Key {
 public:
     static constexpr char kPath[] = "Software\\KelCore tests";
 
-    TestKey() : Key((DeleteTree(HKEY_CURRENT_USER, kPath), HKEY_CURRENT_USER), kPath) { REQUIRE(Code() == 0); }
-    ~TestKey() { DeleteTree(HKEY_CURRENT_USER, kPath); }
+    EmptyKey() : Key((DeleteTree(HKEY_CURRENT_USER, kPath), HKEY_CURRENT_USER), kPath) { REQUIRE(Code() == 0); }
+    ~EmptyKey() { DeleteTree(HKEY_CURRENT_USER, kPath); }
 };
 
 inline LONG SetBytes(HKEY key, const char* name, const std::string& bytes, DWORD type = REG_BINARY) {
