@@ -136,9 +136,11 @@ FileBytes ReadKnownFile(const char* path) {
     BYTE begin[kSniffBytes];
     if (size == 0 || !file.Read(begin, first) || !IsKnown({begin, first}))
         return {};
-    FileBytes bytes = MakeBytes(size);
+    FileBytes bytes{std::make_unique_for_overwrite<BYTE[]>(size), size};
     std::memcpy(bytes.data.get(), begin, first);
-    return size == first || file.Read(bytes.data.get() + first, size - first) ? std::move(bytes) : FileBytes();
+    if (size != first && !file.Read(bytes.data.get() + first, size - first))
+        return {};
+    return bytes;
 }
 
 } // namespace
