@@ -35,10 +35,15 @@ bool XPDib::operator!=(const XPDib& other) const {
     return !(*this == other);
 }
 
-void XPDib::LeaveRecord() {
+// @return whether nobody has the record any more.
+bool XPDib::EndShare() {
     if (m_pRef->loadPending)
         kel::Loads().Drop(*this, *m_pRef);
-    if (--m_pRef->refCount != 0)
+    return --m_pRef->refCount == 0;
+}
+
+void XPDib::LeaveRecord() {
+    if (!EndShare())
         return;
     kel::ReleaseRecord(*m_pRef);
     delete m_pRef;
@@ -104,8 +109,10 @@ void XPDib::SetEmpty() {
 bool XPDib::Detach() {
     if (m_pRef->refCount < 2)
         return true;
+    auto* const fresh = new XPDibRef;
     const XPDibRef& old = *m_pRef; // lives on with the others
-    TakeNewRecord();
+    EndShare();
+    m_pRef = fresh;
     // While it is the loader's, it has no picture to take.
     if (old.loadPending || !old.control || !kel::PictureOf(old.control))
         return true;

@@ -56,7 +56,7 @@ Shares SharesOf(int percent) {
     Shares shares;
     for (int difference = -255; difference <= 255; ++difference) {
         const int share = (std::abs(difference * percent) + 50) / 100;
-        shares[static_cast<std::size_t>(difference + 255)] = (difference < 0) != (percent < 0) ? -share : share;
+        shares[difference + 255] = (difference < 0) != (percent < 0) ? -share : share;
     }
     return shares;
 }
@@ -64,7 +64,7 @@ Shares SharesOf(int percent) {
 /// Moves the blurred row away from, or to, what it was made of.
 void MixRow(const BYTE* from, BYTE* blurred, std::size_t count, const Shares& shares) {
     for (std::size_t i = 0; i < count; ++i) {
-        const int share = shares[static_cast<std::size_t>(from[i] - blurred[i] + 255)];
+        const int share = shares[from[i] - blurred[i] + 255];
         blurred[i] = static_cast<BYTE>(std::clamp(from[i] + share, 0, 255));
     }
 }

@@ -245,6 +245,7 @@ protected:
     static bool CheckLZW(const WideString& path);
 
 private:
+    bool EndShare();
     void LeaveRecord();
     void TakeNewRecord();
     bool TakeBlock(kel::OwnedBlock& block);
