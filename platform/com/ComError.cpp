@@ -6,7 +6,11 @@
 
 namespace {
 
-constexpr std::size_t kUnknownSize = sizeof "Unknown error 0x80000000";
+constexpr std::size_t kOwnMessageSize = sizeof "Unknown error 0x80000000";
+
+// The results between these are an interface's own; texts count them from the first.
+constexpr HRESULT kFirstInterfaceResult = static_cast<HRESULT>(0x80040200u);
+constexpr HRESULT kLastInterfaceResult = static_cast<HRESULT>(0x8004FFFFu);
 
 char* SystemMessage(HRESULT result) {
     char* text = nullptr;
@@ -18,10 +22,15 @@ char* SystemMessage(HRESULT result) {
     return text;
 }
 
-char* UnknownMessage(HRESULT result) {
-    char* const text = static_cast<char*>(LocalAlloc(LMEM_FIXED, kUnknownSize));
-    if (text != nullptr)
-        std::snprintf(text, kUnknownSize, "Unknown error 0x%08X", static_cast<unsigned>(result));
+// The text for a result that the system has no message for.
+char* OwnMessage(HRESULT result) {
+    char* const text = static_cast<char*>(LocalAlloc(LMEM_FIXED, kOwnMessageSize));
+    if (text == nullptr)
+        return nullptr;
+    if (result > kFirstInterfaceResult && result <= kLastInterfaceResult)
+        std::snprintf(text, kOwnMessageSize, "IDispatch error #%d", static_cast<int>(result - kFirstInterfaceResult));
+    else
+        std::snprintf(text, kOwnMessageSize, "Unknown error 0x%X", static_cast<unsigned>(result));
     return text;
 }
 
@@ -54,6 +63,6 @@ const char* _com_error::ErrorMessage() const noexcept {
     if (m_message == nullptr)
         m_message = SystemMessage(m_result);
     if (m_message == nullptr)
-        m_message = UnknownMessage(m_result);
+        m_message = OwnMessage(m_result);
     return m_message;
 }
