@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <new>
 #include <string_view>
 
 namespace {
@@ -105,9 +106,16 @@ std::string kel::NormaliseTypeName(std::string name) {
     return Respace(NumberBools(BareLiterals(name)));
 }
 
+std::string kel::PlainTypeName(const char* raw, const char* demangled, int status) {
+    constexpr int kNoMemory = -1;
+    if (demangled == nullptr && status == kNoMemory)
+        throw std::bad_alloc();
+    return demangled != nullptr ? demangled : raw;
+}
+
 std::string kel::NormalTypeName(const std::type_info& type) {
     int status = 0;
-    const std::unique_ptr<char, decltype(&std::free)> plain(
+    const std::unique_ptr<char, decltype(&std::free)> demangled(
         abi::__cxa_demangle(type.name(), /*buffer*/ nullptr, /*length*/ nullptr, &status), &std::free);
-    return NormaliseTypeName(plain != nullptr ? plain.get() : type.name());
+    return NormaliseTypeName(PlainTypeName(type.name(), demangled.get(), status));
 }

@@ -65,6 +65,9 @@ TEST_CASE("type names have one spelling on every compiler") {
     };
     for (const auto& [name, expected] : rows)
         CHECK(kel::NormaliseTypeName(name) == expected);
+    CHECK((kel::PlainTypeName("1A", "A", 0) == "A" && kel::PlainTypeName("class A", nullptr, -2) == "class A"));
+    // Without memory there is no name, rather than another one.
+    CHECK_THROWS_AS(kel::PlainTypeName("1A", nullptr, -1), std::bad_alloc);
 }
 
 TEST_CASE("a registered class is created by type, name and identifier, any other gives null") {
