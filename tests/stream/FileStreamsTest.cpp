@@ -21,8 +21,11 @@ TEST_CASE("a file sink empties an existing file and stores what is written, whic
     {
         FileOutputStream sink(path);
         sink << 258;
-        for (const int size : {0, -1, 3})
+        kel::test::ArmFault(1, ERROR_DISK_FULL);
+        for (const int size : {0, -1})
             sink.Write("abc", size);
+        CHECK_FALSE(kel::test::DisarmFault()); // no call of the system
+        sink.Write("abc", 3);
         sink.Flush();
         CHECK(Failure([&] { FileOutputStream second(path); }) == SystemText(ERROR_SHARING_VIOLATION));
         CHECK(Failure([&] { FileInputStream second(path); }) == SystemText(ERROR_SHARING_VIOLATION));

@@ -230,6 +230,20 @@ TEST_CASE(
     CHECK(Failure([&] { source.in.Read(target); }) == "2: Wrong type of object in stream");
 }
 
+TEST_CASE("a class is also read under an old name it is registered by, but not into an object") {
+    Case test(true);
+    test.factory.RegisterType<B>(true, "OldB");
+    const std::string old = Word(static_cast<std::uint32_t>(test.factory.GetClassID("OldB"))) + ObjectB(9, 2).substr(4);
+    Source source(test, old + BackReference(0) + old);
+    B target;
+    const B* const first = Cast<B>(source.in.Create());
+    REQUIRE(first != nullptr);
+    CHECK((first->value == 9 && first->readVersion == 2));
+    source.in.Read(target);
+    CHECK(target.value == 9);
+    CHECK(Failure([&] { source.in.Read(target); }) == "2: Unexpected object in stream");
+}
+
 TEST_CASE("objects made by a failing read are gone, those that were complete are whole") {
     Case test;
     const std::string complete = kHeadOfA + Reference(1) + ObjectB(7) + Reference(3) + ObjectB(8);
