@@ -3,9 +3,12 @@
 #include "tests/support/Faults.h"
 #include <fstream>
 
+#include <algorithm>
 #include <functional>
 #include <iterator>
 #include <string>
+
+#include <tiff.h>
 
 using namespace kel::test;
 
@@ -97,8 +100,35 @@ TEST_CASE("TIFF: kinds, strips and tiles, samples together and apart") {
 }
 
 TEST_CASE("TIFF: a strip that is too large to be decoded as a whole") {
-    for (const Raster& raster : {Raster{Kind::Grey, 8, 3000, 2900}, Raster{Kind::Rgb, 16, 1300, 1100}})
-        CheckRaster(TiffFile(raster, {}), raster.bits == 8 ? 8 : 24, raster);
+    const struct {
+        Raster raster;
+        int depth;
+    } rows[] = {{{Kind::Grey, 8, 3000, 2900}, 8},
+                {{Kind::Rgb, 16, 1300, 1100}, 24},
+                {{Kind::GreyAlphaExtra, 8, 1500, 1400}, 32}};
+    for (const auto& row : rows) {
+        CAPTURE(row.depth);
+        // The library makes small strips of large ones that are not compressed.
+        const TiffOptions whole = {COMPRESSION_PACKBITS, false, false, 1, row.raster.height};
+        CheckRaster(TiffFile(row.raster, whole), row.depth, row.raster);
+    }
+}
+
+TEST_CASE("TIFF: a row of samples that nobody uses is over the budget before there is memory for it") {
+    Bytes file = TiffFile({Kind::RgbExtra, 8, 1000, 1}, {});
+    const auto put = [&file](WORD tag, DWORD count, DWORD value) {
+        const WORD wanted[] = {tag, TIFF_SHORT};
+        const auto* const bytes = reinterpret_cast<const BYTE*>(wanted);
+        const auto entry = std::search(file.begin(), file.end(), bytes, bytes + sizeof wanted);
+        REQUIRE(entry != file.end());
+        std::memcpy(&entry[4], &count, sizeof count);
+        std::memcpy(&entry[8], &value, sizeof value);
+    };
+    put(TIFFTAG_BITSPERSAMPLE, 1, 8);
+    put(TIFFTAG_SAMPLESPERPIXEL, 1, 60000);
+    const Control control;
+    REQUIRE(control(toolkit::SetBudget, 1) == S_OK);
+    CHECK(control.Load(file) == toolkit::kOverBudget);
 }
 
 TEST_CASE("WebP: colours with and without alpha, the first picture of an animation on its canvas") {

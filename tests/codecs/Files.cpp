@@ -13,7 +13,7 @@
 namespace kel::test {
 
 int Raster::Channels() const {
-    constexpr int kChannels[] = {1, 1, 2, 1, 3, 4, 4, 4, 4};
+    constexpr int kChannels[] = {1, 1, 2, 1, 3, 4, 4, 4, 4, 4};
     return kChannels[static_cast<int>(kind)];
 }
 
@@ -64,6 +64,7 @@ Colour ColourAt(const Raster& raster, int x, int y) {
     case Kind::WhiteFirst:
         return {255 - part(0), 255 - part(0), 255 - part(0), -1};
     case Kind::GreyAlpha:
+    case Kind::GreyAlphaExtra:
         return {part(0), part(0), part(0), part(1)};
     case Kind::Palette:
         return PaletteColour(raster.Sample(x, y, 0));
@@ -178,8 +179,8 @@ static void WriteTiles(TIFF* tiff, const Raster& raster) {
         }
 }
 
-static void WriteStrips(TIFF* tiff, const Raster& raster, bool planes) {
-    TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, 8);
+static void WriteStrips(TIFF* tiff, const Raster& raster, bool planes, int rows) {
+    TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, rows);
     for (int plane = 0; plane < (planes ? raster.Channels() : 1); ++plane)
         for (int y = 0; y < raster.height; ++y) {
             Bytes row = planes ? raster.Row(y, plane) : raster.Row(y);
@@ -190,7 +191,8 @@ static void WriteStrips(TIFF* tiff, const Raster& raster, bool planes) {
 Bytes TiffFile(const Raster& raster, const TiffOptions& options) {
     constexpr int kKinds[] = {PHOTOMETRIC_MINISBLACK, PHOTOMETRIC_MINISWHITE, PHOTOMETRIC_MINISBLACK,
                               PHOTOMETRIC_PALETTE,    PHOTOMETRIC_RGB,        PHOTOMETRIC_RGB,
-                              PHOTOMETRIC_RGB,        PHOTOMETRIC_RGB,        PHOTOMETRIC_SEPARATED};
+                              PHOTOMETRIC_RGB,        PHOTOMETRIC_RGB,        PHOTOMETRIC_SEPARATED,
+                              PHOTOMETRIC_MINISBLACK};
     constexpr int kNone = -1;
     constexpr int kExtras[] = {kNone,
                                kNone,
@@ -200,7 +202,8 @@ Bytes TiffFile(const Raster& raster, const TiffOptions& options) {
                                EXTRASAMPLE_UNSPECIFIED,
                                EXTRASAMPLE_UNASSALPHA,
                                EXTRASAMPLE_ASSOCALPHA,
-                               kNone};
+                               kNone,
+                               EXTRASAMPLE_UNASSALPHA};
     Memory memory;
     TIFF* const tiff = TIFFClientOpen("", "w", &memory, &Memory::Read, &Memory::Write, &Memory::Seek, &Memory::Close,
                                       &Memory::Size, nullptr, nullptr);
@@ -224,7 +227,7 @@ Bytes TiffFile(const Raster& raster, const TiffOptions& options) {
     if (options.tiles)
         WriteTiles(tiff, raster);
     else
-        WriteStrips(tiff, raster, options.planes);
+        WriteStrips(tiff, raster, options.planes, options.stripRows);
     TIFFClose(tiff);
     return memory.bytes;
 }

@@ -8,7 +8,7 @@
 /// Picture files made by the encoders of the libraries, with samples that follow from their place.
 namespace kel::test {
 
-enum class Kind { Grey, WhiteFirst, GreyAlpha, Palette, Rgb, RgbExtra, Rgba, RgbaMultiplied, Cmyk };
+enum class Kind { Grey, WhiteFirst, GreyAlpha, Palette, Rgb, RgbExtra, Rgba, RgbaMultiplied, Cmyk, GreyAlphaExtra };
 
 struct Raster {
     Kind kind;
@@ -42,6 +42,7 @@ struct TiffOptions {
     bool planes = false;
     bool tiles = false;
     int orientation = 1;
+    int stripRows = 8;
 };
 Bytes TiffFile(const Raster& raster, const TiffOptions& options);
 

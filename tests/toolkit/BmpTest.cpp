@@ -148,6 +148,7 @@ TEST_CASE("damaged bitmap files are told from files of unknown kinds") {
         SHORT status;
     } rows[] = {
         {"no width", FileOf(InfoHeader({0, 2, 24}), Bytes(16), 54), toolkit::kDamaged},
+        {"rows of 4 GiB", FileOf(InfoHeader({0x40000000, 1, 32}), Bytes(16), 54), toolkit::kDamaged},
         {"3 bits", FileOf(InfoHeader({2, 2, 3}), Bytes(16), 54), toolkit::kDamaged},
         {"JPEG within", FileOf(InfoHeader({2, 2, 24, 0, 40, 4}), Bytes(16), 54), toolkit::kDamaged},
         {"masks with gaps",

@@ -41,7 +41,8 @@ struct BmpFile {
 
     std::int64_t Height() const { return std::abs(std::int64_t{info.biHeight}); }
     bool IsTopDown() const { return info.biHeight < 0; }
-    std::size_t RowBytes() const { return static_cast<std::size_t>(RowBytesOf(info.biWidth, info.biBitCount)); }
+    /// Of a row in the file; more than 32 bits can count for the widest ones.
+    std::int64_t RowBytes() const { return RowBytesOf(info.biWidth, info.biBitCount); }
     Bytes Pixels() const { return file.subspan(std::min(pixels, file.size())); }
     bool HasRuns() const { return info.biCompression == BI_RLE8 || info.biCompression == BI_RLE4; }
 };
@@ -217,7 +218,7 @@ void ReadPlain(const BmpFile& bmp, const DibLock& dib) {
 
 /// Whether the file has all the pixels that it promises; of runs that is seen as they are read.
 bool HasAllRows(const BmpFile& bmp) {
-    return bmp.HasRuns() || static_cast<std::int64_t>(bmp.Pixels().size() / bmp.RowBytes()) >= bmp.Height();
+    return bmp.HasRuns() || static_cast<std::int64_t>(bmp.Pixels().size()) / bmp.RowBytes() >= bmp.Height();
 }
 
 SHORT Load(LoadJob& job) {

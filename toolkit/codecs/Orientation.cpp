@@ -79,7 +79,7 @@ RowTarget::RowTarget(const PackedDib& upright, Orientation orientation)
       m_rows(orientation.IsQuarterTurn() ? upright.Layout().width : upright.Layout().height),
       m_width(orientation.IsQuarterTurn() ? upright.Layout().height : upright.Layout().width),
       m_stripBytes(static_cast<std::size_t>(RowBytesOf(m_width, upright.Layout().depth))),
-      m_strip(orientation.IsQuarterTurn() ? new (std::nothrow) BYTE[m_stripBytes * kStrip] : nullptr) {}
+      m_strip(orientation.IsQuarterTurn() ? new (std::nothrow) BYTE[m_stripBytes * StripRows()] : nullptr) {}
 
 RowTarget::operator bool() const {
     return m_picture && (m_strip || !m_orientation.IsQuarterTurn());

@@ -70,6 +70,8 @@ private:
     /// Where a row that stays one belongs.
     int PlaceOf(int y) const { return m_orientation.IsFlipped() ? m_rows - 1 - y : y; }
     void Turn(int first, int count) const;
+    /// Those that there are: a strip takes no more than the picture, however long the rows are.
+    std::size_t StripRows() const { return static_cast<std::size_t>(m_rows < kStrip ? m_rows : kStrip); }
 
     const DibLock m_picture;
     const Orientation m_orientation;

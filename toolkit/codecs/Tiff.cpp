@@ -214,7 +214,11 @@ SHORT Decoder::ReadScanlines() const {
     const std::uint64_t bytes = TIFFScanlineSize64(m_tiff);
     if (bytes != RunBytes(m_fields.width))
         return kDamaged;
-    const bool direct = m_fields.bits <= 8 && m_fields.bits * m_fields.samples == m_picture.Layout().depth;
+    // Samples that nobody uses may make a row larger than any picture.
+    if (bytes > std::max(kMostStripBytes, m_most))
+        return kOverBudget;
+    const bool direct = m_fields.bits <= 8 && m_fields.samples == m_plan.used &&
+                        m_fields.bits * m_fields.samples == m_picture.Layout().depth;
     const std::unique_ptr<BYTE[]> run(direct ? nullptr : new (std::nothrow) BYTE[bytes]());
     if (!direct && !run)
         return kOverBudget;

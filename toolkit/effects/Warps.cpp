@@ -122,7 +122,8 @@ HRESULT TurnFreely(PackedDib& picture, double radians) {
 HRESULT Rotate(PackedDib& picture, double angle) {
     if (!std::isfinite(angle))
         return E_INVALIDARG;
-    const double degrees = angle - 360 * std::floor(angle / 360);
+    const double rest = std::fmod(angle, 360); // exact for every angle
+    const double degrees = rest < 0 ? rest + 360 : rest;
     const double quarters = degrees / 90;
     if (quarters == std::floor(quarters))
         return TurnQuarters(picture, static_cast<int>(quarters) % 4);

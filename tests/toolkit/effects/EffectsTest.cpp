@@ -377,6 +377,17 @@ TEST_CASE("every effect gives what its formula says, at every depth, in both ord
             }
 }
 
+TEST_CASE("full turns do not count, however many they are") {
+    for (const double angle : {1e18, -1e18, 1e40}) {
+        CAPTURE(angle);
+        PackedDib turned = NewPicture(5, 4, 24), expected = NewPicture(5, 4, 24);
+        REQUIRE(effects::Rotate(turned, angle) == S_OK);
+        REQUIRE(effects::Rotate(expected, std::fmod(angle, 360)) == S_OK);
+        REQUIRE(turned.Layout() == expected.Layout());
+        CHECK(Furthest(Read(turned), Read(expected)) == 0);
+    }
+}
+
 TEST_CASE("arguments without a meaning are refused, and so is a size beyond memory; the picture stays") {
     const Change refused[] = {
         Call(effects::Gamma, 0.0F), Call(effects::Gamma, -1.0F),    Call(effects::Gamma, std::nanf("")),
