@@ -77,7 +77,8 @@ public:
     /// A later registration under the same identifier replaces an earlier one. Two names may hash to one identifier:
     /// ask GetObjectFactoryObjectFunctions beforehand where that would matter.
     /// @param name null for the type's own name. Objects are always written under the type's own name; a second
-    /// registration under an old name lets streams be read that were written before a class was renamed.
+    /// registration under an old name lets Create and ReadRef read what was written before a class was renamed; Read
+    /// into an existing object takes only the type's own name.
     /// @throws std::logic_error if equal objects shall be shared but @p Type has no `operator==`.
     template <class Type>
     void RegisterType(bool shareEqualObjects = false, const char* name = nullptr);
