@@ -147,6 +147,9 @@ TextRun RunOf(LPCWSTR text, std::size_t count) {
     return RunOfWide(text, count);
 }
 
+/// By how many units, the NUL included, a text may become longer: the room that DT_MODIFYSTRING asks callers for.
+constexpr std::size_t kMostAdded = 4;
+
 /// The units of a line that was shortened, with the NUL.
 template <class Unit>
 std::vector<Unit> UnitsOf(const TextToDraw& text, const Unit* units) {
@@ -183,7 +186,12 @@ int DrawAny(const char* name, HDC dc, const Unit* units, int count, LPRECT rect,
         TextToDraw text{RunOf(units, length), format};
         const int result = DrawInRect(*context, text, *rect);
         if (format & DT_MODIFYSTRING && text.changed.shortened) {
-            const auto changed = UnitsOf(text, units);
+            auto changed = UnitsOf(text, units);
+            // Tabs can make a line wider by moving it, so that it gets dots twice and loses next to nothing for them.
+            if (changed.size() > length + kMostAdded) {
+                changed.resize(length + kMostAdded);
+                changed.back() = 0;
+            }
             // The caller said that the text may be changed.
             std::copy(changed.begin(), changed.end(), const_cast<Unit*>(units));
         }

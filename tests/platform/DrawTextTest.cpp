@@ -75,6 +75,16 @@ TEST_CASE("DrawTextA breaks, marks and shortens lines") {
         CAPTURE(format);
         CHECK(Calculated(page, text, width, format) == result);
     }
+    // Tabs make these lines wider than their parts, so that dots are put twice.
+    for (const std::string text : {"\\l\t", "\\.\t ", "i\\l\t"})
+        for (int width = 0; width != 80; ++width) {
+            CAPTURE(text);
+            CAPTURE(width);
+            std::string room = text + std::string(4, '\0') + "####";
+            RECT rect{0, 0, width, 20};
+            DrawTextA(page, room.data(), static_cast<int>(text.size()), &rect, kEnd | kPath | DT_EXPANDTABS);
+            CHECK(room.substr(text.size() + 4) == "####");
+        }
     CHECK(Calculated(page, "abc", 50, 0, 2) == "16 16x16");
     CHECK(Calculated(page, "abc", 50, 0, 0) == "0 50x40");
 }
