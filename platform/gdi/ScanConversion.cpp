@@ -5,9 +5,14 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <new>
+#include <utility>
 
 namespace kel::platform {
 namespace {
+
+// Each row takes a rectangle or more: beyond this, whoever asks would wait for minutes and then run out of memory.
+constexpr std::int64_t kMostRows = 1 << 24;
 
 __extension__ typedef __int128 Wide; // holds products of differences of coordinates
 
@@ -87,6 +92,18 @@ std::vector<Edge> EdgesOf(const Polygons& polygons) {
     return edges;
 }
 
+/// How many rows meet one of the edges, which come from the top.
+std::int64_t RowsOf(const std::vector<Edge>& edges, const RECT& within) {
+    std::int64_t rows = 0;
+    int reached = within.top;
+    for (const Edge& edge : edges) {
+        const int bottom = std::min<int>(edge.Bottom(), within.bottom);
+        rows += std::max<std::int64_t>(std::int64_t{bottom} - std::max(edge.Top(), reached), 0);
+        reached = std::max(reached, bottom);
+    }
+    return rows;
+}
+
 /// Goes down the rows and keeps the edges that the row meets.
 class Sweep {
 public:
@@ -157,7 +174,10 @@ RECT InOrder(const RECT& box) {
 } // namespace
 
 Region PolygonRegion(const Polygons& polygons, int fillMode, const RECT& within) {
-    return Sweep(EdgesOf(polygons), fillMode, within).Filled();
+    std::vector<Edge> edges = EdgesOf(polygons);
+    if (RowsOf(edges, within) > kMostRows)
+        throw std::bad_alloc();
+    return Sweep(std::move(edges), fillMode, within).Filled();
 }
 
 Region EllipseRegion(RECT box) {

@@ -131,4 +131,7 @@ TEST_CASE("names of Windows stand for faces as wide") {
     fixed.lfWidth = 20; // stretched
     TEXTMETRICA metrics{};
     CHECK((GetTextMetricsA(TextPage(fixed), &metrics) && metrics.tmAveCharWidth == 20 && metrics.tmHeight == 15));
+    fixed.lfHeight = -2048;
+    fixed.lfWidth = 1 << 21; // as wide as there are letters
+    CHECK((GetTextMetricsA(TextPage(fixed), &metrics) && metrics.tmAveCharWidth > 1000));
 }

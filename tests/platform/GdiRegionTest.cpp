@@ -184,6 +184,20 @@ TEST_CASE("regions are filled, painted, framed and inverted") {
                  FillRgn(sheet, region, nullptr) || InvertRgn(nullptr, region)));
 }
 
+TEST_CASE("polygons of more rows than memory holds are refused at once") {
+    if (!kel::test::FaultsAvailable()) {
+        MESSAGE("other systems have limits of their own");
+        return;
+    }
+    const POINT far[] = {{0, 0}, {10, 2'000'000'000}, {0, 2'000'000'000}};
+    CHECK((CreatePolygonRgn(far, 3, WINDING) == nullptr && GetLastError() == ERROR_NOT_ENOUGH_MEMORY));
+    const POINT apart[] = {
+        {0, 0}, {2, 0}, {2, 2}, {0, 2}, {0, 2'000'000'000}, {2, 2'000'000'000}, {2, 2'000'000'002}, {0, 2'000'000'002}};
+    const INT counts[] = {4, 4};
+    const Owned both(CreatePolyPolygonRgn(apart, counts, 2, WINDING));
+    CHECK(Rectangles(both) == "[0 0 2 2][0 2000000000 2 2000000002]");
+}
+
 TEST_CASE("whichever call fails, regions stay what they were and none is left") {
     kel::test::WithEachCallFailing(ERROR_NOT_ENOUGH_MEMORY, [] {
         const auto a = Rect(0, 0, 5, 5);

@@ -158,7 +158,8 @@ SizedFont::SizedFont(SizeRequest request, FaceChoice choice, std::shared_ptr<Fon
         m_emWidth = em;
         if (m_request.width != 0) {
             const int natural = std::max(1, design.Scaled(design.averageWidth, em));
-            m_emWidth = std::clamp((em * std::abs(m_request.width) + natural / 2) / natural, 1, kMostEm);
+            const long long wanted = std::abs(static_cast<long long>(m_request.width));
+            m_emWidth = static_cast<int>(std::clamp<long long>((em * wanted + natural / 2) / natural, 1, kMostEm));
         }
         m_metrics = MetricsOf(face->Get(), design, em, m_emWidth);
     }
