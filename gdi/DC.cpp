@@ -1,6 +1,7 @@
 #include <kelcore/gdi/devicecontexts.h>
 
 #include <cstdlib>
+#include <memory>
 #include <utility>
 
 namespace {
@@ -13,6 +14,10 @@ Value Stored(Call call, Arguments... arguments) {
     return value;
 }
 
+struct Releasing {
+    void operator()(IUnknown* object) const { object->Release(); }
+};
+
 void Scale(SIZE& size, const SIZE& by, const SIZE& through) {
     size.cx = MulDiv(size.cx, std::abs(by.cx), std::abs(through.cx));
     size.cy = MulDiv(size.cy, std::abs(by.cy), std::abs(through.cy));
@@ -22,7 +27,9 @@ void Scale(SIZE& size, const SIZE& by, const SIZE& through) {
 
 DC::DC() : m_hDC(nullptr) {}
 
-DC::DC(HDC dc, IComplexWindowObject* object) : m_hDC(dc) {
+// By way of the other constructor, so that the context is deleted if the object throws.
+DC::DC(HDC dc, IComplexWindowObject* object) : DC() {
+    m_hDC = dc;
     SetClipArea(object);
 }
 
@@ -44,14 +51,14 @@ void DC::Destroy() {
 void DC::SetClipArea(IComplexWindowObject* object) {
     if (object == nullptr)
         return;
-    IRectEnumerator* excluded = nullptr;
-    object->GetExcludedRects(&excluded);
-    if (excluded == nullptr)
+    IRectEnumerator* rects = nullptr;
+    object->GetExcludedRects(&rects);
+    if (rects == nullptr)
         return;
+    const std::unique_ptr<IRectEnumerator, Releasing> excluded(rects);
     RECT rect = {};
     while (excluded->Next(rect))
         ExcludeClipRect(m_hDC, rect.left, rect.top, rect.right, rect.bottom);
-    excluded->Release();
 }
 
 POINT DC::GetBrushOrg() const {

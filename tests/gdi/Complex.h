@@ -7,7 +7,7 @@
 /// A window's object that excludes rectangles and counts what is done with them.
 class Complex : public IComplexWindowObject {
 public:
-    /// @param count of @p rects; none gives no enumerator.
+    /// @param rects null: asking for one throws a `const char*`. @param count of @p rects; none gives no enumerator.
     Complex(HWND window, const RECT* rects, std::size_t count) : m_window(window), m_rects(rects, count) {}
     HWND GetWindowHandle() override { return m_window; }
     void GetExcludedRects(IRectEnumerator** rects) override {
@@ -29,6 +29,8 @@ private:
         bool Next(RECT& rect) override {
             if (given == left)
                 return false;
+            if (next == nullptr)
+                throw "no rectangle";
             rect = next[given++];
             return true;
         }

@@ -96,6 +96,13 @@ TEST_CASE("drawing leaves out what a window's object excludes") {
     }
 }
 
+TEST_CASE("what an object throws leaves neither a context nor an enumerator behind") {
+    Complex object(nullptr, nullptr, 1);
+    const HDC given = CreateCompatibleDC(nullptr);
+    CHECK_THROWS_AS(DC(given, &object), const char*);
+    CHECK((GetObjectType(given) == 0 && object.Out() == 0));
+}
+
 TEST_CASE("without a context everything answers nothing") {
     DC none;
     CHECK((none.SetWindowExt(1, 1) == kNoSize && none.GetViewportExt() == kNoSize && none.MoveTo(1, 1) == kNoPoint));
