@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <type_traits>
 #include <utility>
@@ -58,6 +59,20 @@ long ReadInteger(HKEY key, const WideString& name, Integer& value) {
     using Stored = std::conditional_t<std::is_signed_v<Integer>, std::int32_t, std::uint32_t>;
     value = static_cast<Integer>(static_cast<Stored>(kel::FirstDword(data)));
     return error;
+}
+
+/// The number at the beginning of a text. strtod knows the decimal point of the current locale alone, while the text
+/// may have been written under another one; a point is taken under each.
+double NumberAtBegin(NarrowString text) {
+    char* end = nullptr;
+    const double number = std::strtod(text.c_str(), &end);
+    const std::size_t point = text.find('.');
+    if (point == NarrowString::npos || static_cast<std::size_t>(end - text.c_str()) > point)
+        return number;
+    char half[16]; // 0, the locale's point, 5
+    const int length = std::snprintf(half, sizeof half, "%.1f", 0.5);
+    text.replace(point, 1, half + 1, static_cast<std::size_t>(length - 2));
+    return std::strtod(text.c_str(), nullptr);
 }
 
 } // namespace
@@ -133,7 +148,7 @@ long RegistryKey::GetFloat(const WideString& name, double& value) {
     WideString text;
     const long error = GetString(name, text);
     if (error == ERROR_SUCCESS)
-        value = std::strtod(StdW2A(text).c_str(), nullptr);
+        value = NumberAtBegin(StdW2A(text));
     return error;
 }
 

@@ -112,8 +112,9 @@ public:
     /// Takes the number at the beginning of the text, 0 if there is none (`_atoi64`).
     long GetInt64(const WideString& name, __int64& value);
     long SetInt64(const WideString& name, __int64 value);
-    /// Takes the number at the beginning of the text (`strtod`): 0 if there is none, and 0 as well if GetString
-    /// succeeds without a text, as for a value of another type. Only an error leaves @p value as it was.
+    /// Takes the number at the beginning of the text (`strtod`; '.' is a decimal point under every locale): 0 if there
+    /// is none, and 0 as well if GetString succeeds without a text, as for a value of another type. Only an error
+    /// leaves @p value as it was.
     long GetFloat(const WideString& name, double& value);
     long SetFloat(const WideString& name, double value);
     long GetBinary(const WideString& name, NarrowString& data);

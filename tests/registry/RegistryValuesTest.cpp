@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <climits>
+#include <clocale>
 #include <thread>
 
 namespace {
@@ -143,6 +144,24 @@ TEST_CASE("setters store exact types and bytes, under names of the code page tha
     CHECK(key.SetString(u"Gr\u00F6\u00DFe"_w, u"\u00E9t\u00E9"_w) == ERROR_SUCCESS);
     CHECK(key.GetString(u"GR\u00D6\u00DFE"_w, text) == ERROR_SUCCESS);
     CHECK(text == u"\u00E9t\u00E9"_w);
+}
+
+TEST_CASE("numbers are read under every locale") {
+    const TestKey test;
+    RegistryKey key = test.Open();
+    test.Store("point", REG_SZ, std::string(" -.25e1x\0", 9));
+    const std::string before = std::setlocale(LC_NUMERIC, nullptr);
+    // One whose decimal point is a comma; where there is none, this shows nothing new.
+    for (const char* const locale : {"de_DE.UTF-8", "fr_FR.UTF-8", "German_Germany"})
+        if (std::setlocale(LC_NUMERIC, locale) != nullptr)
+            break;
+    double stored = 0, point = 0;
+    CHECK(key.SetFloat(u"number"_w, 2.5) == ERROR_SUCCESS);
+    CHECK(key.GetFloat(u"number"_w, stored) == ERROR_SUCCESS);
+    CHECK(key.GetFloat(u"point"_w, point) == ERROR_SUCCESS);
+    std::setlocale(LC_NUMERIC, before.c_str());
+    CHECK(stored == 2.5);
+    CHECK(point == -2.5);
 }
 
 TEST_CASE("a value that changes between the two queries is read no further than it was long") {
