@@ -60,10 +60,11 @@ void ModuleBase::LoadLanguageFile() {
         return;
     const ModuleVersion own = VersionOf(m_hInstance);
     const ModuleVersion found = VersionOf(file.get());
-    if (found == own)
+    if (found != own)
+        return WarnOfVersion(path, found, own);
+    FreeLanguageFile();            // who was asked may have changed the language meanwhile
+    if (file.get() != m_hInstance) // nobody would free another use of the module itself
         m_hResource = file.release();
-    else
-        WarnOfVersion(path, found, own);
 }
 
 void ModuleBase::SetLanguage(unsigned short language, ILanguageDLLName* provider) {

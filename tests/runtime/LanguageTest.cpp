@@ -126,6 +126,21 @@ TEST_CASE("targets and modules may come and go while the language changes") {
     CHECK(module->GetModules().size() == 1);
 }
 
+TEST_CASE("files named by answers that are the module itself, or change the language, are let go with the module") {
+    bool nested = false;
+    Provider provider([](unsigned short, String&) { return true; });
+    ModuleBase::SetLanguage(0x0407, &provider);
+    CHECK(SampleModule().Text(16) == "sixteen");
+    CHECK(GetModuleHandleA(SampleFile("module.dll").c_str()) == nullptr);
+    provider.rule = [&](unsigned short language, String& path) {
+        if (!std::exchange(nested, true))
+            ModuleBase::SetLanguage(0x0407, &provider);
+        return SampleLanguages(language, path);
+    };
+    CHECK(SampleModule().Text(16) == "sechzehn");
+    CHECK(GetModuleHandleA(SampleFile("german.dll").c_str()) == nullptr);
+}
+
 TEST_CASE("a failing platform call leaves a module with its own texts or those of its language, and nothing open") {
     const kel::test::MessageBoxes boxes(IDOK);
     Provider provider;
