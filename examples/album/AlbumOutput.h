@@ -11,6 +11,7 @@ namespace kelalbum {
 /// when the file cannot be written; nothing is left behind then, and an older album stays.
 class AlbumOutput {
 public:
+    /// @throws Failure also if something is there that is no album.
     explicit AlbumOutput(const WideString& path);
 
     /// Writes @p entry, with its picture if that is met for the first time, and lets the picture's bytes go.
@@ -18,7 +19,7 @@ public:
     /// Ends the album and puts it into its place.
     void Commit();
 
-    /// How many entries and pictures were written, and the bytes in the blocks so far.
+    /// How many entries and pictures were written.
     unsigned Entries() const { return m_entries; }
     unsigned Pictures() const { return static_cast<unsigned>(m_pictures.size()); }
 

@@ -2,6 +2,7 @@
 #include "Contents.h"
 #include "Names.h"
 #include "PngFile.h"
+#include "WholeFile.h"
 
 #include <kelcore/file.h>
 
@@ -37,34 +38,6 @@ void MakeFolder(const WideString& folder) {
         FailOn("cannot make", folder, GetLastError());
 }
 
-File MakeFile(const WideString& path) {
-    try {
-        return {path, GENERIC_WRITE, /*share*/ 0, /*inheritable*/ false, CREATE_NEW};
-    } catch (const File::Exception& error) {
-        FailOn("cannot make", path, error.m_dwError);
-    }
-}
-
-/// @return the system's code.
-unsigned long Write(File& file, const NarrowString& bytes) {
-    try {
-        return file.Write(bytes) == bytes.size() ? ERROR_SUCCESS : ERROR_DISK_FULL;
-    } catch (const File::Exception& error) {
-        return error.m_dwError;
-    }
-}
-
-// Nothing that exists is overwritten, and no file stays that is not whole.
-void WriteNew(const WideString& path, const NarrowString& bytes) {
-    File file = MakeFile(path);
-    const unsigned long code = Write(file, bytes);
-    file.Close();
-    if (code == ERROR_SUCCESS)
-        return;
-    DeleteFileA(StdW2A(path).c_str());
-    FailOn("cannot write", path, code);
-}
-
 NarrowString PngOf(const Entry& entry) {
     NarrowString png = EncodePng(entry.Whole(), PngAlpha::Straight);
     if (png.empty())
@@ -87,7 +60,7 @@ int Extract(const Arguments& arguments) {
             return;
         const NarrowString png = PngOf(entry);
         for (auto file = first; file != last; ++file)
-            WriteNew(file->second, png);
+            WriteWhole(file->second, png, CREATE_NEW); // nothing that exists is overwritten
     });
     std::printf("extracted %s into %s\n", Counted(files.size(), "picture").c_str(), Shown(folder).c_str());
     return 0;

@@ -1,7 +1,9 @@
 #include "Cards.h"
 #include "Commands.h"
+#include "Names.h"
 #include "Page.h"
 #include "PngFile.h"
+#include "WholeFile.h"
 
 #include <kelcore/file.h>
 #include <kelcore/text.h>
@@ -59,13 +61,7 @@ void WriteSheet(const Page& page, const WideString& path) {
     const NarrowString png = EncodePng(page.Picture());
     if (png.empty())
         FailOn("cannot encode", path, ERROR_NOT_ENOUGH_MEMORY);
-    try {
-        File file(path, GENERIC_WRITE, /*share*/ 0, /*inheritable*/ false, CREATE_ALWAYS);
-        if (file.Write(png) != png.size())
-            FailOn("cannot write", path, ERROR_DISK_FULL);
-    } catch (const File::Exception& error) {
-        FailOn("cannot write", path, error.m_dwError);
-    }
+    ReplaceWhole(path, png);
 }
 
 } // namespace
@@ -74,6 +70,8 @@ int Sheet(const Arguments& arguments) {
     const WideString& album = arguments.values.front();
     const WideString& path = arguments.values.back();
     const Mode& mode = FindMode(StdW2A(arguments.Option("--mode", u"fit"_w)));
+    if (AreSameNames(File::GetFullPath(path), File::GetFullPath(album)))
+        throw Failure{"the sheet would replace the album " + Shown(album)};
     const Cards cards = CardsOf(album, mode);
     Page page(File::GetFileTitleA(File::GetFullPath(album)), NoteOn(cards, mode), static_cast<int>(cards.all.size()));
     for (const Card& card : cards.all)

@@ -7,6 +7,7 @@
 #include <kelcore/text.h>
 
 #include <algorithm>
+#include <clocale>
 #include <cstdio>
 #include <new>
 
@@ -90,6 +91,8 @@ int ShowUsage(const Misuse& misuse) {
 } // namespace
 
 int main(int count, char** arguments) {
+    // Names are compared without regard to case, which is that of ASCII alone otherwise.
+    std::setlocale(LC_CTYPE, "");
     try {
         const int code = Run(count, arguments);
         return std::fflush(stdout) == 0 ? code : Fail("cannot write the output");

@@ -70,7 +70,8 @@ void WriteSome(const std::string& folder, std::atomic<std::size_t>& next, std::a
 } // namespace
 
 int main(int count, char** arguments) {
-    if (count != 2) {
+    // No folder is called so on purpose; the empty name would be the root.
+    if (count != 2 || *arguments[1] == '\0' || *arguments[1] == '-') {
         std::fprintf(stderr, "usage: kelsamples FOLDER\n");
         return 2;
     }

@@ -11,13 +11,21 @@ namespace {
 constexpr int kDamagedBlock = 3;
 constexpr int kEndOfData = 4;
 
+std::unique_ptr<FileInputStream> Open(const WideString& path) {
+    try {
+        return std::make_unique<FileInputStream>(path);
+    } catch (const StreamBase::Exception& error) {
+        throw Failure{"cannot read " + Shown(path) + ": " + FirstLine(error.message)};
+    }
+}
+
 // The length field of the first block is below 4,096: its last byte is 0, or 0xFF when it is scrambled.
 bool IsScrambled(const WideString& path, const char* kind) {
+    const auto file = Open(path);
     try {
-        FileInputStream file(path);
         unsigned char length[4] = {};
         for (unsigned char& byte : length)
-            file >> byte;
+            *file >> byte;
         return length[3] == 0xFF;
     } catch (const StreamBase::Exception& error) {
         if (error.code == kEndOfData)
@@ -83,7 +91,7 @@ BlockFileInput::BlockFileInput(const WideString& path, const char* kind)
     : m_path(File::GetFullPath(path)), m_kind(kind),
       m_size(static_cast<unsigned long long>(File::GetSizeRecursive(m_path))) {
     const bool scrambled = IsScrambled(m_path, m_kind);
-    m_file = std::make_unique<FileInputStream>(m_path);
+    m_file = Open(m_path);
     InputStream* below = m_file.get();
     if (scrambled) {
         m_scrambler = std::make_unique<CryptingInputStream>(*below);

@@ -128,6 +128,17 @@ TEST_CASE("what is no picture is left out, and no album is made of nothing") {
     CHECK_FALSE(File::FileExists(sample.folder.Path("a.album.part")));
 }
 
+TEST_CASE("what is no album is not replaced by one") {
+    const SamplePictures sample;
+    sample.PackAll();
+    const String picture = sample.folder.Path("in\\table.bmp");
+    CHECK(Contains(LineOf([&] { Pack({{picture, sample.folder.Path("in\\Blue.bmp")}, {}}); }), "is no album"));
+    const Arguments effect = {{sample.Album(), u"table.bmp"_w, u"flip"_w}, {{"--out", picture}}};
+    CHECK(Contains(LineOf([&] { Effect(effect); }), "is no album"));
+    CHECK(sample.folder.Read("in\\table.bmp") == Bmp(41, 7, 8, 5));
+    CHECK_FALSE(File::FileExists(picture + u".part"_w));
+}
+
 TEST_CASE("an effect changes one entry, also of those that share a picture, in place or in another album") {
     struct Case {
         const char* name;

@@ -1,6 +1,7 @@
 #include "AlbumOutput.h"
 #include "Commands.h"
 #include "Page.h"
+#include "WholeFile.h"
 
 #include "tests/support/Faults.h"
 #include "tests/support/TempFolder.h"
@@ -105,6 +106,30 @@ TEST_CASE("a sheet is as high as its rows, and nothing is written without its mo
     CHECK_THROWS_AS(Sheet({{folder.Path("a.album"), out}, {{"--mode", u"wide"_w}}}), Misuse);
     CHECK_THROWS_AS(Sheet({{folder.Path("a.album"), out}, {}}), Failure);
     CHECK_FALSE(File::FileExists(out));
+}
+
+TEST_CASE("a sheet replaces an older one when it is whole, and never its album") {
+    const TempFolder folder;
+    const WideString album = folder.Path("a.album");
+    WriteAlbum(album);
+    const std::string bytes = folder.Read("a.album");
+    CHECK_THROWS_AS(Sheet({{album, folder.Path("A.album")}, {}}), Failure);
+    CHECK(folder.Read("a.album") == bytes);
+    folder.Write("sheet.png", "old");
+    kel::test::WithEachCallFailing(ERROR_DISK_FULL, [&] {
+        bool replaced = true;
+        try {
+            ReplaceWhole(folder.Path("sheet.png"), "new");
+        } catch (const Failure&) {
+            replaced = false;
+        }
+        if (!kel::test::FaultIsOver())
+            return;
+        CHECK(folder.Read("sheet.png") == (replaced ? "new" : "old"));
+        CHECK_FALSE(File::FileExists(folder.Path("sheet.png.part")));
+        folder.Write("sheet.png", "old");
+    });
+    CHECK(folder.Read("sheet.png") == "new");
 }
 
 TEST_CASE("a sheet's heading is the album's name, however its path is written") {
