@@ -33,8 +33,9 @@ WideString File::GetShortPath(const WideString& path) {
 
 WideString File::CompactPath(const WideString& path, unsigned int maxchars) {
     const NarrowString narrow = StdW2A(path);
-    // A path that fits is given back whole whatever room there is beyond it.
-    const std::size_t room = std::min<std::size_t>(maxchars, std::max<std::size_t>(narrow.size(), MAX_PATH));
+    // A path that fits is given back whole whatever room there is beyond one character: the system shortens a path that
+    // fills the buffer to the last one.
+    const std::size_t room = std::min<std::size_t>(maxchars, std::max<std::size_t>(narrow.size() + 1, MAX_PATH));
     NarrowString buffer(room + 1, '\0');
     if (!PathCompactPathExA(buffer.data(), narrow.c_str(), static_cast<UINT>(room + 1), /*flags*/ 0))
         return {};
