@@ -34,9 +34,11 @@ std::optional<Job> JobFor(toolkit::IControl* control, const Rect& target, XSize<
     return job;
 }
 
-// The size to resample to; none when the picture is near enough to it. The ratio of the areas counts in whole numbers.
+// The size to resample to; none when the picture is near enough to it. The ratio of the areas counts in whole numbers;
+// the largest target's area takes all 64 bits.
 std::optional<Sides> Stretched(const Job& job) {
-    const std::int64_t ratio = job.width * job.height / (std::int64_t{job.picture.cx} * job.picture.cy);
+    const std::uint64_t ratio = static_cast<std::uint64_t>(job.width) * static_cast<std::uint64_t>(job.height) /
+                                static_cast<std::uint64_t>(std::int64_t{job.picture.cx} * job.picture.cy);
     if (!(static_cast<double>(ratio) < job.limit))
         return std::nullopt;
     return Sides(static_cast<double>(job.width), static_cast<double>(job.height));

@@ -84,8 +84,10 @@ TEST_CASE("events reach their callbacks with the user words and their values") {
 TEST_CASE("a picture's sink accepts events and does nothing") {
     Recording recording;
     XPDib::XPDibRef record;
-    CHECK(OpenPicture::InitImageXpress(&record));
-    CHECK(OpenPicture::InitImageXpress(&record));
+    OpenPicture picture;
+    bool (XPDib::*const start)(XPDib::XPDibRef*) = &OpenPicture::InitImageXpress;
+    CHECK((picture.*start)(&record));
+    CHECK((picture.*start)(&record));
     CHECK(recording.Calls() == kStart);
     for (const DISPID id : {-600, -601, -605, -606, -607, 1, 2, 3})
         CHECK(recording->Fire(record.control, id, Arguments({1, 2, 3, 4, 5}).data(), 5) == S_OK);

@@ -161,6 +161,7 @@ TEST_CASE("a picture is replaced by a smaller one when the target is small enoug
                 {"100x100x8", {0, 0, 100, 100}, IBitmap::BM_Stretch, {1, 1}, 0.9, true, ""},
                 {"100x100x8", {0, 0, 199, 100}, IBitmap::BM_Stretch, {1, 1}, 1.5, true, "417 199 100"},
                 {"100x100x8", {0, 0, 99, 99}, IBitmap::BM_Stretch, {1, 1}, 0, true, ""},
+                {"100x100x8", {INT_MIN, INT_MIN, INT_MAX, INT_MAX}, IBitmap::BM_Stretch, {1, 1}, 9, true, ""},
                 {"200x100x8", {0, 0, 100, 100}, IBitmap::BM_Fit, {1, 1}, 0.9, true, "417 100 50"},
                 {"100x-200x8", {5, 5, 105, 105}, IBitmap::BM_Fit, {1, 1}, 0.9, true, "417 50 100"},
                 {"200x100x8", {0, 0, 100, 100}, IBitmap::BM_Fit, {1, 2}, 0.9, true, "417 100 100"},

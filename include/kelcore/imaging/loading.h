@@ -16,7 +16,8 @@ class KELCORE_API LoadBitmapDeferredNotifier {
 public:
     /// The picture is loaded.
     virtual void OnBitmapLoaded(const WideString& path, XPDib* picture, unsigned int userValue) = 0;
-    /// The picture could not be loaded and is empty.
+    /// The picture could not be loaded. It holds what the toolkit left: nothing, but for a file that was refused before
+    /// it was opened and for prescaling that failed.
     virtual void OnBitmapLoadFailed(const WideString& path, XPDib* picture, XPDib::XPException code,
                                     unsigned int userValue) = 0;
 

@@ -238,7 +238,7 @@ protected:
     /// Starts the toolkit's control of a record, if it has none yet.
     /// @return whether it has one.
     /// @throws kel::ToolkitError if a setting fails; the control is started then.
-    static bool InitImageXpress(XPDibRef* record);
+    bool InitImageXpress(XPDibRef* record);
 
     /// Whether a file is refused for its compression: a GIF file, or a TIFF file whose first compression entry says
     /// LZW. False for a file that cannot be read, is cut short or whose directories run in a circle.
