@@ -134,7 +134,7 @@ public:
     /// their order, and then calls ReloadResources of each ResourceTarget, in their order.
     ///
     /// Modules and targets may come and go meanwhile: one that goes is not called any more, one that comes has found
-    /// the new language already and is not called.
+    /// the new language already and is not called. Only the module whose file is being asked for has to stay.
     /// @param provider is asked for language files from now on and must live until it is replaced; may be null.
     static void SetLanguage(unsigned short language, ILanguageDLLName* provider);
     /// The current language, 0 before the first module or SetLanguage.

@@ -46,9 +46,8 @@ public:
 
     /// Runs run() on a new thread (`_beginthread`, default stack) with @p priority (`SetThreadPriority`, whose failure
     /// does not count).
-    /// @return false, and nothing is started, if @p priority is none of the above, a job is running, another thread is
-    /// in
-    ///         waitForEnd at this very moment, or no thread could be made.
+    /// @return false, and nothing is started, if @p priority is none of the above, a job is running, another thread
+    ///         is in waitForEnd at this very moment, or no thread could be made.
     bool start(Priority priority);
 
     /// Waits until no job is running.
