@@ -104,11 +104,6 @@ public:
     BYTE* Row(int y) const {
         return Rows() + m_layout.rowBytes * static_cast<std::size_t>(m_layout.topDown ? y : m_layout.height - 1 - y);
     }
-    /// From one row of the picture to the one below it, in bytes.
-    std::ptrdiff_t RowStep() const {
-        const auto bytes = static_cast<std::ptrdiff_t>(m_layout.rowBytes);
-        return m_layout.topDown ? bytes : -bytes;
-    }
     /// All rows as they lie in memory.
     std::span<BYTE> Pixels() const { return {Rows(), m_layout.PixelBytes()}; }
     std::span<RGBQUAD> Colours() const {

@@ -38,9 +38,6 @@ public:
     int LogicalY(int pixels) const { return Scaled(pixels, m_window.cy, m_viewport.cy); }
     int PixelsX(int units) const { return Scaled(units, m_viewport.cx, m_window.cx); }
 
-    /// What is added behind every character, in pixels.
-    int Extra() const { return m_extra; }
-
     /// The advance of a character in pixels, extra space included.
     int AdvanceOf(char32_t code) const { return m_font->WidthsOf(code).Advance() + m_extra; }
 
