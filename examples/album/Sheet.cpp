@@ -3,7 +3,6 @@
 #include "Names.h"
 #include "Page.h"
 #include "PngFile.h"
-#include "WholeFile.h"
 
 #include <kelcore/file.h>
 #include <kelcore/text.h>
@@ -57,13 +56,6 @@ WideString NoteOn(const Cards& cards, const Mode& mode) {
     return StdA2W(note) + u" \u00B7 "_w + StdA2W(mode.name);
 }
 
-void WriteSheet(const Page& page, const WideString& path) {
-    const NarrowString png = EncodePng(page.Picture());
-    if (png.empty())
-        FailOn("cannot encode", path, ERROR_NOT_ENOUGH_MEMORY);
-    ReplaceWhole(path, png);
-}
-
 } // namespace
 
 int Sheet(const Arguments& arguments) {
@@ -76,7 +68,7 @@ int Sheet(const Arguments& arguments) {
     Page page(File::GetFileTitleA(File::GetFullPath(album)), NoteOn(cards, mode), static_cast<int>(cards.all.size()));
     for (const Card& card : cards.all)
         page.Add(card, mode.mode);
-    WriteSheet(page, path);
+    WritePng(page.Picture(), path);
     std::printf("drew %s onto %s\n", Counted(cards.all.size(), "picture").c_str(), Shown(path).c_str());
     return 0;
 }

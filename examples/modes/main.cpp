@@ -4,9 +4,9 @@
 
 #include "Motifs.h"
 #include "PngFile.h"
+#include "Report.h"
 #include "Sheet.h"
 
-#include <kelcore/file.h>
 #include <kelcore/text.h>
 
 #include <cstdio>
@@ -100,8 +100,7 @@ int Run(const char* path) {
         std::fprintf(stderr, "kelmodes: the system refused to draw\n");
         return 1;
     }
-    File file(StdA2W(path), GENERIC_WRITE, /*share*/ 0, /*inheritable*/ false, CREATE_ALWAYS);
-    file.Write(EncodePng(sheet.Picture()));
+    WritePng(sheet.Picture(), StdA2W(path));
     return 0;
 }
 
@@ -114,8 +113,8 @@ int main(int count, char** arguments) {
     }
     try {
         return Run(arguments[1]);
-    } catch (const File::Exception& failure) {
-        std::fprintf(stderr, "kelmodes: %s: %s", arguments[1], StdW2A(failure.m_strMessage).c_str());
+    } catch (const kelexamples::Failure& failure) {
+        std::fprintf(stderr, "kelmodes: %s\n", failure.line.c_str());
         return 1;
     }
 }

@@ -5,10 +5,11 @@
 
 #include "Form.h"
 #include "PngFile.h"
+#include "Report.h"
 #include "Schemes.h"
 
 #include <kelcore/bitmap.h>
-#include <kelcore/file.h>
+#include <kelcore/text.h>
 
 #include <cstdio>
 
@@ -60,8 +61,7 @@ int Run(const char* path) {
         std::fprintf(stderr, "kelpainter: the system refused to paint\n");
         return 1;
     }
-    File file(StdA2W(path), GENERIC_WRITE, /*share*/ 0, /*inheritable*/ false, CREATE_ALWAYS);
-    file.Write(EncodePng(sheet));
+    WritePng(sheet, StdA2W(path));
     return 0;
 }
 
@@ -74,8 +74,8 @@ int main(int count, char** arguments) {
     }
     try {
         return Run(arguments[1]);
-    } catch (const File::Exception& failure) {
-        std::fprintf(stderr, "kelpainter: %s: %s", arguments[1], StdW2A(failure.m_strMessage).c_str());
+    } catch (const kelexamples::Failure& failure) {
+        std::fprintf(stderr, "kelpainter: %s\n", failure.line.c_str());
         return 1;
     }
 }

@@ -1,5 +1,8 @@
 #include "PngFile.h"
 
+#include "Report.h"
+#include "WholeFile.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
@@ -186,4 +189,11 @@ NarrowString EncodePng(const IBitmap& picture, PngAlpha alpha) {
     AppendChunk(file, "IDAT", Compressed(Rows(dib, channels)));
     AppendChunk(file, "IEND", {});
     return file;
+}
+
+void WritePng(const IBitmap& picture, const WideString& path) {
+    const NarrowString file = EncodePng(picture);
+    if (file.empty())
+        kelexamples::FailOn("cannot encode", path, ERROR_NOT_ENOUGH_MEMORY);
+    kelexamples::ReplaceWhole(path, file);
 }

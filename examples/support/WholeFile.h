@@ -2,7 +2,7 @@
 
 #include <kelcore/widestring.h>
 
-namespace kelalbum {
+namespace kelexamples {
 
 /// Writes a file, and removes it again if it cannot be written whole.
 /// @param creation CREATE_NEW, or CREATE_ALWAYS to write over an older file.
@@ -13,4 +13,4 @@ void WriteWhole(const WideString& path, const NarrowString& bytes, unsigned crea
 /// @throws Failure; an older file stays then.
 void ReplaceWhole(const WideString& path, const NarrowString& bytes);
 
-} // namespace kelalbum
+} // namespace kelexamples

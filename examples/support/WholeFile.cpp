@@ -5,10 +5,8 @@
 #include <kelcore/file.h>
 #include <kelcore/text.h>
 
-namespace kelalbum {
+namespace kelexamples {
 namespace {
-
-using kelexamples::FailOn;
 
 File MakeFile(const WideString& path, unsigned creation) {
     try {
@@ -50,4 +48,4 @@ void ReplaceWhole(const WideString& path, const NarrowString& bytes) {
     FailOn("cannot put into place", path, code);
 }
 
-} // namespace kelalbum
+} // namespace kelexamples
