@@ -77,15 +77,17 @@ bool ImageList::MakeStrips(int room, Strips& strips) const {
 bool ImageList::Reserve(int count) {
     if (count <= m_room)
         return true;
-    const int room = std::max(count, m_room + std::min(m_grow, INT32_MAX - m_room));
+    // A list begins with the room that was asked for; later it takes some more, if that can be had.
+    const int room = m_room == 0 ? count : std::max(count, m_room + std::min(m_grow, INT32_MAX - m_room));
     const SIZE used{Left(m_count), m_size.cy};
     Strips strips;
-    if (!MakeStrips(room, strips) || !CopyPart(strips.images.get(), 0, Images(), 0, used) ||
+    const bool grown = room > count && MakeStrips(room, strips);
+    if ((!grown && !MakeStrips(count, strips)) || !CopyPart(strips.images.get(), 0, Images(), 0, used) ||
         (HasMasks() && !CopyPart(strips.masks.get(), 0, Masks(), 0, used)))
         return false;
     m_images = std::move(strips.images);
     m_masks = std::move(strips.masks);
-    m_room = room;
+    m_room = grown ? room : count;
     return true;
 }
 

@@ -6,9 +6,16 @@
 #include "platform/modules/Guarded.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstdlib>
 
 namespace kel::platform {
 namespace {
+
+/// Whether two lengths that far from each other make one.
+bool Fit(LONG a, LONG b, int distance) {
+    return std::abs(std::int64_t{distance}) + std::max(a, b) <= INT32_MAX;
+}
 
 /// Where two images lie in one that holds both.
 struct Layout {
@@ -70,5 +77,7 @@ HIMAGELIST WINAPI ImageList_Merge(HIMAGELIST first, int firstIndex, HIMAGELIST s
         return nullptr;
     const auto below = FindListWith(first, firstIndex);
     const auto above = below ? FindListWith(second, secondIndex) : nullptr;
+    if (above && !(Fit(below->Size().cx, above->Size().cx, dx) && Fit(below->Size().cy, above->Size().cy, dy)))
+        return Fail(ERROR_INVALID_PARAMETER), nullptr;
     return above ? Guarded([&] { return Merge(*below, firstIndex, *above, secondIndex, dx, dy); }) : nullptr;
 }

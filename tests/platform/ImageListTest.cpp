@@ -100,6 +100,10 @@ TEST_CASE("images are added, replaced and removed") {
     CHECK((ImageList_GetIconSize(list, &cx, &cy) && cx == 2 && cy == 2 && !ImageList_GetIconSize(list, nullptr, &cy)));
     CHECK((ImageList_SetIconSize(list, 3, 1) && ImageList_GetImageCount(list) == 0));
     CHECK((ImageList_GetIconSize(list, &cx, &cy) && cx == 3 && cy == 1));
+    if (kel::test::FaultsAvailable()) { // other systems have limits of their own
+        const List greedy(ImageList_Create(2, 2, ILC_COLOR24, 1, INT32_MAX));
+        CHECK((ImageList_Add(greedy, Images().image.handle, nullptr) == 0 && ImageList_GetImageCount(greedy) == 2));
+    }
     CHECK((ImageList_Create(0, 2, ILC_COLOR, 1, 1) == nullptr && ImageList_Create(2, -1, ILC_COLOR, 1, 1) == nullptr));
     CHECK((!ImageList_Destroy(nullptr) && ImageList_GetImageCount(nullptr) == 0 && !ImageList_Duplicate(nullptr)));
 }
@@ -119,6 +123,10 @@ TEST_CASE("lists are merged and duplicated, and own what they hold") {
         CHECK((ImageList_GetImageCount(merged) == 1 && canvas.Of(merged, 0) == shown));
     }
     CHECK(ImageList_Merge(list, 0, nullptr, 0, 0, 0) == nullptr);
+    if (kel::test::FaultsAvailable()) { // other systems have limits of their own
+        for (const int far : {INT32_MAX, INT32_MIN, INT32_MAX - 1})
+            CHECK((!ImageList_Merge(list, 0, list, 1, far, 0) && !ImageList_Merge(list, 0, list, 1, 0, far)));
+    }
     ImageList_SetBkColor(list, kMagenta);
     const List copy(ImageList_Duplicate(list));
     ImageList_Remove(list, -1);
