@@ -171,17 +171,6 @@ const IObjectFactory& Classes() {
     return *classes;
 }
 
-bool IsAlbum(const WideString& path) {
-    BlockFileInput input(path, "album");
-    try {
-        Album album;
-        AlbumReader(input.Stream()).Read(album);
-        return true;
-    } catch (const StreamBase::Exception&) {
-        return false;
-    }
-}
-
 void ReadAlbum(const WideString& path, const char* verb, const std::function<void(const Entry&)>& visit, Keep keep) {
     BlockFileInput input(path, "album");
     Progress progress(verb);

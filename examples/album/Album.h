@@ -104,10 +104,6 @@ public:
 /// The registry of the classes above.
 const IObjectFactory& Classes();
 
-/// Whether the file at @p path begins as an album does; what is behind that may be damaged.
-/// @throws Failure if it cannot be read or is too short.
-bool IsAlbum(const WideString& path);
-
 /// Which pictures stay in memory after their entries have been looked at, for entries that repeat them.
 enum class Keep { Nothing, Thumbnails, Everything };
 

@@ -1,8 +1,7 @@
 #include "AlbumOutput.h"
 
-#include <kelcore/file.h>
-
 #include <algorithm>
+#include <typeinfo>
 
 namespace kelalbum {
 namespace {
@@ -17,16 +16,10 @@ void Writing(const WideString& path, const Work& work) {
     }
 }
 
-// Who forgets to name the album names a picture in its place.
-const WideString& Replaceable(const WideString& path) {
-    if (File::FileExists(path) && !IsAlbum(path))
-        throw Failure{Shown(path) + " is no album: it is not replaced"};
-    return path;
-}
-
 } // namespace
 
-AlbumOutput::AlbumOutput(const WideString& path) : m_path(path), m_file(Replaceable(path), /*scramble*/ false) {
+AlbumOutput::AlbumOutput(const WideString& path)
+    : m_path(path), m_file(path, /*scramble*/ false, "album", Classes().GetClassID(typeid(Album))) {
     Writing(path, [this] {
         m_objects = std::make_unique<SerializingOutputStream>(Classes(), m_file.Stream());
         m_objects->Write(Album());

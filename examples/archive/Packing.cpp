@@ -7,6 +7,7 @@
 #include <kelcore/text.h>
 
 #include <cstdio>
+#include <typeinfo>
 
 namespace kelarchive {
 namespace {
@@ -30,13 +31,11 @@ private:
 };
 
 /// @return the bytes that went into the archive's blocks.
-unsigned long long WriteTree(const Tree& tree, BlockFileOutput& output) {
-    Owned<ObjectFactory> factory(new ObjectFactory);
-    RegisterClasses(*factory);
+unsigned long long WriteTree(const Tree& tree, const ObjectFactory& factory, BlockFileOutput& output) {
     Progress progress("packing");
     progress.Expect(tree.archive.totals.bytes);
     CountingOutput counting(output.Stream(), progress);
-    SerializingOutputStream objects(*factory, counting);
+    SerializingOutputStream objects(factory, counting);
     objects.Write(tree.archive);
     return counting.Written();
 }
@@ -54,10 +53,12 @@ void Summarise(const Tree& tree, unsigned long long written) {
 void Pack(const WideString& archive, const std::vector<WideString>& paths, bool scramble) {
     Tree tree;
     Scan(tree, paths);
-    BlockFileOutput output(archive, scramble);
+    Owned<ObjectFactory> factory(new ObjectFactory);
+    RegisterClasses(*factory);
+    BlockFileOutput output(archive, scramble, "archive", factory->GetClassID(typeid(Archive)));
     unsigned long long written = 0;
     try {
-        written = WriteTree(tree, output);
+        written = WriteTree(tree, *factory, output);
         output.Commit();
     } catch (const StreamBase::Exception& error) {
         throw Failure{"cannot write " + Shown(archive) + ": " + FirstLine(error.message)};

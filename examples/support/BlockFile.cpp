@@ -34,10 +34,24 @@ bool IsScrambled(const WideString& path, const char* kind) {
     }
 }
 
+// What is behind the first object may be damaged.
+bool BeginsWith(const WideString& path, const char* kind, int firstClass) {
+    BlockFileInput input(path, kind);
+    try {
+        int found = 0;
+        input.Stream() >> found;
+        return found == firstClass;
+    } catch (const StreamBase::Exception&) {
+        return false;
+    }
+}
+
 } // namespace
 
-BlockFileOutput::BlockFileOutput(const WideString& path, bool scramble)
+BlockFileOutput::BlockFileOutput(const WideString& path, bool scramble, const char* kind, int firstClass)
     : m_path(File::GetFullPath(path)), m_partPath(m_path + u".part"_w) {
+    if (File::FileExists(m_path) && !BeginsWith(m_path, kind, firstClass))
+        throw Failure{Shown(m_path) + " is no " + kind + ": it is not replaced"};
     try {
         m_file = std::make_unique<FileOutputStream>(m_partPath);
     } catch (const StreamBase::Exception& error) {

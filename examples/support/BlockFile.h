@@ -11,8 +11,11 @@ namespace kelexamples {
 /// is scrambled, through the scrambling layer, into the file.
 class BlockFileOutput {
 public:
-    /// @throws Failure if the file cannot be made.
-    BlockFileOutput(const WideString& path, bool scramble);
+    /// @param kind what the file is called in messages, such as "archive".
+    /// @param firstClass the identifier of the object's class that files of the kind begin with: no other file is
+    ///        replaced, as whoever forgets to name the archive names one that is to be packed.
+    /// @throws Failure if the file cannot be made, or something else is there.
+    BlockFileOutput(const WideString& path, bool scramble, const char* kind, int firstClass);
     /// Removes what was written unless Commit took place.
     ~BlockFileOutput();
     BlockFileOutput(const BlockFileOutput&) = delete;

@@ -61,7 +61,7 @@ FileData EntryOf(const WideString& path) {
 void MakeArchiveWithName(const String& path, const WideString& name) {
     Owned<ObjectFactory> factory(new ObjectFactory);
     RegisterClasses(*factory);
-    BlockFileOutput output(path, false);
+    BlockFileOutput output(path, false, "archive", factory->GetClassID(typeid(kelarchive::Archive)));
     kelarchive::Archive archive;
     auto* const folder = new Folder;
     folder->name = name;
@@ -139,6 +139,9 @@ TEST_CASE("what cannot be packed is refused with one line and leaves no archive"
                    }),
                    "are named tree"));
     CHECK_FALSE(File::FileExists(sample.Archive()));
+    const String text = sample.folder.Write("text", "no archive at all");
+    CHECK(Contains(FailureOf([&] { Pack(text, {sample.Tree()}, false); }), "is no archive: it is not replaced"));
+    CHECK(sample.folder.Read("text") == "no archive at all");
 }
 
 TEST_CASE("a failing platform call ends packing with one line and leaves nothing behind") {
