@@ -164,7 +164,28 @@ PackedDib PackedDib::Adopt(HGLOBAL block) {
         return {};
     const std::optional<DibLayout> layout = ExamineDib({memory, GlobalSize(block)});
     GlobalUnlock(block);
-    return layout ? PackedDib(block, *layout) : PackedDib();
+    if (!layout)
+        return {};
+    PackedDib dib(block, *layout);
+    dib.DropMasks();
+    return dib;
+}
+
+void PackedDib::DropMasks() {
+    const DibLock lock(*this);
+    if (!lock)
+        return;
+    BITMAPINFOHEADER header;
+    BYTE* const memory = lock.Memory().data();
+    std::memcpy(&header, memory, kHeaderBytes);
+    const std::size_t masks = m_layout.table - header.biSize;
+    if (masks == 0)
+        return;
+    header.biCompression = BI_RGB;
+    std::memcpy(memory, &header, kHeaderBytes);
+    std::memmove(memory + header.biSize, memory + m_layout.table, m_layout.TotalBytes() - m_layout.table);
+    m_layout.table -= masks;
+    m_layout.rows -= masks;
 }
 
 PackedDib PackedDib::Copy() const {

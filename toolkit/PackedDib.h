@@ -68,7 +68,9 @@ public:
     static PackedDib Make(std::int64_t width, std::int64_t height, int depth, std::size_t colours = 0);
     /// A picture that begins with @p front, the bytes before the rows, which @p layout was made from; pixels are zero.
     static PackedDib Make(const DibLayout& layout, std::span<const BYTE> front);
-    /// Takes a block over. @return an empty object, and the block stays the caller's, unless it holds a whole bitmap.
+    /// Takes a block over, and the masks behind its header out of it: they say what the depth says anyway, and clients
+    /// look for pixels where header and table end.
+    /// @return an empty object, and the block stays the caller's as it was, unless it holds a whole bitmap.
     static PackedDib Adopt(HGLOBAL block);
 
     explicit operator bool() const { return m_block != nullptr; }
@@ -77,6 +79,8 @@ public:
 
     /// A copy of header, table and rows in a block of its own; an empty object if there is no memory.
     PackedDib Copy() const;
+    /// Takes out masks that stand behind the header, if there are any.
+    void DropMasks();
     /// Gives the block away.
     HGLOBAL Release();
 

@@ -199,8 +199,10 @@ SHORT ReadBitmap(PackedDib& dib, Bytes content, const Budget& budget) {
         return kOverBudget;
     PackedDib made = PackedDib::Make(*layout, front);
     const SHORT status = made ? ReadRows(made, header, compressed) : kOverBudget;
-    if (status == kLoaded)
-        dib = std::move(made);
+    if (status != kLoaded)
+        return status;
+    made.DropMasks();
+    dib = std::move(made);
     return status;
 }
 

@@ -108,19 +108,9 @@ TEST_CASE("settings take what has a meaning") {
 
 TEST_CASE("a whole packed bitmap is taken over as it is, in its block") {
     const Shape rows[] = {
-        {1, 1, 1},
-        {33, 3, 1, 1},
-        {7, 5, 4},
-        {7, -5, 4, 3},
-        {9, 2, 8},
-        {9, 2, 8, 200},
-        {3, 2, 16},
-        {3, 3, 24},
-        {3, -3, 24, 5},
-        {3, 2, 32},
-        {3, 2, 32, 0, 124},
-        {3, 2, 16, 0, 40, BI_BITFIELDS, kPlain16},
-        {5, 1, 32, 0, 108, BI_BITFIELDS, kPlain32},
+        {1, 1, 1},      {33, 3, 1, 1},  {7, 5, 4},          {7, -5, 4, 3},
+        {9, 2, 8},      {9, 2, 8, 200}, {3, 2, 16},         {3, 3, 24},
+        {3, -3, 24, 5}, {3, 2, 32},     {3, 2, 32, 0, 124}, {5, 1, 32, 0, 108, BI_BITFIELDS, kPlain32},
     };
     const Control control;
     HGLOBAL last = nullptr;
@@ -145,8 +135,22 @@ TEST_CASE("a whole packed bitmap is taken over as it is, in its block") {
     CHECK(GlobalFlags(last) == GMEM_INVALID_HANDLE);
     CHECK(control.Get(toolkit::GetDibHandle) == nullptr);
     CHECK(control.Get(toolkit::CopyDibHandle) == nullptr);
-    CHECK(BytesOf<Bytes>(copy) == DibOf(rows[12]));
+    CHECK(BytesOf<Bytes>(copy) == DibOf(rows[11]));
     GlobalFree(copy);
+}
+
+TEST_CASE("masks behind a header go: pixels lie where header and table end") {
+    const Control control;
+    for (const WORD depth : {16, 32}) {
+        CAPTURE(depth);
+        const std::initializer_list<DWORD> masks = depth == 16 ? kPlain16 : kPlain32;
+        const HGLOBAL block = BlockOf(DibOf({3, -2, depth, 2, 40, BI_BITFIELDS, masks}));
+        REQUIRE(control(toolkit::SetDibHandle, block) == S_OK);
+        CHECK(control.Get(toolkit::GetDibHandle) == block);
+        const HGLOBAL copy = control.Get(toolkit::CopyDibHandle);
+        CHECK(BytesOf<Bytes>(copy) == DibOf({3, -2, depth, 2}));
+        GlobalFree(copy);
+    }
 }
 
 TEST_CASE("what is no whole packed bitmap is refused and stays the caller's") {

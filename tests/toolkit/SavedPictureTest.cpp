@@ -49,7 +49,7 @@ TEST_CASE("saving keeps every byte of a packed bitmap, at every depth") {
             CheckLossless(DibOf({61, height, depth}, 77));
             CheckLossless(DibOf({61, height, depth, depth == 1 ? 1U : 7U, 124}, 78)); // short tables, long headers
         }
-    CheckLossless(DibOf({5, 5, 32, 0, 40, BI_BITFIELDS, {0xFF0000, 0x00FF00, 0x0000FF}}));
+    CheckLossless(DibOf({5, 5, 32, 0, 108, BI_BITFIELDS, {0xFF0000, 0x00FF00, 0x0000FF}}));
     Bytes smooth = DibOf({300, 200, 24});
     for (std::size_t i = 40; i < smooth.size(); ++i)
         smooth[i] = static_cast<BYTE>(i / 900 + i % 900 / 3);
