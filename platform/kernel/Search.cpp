@@ -1,4 +1,5 @@
 #include "platform/kernel/Attributes.h"
+#include "platform/kernel/Descriptor.h"
 #include "platform/kernel/Faults.h"
 #include "platform/kernel/FullPath.h"
 #include "platform/kernel/Handles.h"
@@ -13,7 +14,6 @@
 #include <fcntl.h>
 #include <mutex>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace kel::platform {
 namespace {
@@ -43,15 +43,10 @@ public:
     // A search whose one entry is already given.
     Search() : Object(kKind), m_pattern("*") {}
 
-    // Takes the descriptor of an open folder over.
-    Search(int folder, std::string_view pattern, bool isRoot)
-        : Object(kKind), m_folder(folder), m_pattern(pattern), m_dotsGiven(isRoot || !m_pattern.MatchesDots() ? 2 : 0),
+    Search(Descriptor folder, std::string_view pattern, bool isRoot)
+        : Object(kKind), m_folder(std::move(folder)), m_pattern(pattern),
+          m_dotsGiven(isRoot || !m_pattern.MatchesDots() ? 2 : 0),
           m_block(std::make_unique_for_overwrite<char[]>(kBlockSize)) {}
-
-    ~Search() override {
-        if (m_folder != -1)
-            close(m_folder);
-    }
 
     bool Next(WIN32_FIND_DATAA& entry) {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -80,7 +75,7 @@ private:
 
     bool Tell(const char* hostName, std::string_view name, unsigned char type, WIN32_FIND_DATAA& entry) {
         EntryFacts facts;
-        const int error = ListedFacts(m_folder, hostName, facts);
+        const int error = ListedFacts(m_folder.Get(), hostName, facts);
         m_vanished = error == ENOENT;
         if (m_vanished)
             return false;
@@ -99,7 +94,7 @@ private:
     }
 
     bool ReadBlock() {
-        const ssize_t size = m_folder == -1 ? 0 : getdents64(m_folder, m_block.get(), kBlockSize);
+        const ssize_t size = !m_folder ? 0 : getdents64(m_folder.Get(), m_block.get(), kBlockSize);
         if (size < 0)
             return FailFromHost();
         m_next = 0;
@@ -108,7 +103,7 @@ private:
     }
 
     std::mutex m_mutex;
-    const int m_folder = -1;
+    const Descriptor m_folder;
     const NamePattern m_pattern;
     int m_dotsGiven = 2;
     bool m_vanished = false; // the last entry went away between the host's list and the look at it
@@ -155,42 +150,41 @@ SearchPointer FindOne(const std::string& path, WIN32_FIND_DATAA& entry) {
     return TellEntry(facts, name, entry) ? std::make_shared<Search>() : nullptr;
 }
 
-int OpenHostFolder(const std::string& host) {
-    return open(host.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+Descriptor OpenHostFolder(const std::string& host) {
+    return Descriptor(open(host.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
 }
 
 // The folder spelled otherwise than on the host, or not there.
-int OpenFolderIgnoringCase(std::string_view path, std::string& host) {
+Descriptor OpenFolderIgnoringCase(std::string_view path, std::string& host) {
     while (!path.empty() && IsSeparator(path.back()))
         path.remove_suffix(1);
     struct stat existing;
     if (const DWORD error = ResolveHostPath(path, host, existing)) {
         Fail(error);
-        return -1;
+        return {};
     }
-    const int folder = existing.st_mode == 0 ? -1 : OpenHostFolder(host);
+    Descriptor folder = existing.st_mode == 0 ? Descriptor() : OpenHostFolder(host);
     if (existing.st_mode == 0)
         Fail(ERROR_PATH_NOT_FOUND);
-    else if (folder == -1)
+    else if (!folder)
         Fail(errno == ENOTDIR ? ERROR_DIRECTORY : ErrorFromHost(errno));
     return folder;
 }
 
-// Opens the folder that stands before a pattern. @return -1 with the last error set on failure.
-int OpenFolder(std::string_view path, std::string& host) {
+// Opens the folder that stands before a pattern. @return none with the last error set on failure.
+Descriptor OpenFolder(std::string_view path, std::string& host) {
     if (path.empty())
         path = ".";
     if (const DWORD error = TranslateHostPath(path, host)) {
         Fail(error);
-        return -1;
+        return {};
     }
-    const int folder = OpenHostFolder(host);
-    if (folder != -1)
+    if (Descriptor folder = OpenHostFolder(host))
         return folder;
     if (errno == ENOENT || errno == ENOTDIR)
         return OpenFolderIgnoringCase(path, host);
     FailFromHost();
-    return -1;
+    return {};
 }
 
 bool IsRoot(int folder, const std::string& host) {
@@ -210,10 +204,11 @@ SearchPointer FindMatching(std::string_view folderPath, std::string_view pattern
     if (!CanBePattern(pattern))
         return Refuse(ERROR_INVALID_NAME);
     std::string host;
-    const int folder = OpenFolder(folderPath, host);
-    if (folder == -1)
+    Descriptor folder = OpenFolder(folderPath, host);
+    if (!folder)
         return nullptr;
-    auto search = std::make_shared<Search>(folder, pattern, IsRoot(folder, host));
+    const bool isRoot = IsRoot(folder.Get(), host);
+    auto search = std::make_shared<Search>(std::move(folder), pattern, isRoot);
     if (search->Next(entry))
         return search;
     return GetLastError() == ERROR_NO_MORE_FILES ? Refuse(ERROR_FILE_NOT_FOUND) : nullptr;

@@ -1,10 +1,12 @@
 // What a host has that Windows has not: names of any bytes, names that differ in case only, links that are nothing
 // special. Only the layer can be asked about these.
 #include "Workplace.h"
+#include "tests/support/AllocationMeter.h"
 
 #include <kelcore/platform/testing.h>
 
 #include <functional>
+#include <new>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
@@ -33,7 +35,29 @@ WIN32_FIND_DATAA Entry(const std::string& name) {
     return entry;
 }
 
+int LowestFreeDescriptor() {
+    const int descriptor = dup(STDERR_FILENO);
+    close(descriptor);
+    return descriptor;
+}
+
 } // namespace
+
+TEST_CASE("a search that finds no memory keeps no folder open") {
+    const Workplace place;
+    const int lowest = LowestFreeDescriptor();
+    int refused = -1;
+    do {
+        WIN32_FIND_DATAA entry;
+        RefuseAllocation(++refused);
+        try {
+            FindClose(FindFirstFileA("*", &entry));
+        } catch (const std::bad_alloc&) {
+        }
+    } while (RefusalIsMet());
+    CHECK(refused > 1);
+    CHECK(LowestFreeDescriptor() == lowest);
+}
 
 TEST_CASE("every host name is shown, found again and deleted, under every code page") {
     // é, or a letter whose second byte in the page is a backslash
