@@ -26,8 +26,8 @@ BitmapBase::DibSrc::DibSrc(const BITMAPINFO* header, const void* bits, unsigned 
 bool BitmapBase::DibSrc::Blt(HDC dc, const Rect& source, const Rect& target) const {
     if (!m_pInfo || !m_pBits || !dc)
         return false;
-    const LONG height = m_pInfo->bmiHeader.biHeight;
-    const int firstLine = height > 0 ? static_cast<int>(height - source.bottom) : static_cast<int>(source.top);
+    const std::int64_t height = m_pInfo->bmiHeader.biHeight;
+    const int firstLine = static_cast<int>(height > 0 ? height - source.bottom : source.top);
     SetStretchBltMode(dc, COLORONCOLOR);
     const int lines =
         StretchDIBits(dc, target.left, target.top, Width(target), Height(target), source.left, firstLine, Width(source),

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <optional>
 
 namespace {
@@ -86,6 +87,14 @@ std::optional<PackedDib> Examine(const char* block, std::size_t size) {
     return dib;
 }
 
+// A picture class may make another picture than it was asked for, as when its store counts sides in fewer bits.
+bool IsAsAsked(const IBitmap& picture, const PackedDib& dib) {
+    const Size made = picture.GetDimension();
+    return made.cx == dib.header.biWidth && made.cy == static_cast<LONG>(dib.height) &&
+           picture.GetBitsPerPixel() == dib.header.biBitCount &&
+           picture.GetScanlineSize() == static_cast<int>(dib.rowBytes);
+}
+
 void CopyRows(char* to, const PackedDib& dib) {
     if (dib.header.biHeight > 0) {
         std::memcpy(to, dib.rows, dib.rowBytes * dib.height);
@@ -115,14 +124,18 @@ bool FillTable(IBitmap& picture, const PackedDib& dib) {
     return true;
 }
 
+struct Unlock {
+    void operator()(void* block) const { GlobalUnlock(block); }
+};
+
 } // namespace
 
 bool BitmapBase::SetDib(void* block) {
     void* const dib = GlobalLock(block);
+    // A picture class of a toolkit may throw; the block stays the caller's.
+    const std::unique_ptr<void, Unlock> locked(block);
     const SIZE_T most = std::numeric_limits<int>::max();
-    const bool done = SetDib(dib, static_cast<int>(std::min<SIZE_T>(GlobalSize(block), most)));
-    GlobalUnlock(block);
-    return done;
+    return SetDib(dib, static_cast<int>(std::min<SIZE_T>(GlobalSize(block), most)));
 }
 
 bool BitmapBase::SetDib(void* dib, int size) {
@@ -133,7 +146,8 @@ bool BitmapBase::SetDib(void* dib, int size) {
         return false;
     SetEmpty();
     const Size dimension(packed->header.biWidth, static_cast<int>(packed->height));
-    if (CreateBitmap(dimension, packed->header.biBitCount) && FillRows(*this, *packed) && FillTable(*this, *packed))
+    if (CreateBitmap(dimension, packed->header.biBitCount) && IsAsAsked(*this, *packed) && FillRows(*this, *packed) &&
+        FillTable(*this, *packed))
         return true;
     SetEmpty();
     return false;

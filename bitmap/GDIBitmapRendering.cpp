@@ -1,3 +1,4 @@
+#include "bitmap/DrawGeometry.h"
 #include "bitmap/ImageRecord.h"
 #include "bitmap/PlatformDrawing.h"
 #include "bitmap/Rectangles.h"
@@ -25,6 +26,9 @@ bool GDIBitmap::Draw(HDC dc, const Rect& target, const Rect& source, unsigned lo
 
 bool GDIBitmap::TransparentDraw(HDC dc, const Rect& target, unsigned long color, BM_Mode mode,
                                 XSize<double> scale) const {
+    // Drawing nothing asks nothing of the system.
+    if (!kel::HasPlace(scale, target))
+        return true;
     return m_pImage->FollowTable() && InternalDraw(TransparentSrc(m_pImage->handle, color), dc, target, mode, scale);
 }
 
@@ -34,6 +38,8 @@ bool GDIBitmap::TransparentDraw(HDC dc, const Rect& target, const Rect& source, 
 
 bool GDIBitmap::AlphaDraw(HDC dc, const Rect& target, double opacity, bool perPixel, BM_Mode mode,
                           XSize<double> scale) const {
+    if (!kel::HasPlace(scale, target))
+        return true;
     const AlphaSrc blend(m_pImage->handle, perPixel, OpacityByte(opacity));
     return m_pImage->FollowTable() && InternalDraw(blend, dc, target, mode, scale);
 }

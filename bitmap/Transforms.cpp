@@ -49,10 +49,12 @@ Rendering RenderExact(double width, double height, const Size& source, IBitmap::
     return {width * height / area, Size(kel::Rounded(width), kel::Rounded(height)), mode, scale};
 }
 
-// The growth is counted in whole numbers.
+// The growth is counted in whole numbers; areas need all 64 bits.
 Rendering RenderWhole(const Rect& target, const Size& source, IBitmap::BM_Mode mode, XSize<double> scale) {
-    const std::int64_t growth = kel::WidthOf(target) * kel::HeightOf(target) / (std::int64_t{source.cx} * source.cy);
-    return {double(growth), Size(int(kel::WidthOf(target)), int(kel::HeightOf(target))), mode, scale};
+    const auto width = static_cast<std::uint64_t>(kel::WidthOf(target));
+    const auto height = static_cast<std::uint64_t>(kel::HeightOf(target));
+    const std::uint64_t growth = width * height / static_cast<std::uint64_t>(std::int64_t{source.cx} * source.cy);
+    return {double(growth), Size(int(width), int(height)), mode, scale};
 }
 
 Rendering PlanRendering(const Size& source, const Rect& target, IBitmap::BM_Mode mode, XSize<double> scale) {

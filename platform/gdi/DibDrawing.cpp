@@ -17,7 +17,7 @@ struct DibBox {
 
 // From the top, as everything else counts.
 int TopOf(const DibFormat& format, const DibBox& from) {
-    return format.topDown ? from.y : format.height - from.y - from.height;
+    return static_cast<int>(format.topDown ? from.y : std::int64_t{format.height} - from.y - from.height);
 }
 
 bool IsInside(const DibFormat& format, const DibBox& from) {

@@ -106,6 +106,19 @@ TEST_CASE_TEMPLATE("what is no whole packed bitmap is refused and changes nothin
     CHECK(denying.IsEmpty());
 }
 
+TEST_CASE("a picture class that makes another picture than it was asked for gets no rows") {
+    struct : MemoryPicture {
+        bool CreateBitmap(const Size& size, int bits) override {
+            return MemoryPicture::CreateBitmap(Size(size.cx & 0xFF, size.cy & 0xFF), bits);
+        }
+    } small;
+    CHECK(Import(small, {255, 1, 1, 8 + 32}));
+    CHECK_FALSE(Import(small, {0x104, 1, 1, 8 + 36}));
+    CHECK(small.IsEmpty());
+    CHECK_FALSE(Import(small, {1, 0x101, 1, 8 + 4 * 0x101}));
+    CHECK(small.IsEmpty());
+}
+
 TEST_CASE("a movable block goes in and comes out again") {
     struct Overriding : MemoryPicture {
         using MemoryPicture::SetDib;
@@ -120,6 +133,12 @@ TEST_CASE("a movable block goes in and comes out again") {
     GlobalUnlock(block);
     CHECK((other.SetDib(block) && BytesOf(other) == BytesOf(picture)));
     CHECK(other.asked == static_cast<int>(GlobalSize(block)));
+    struct : MemoryPicture {
+        using MemoryPicture::SetDib;
+        bool SetDib(void*, int) override { throw 1; }
+    } throwing;
+    CHECK_THROWS(throwing.SetDib(block));
+    CHECK((GlobalFlags(block) & GMEM_LOCKCOUNT) == 0);
     GlobalFree(block);
     CHECK_FALSE(other.SetDib(nullptr));
     CHECK(GDIBitmap().GetDibClone() == nullptr);

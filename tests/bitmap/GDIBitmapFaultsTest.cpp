@@ -66,3 +66,16 @@ TEST_CASE("a failing call of the system leaves every picture as stated, and copi
     }
     CheckPixels(rgb, PixelsOf(Painted({4, 4}, 32)));
 }
+
+TEST_CASE("drawing nothing asks nothing of the system") {
+    GDIBitmap indexed;
+    REQUIRE(indexed.CreateBitmap({4, 4}, 8));
+    const std::pair<Rect, XSize<double>> nothing[] = {{kPart, {0, 1}}, {{5, 0, 5, 9}, {1, 1}}};
+    for (const auto& [target, scale] : nothing) {
+        kel::test::ArmFault(1, ERROR_NOT_ENOUGH_MEMORY);
+        CHECK(indexed.Draw(nullptr, target, IBitmap::BM_Tile, scale));
+        CHECK(indexed.TransparentDraw(nullptr, target, 0xFF, IBitmap::BM_Tile, scale));
+        CHECK(indexed.AlphaDraw(nullptr, target, 0.5, false, IBitmap::BM_Tile, scale));
+        CHECK_FALSE(kel::test::DisarmFault());
+    }
+}
