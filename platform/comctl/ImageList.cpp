@@ -137,9 +137,9 @@ int ImageList::Add(HBITMAP image, HBITMAP mask) {
     if (count == 0)
         return Fail(ERROR_INVALID_PARAMETER), -1;
     const int first = m_count;
+    std::vector<bool> alpha(static_cast<std::size_t>(count)); // nothing below throws once the count is raised
     if (!SetCount(first + count))
         return -1;
-    std::vector<bool> alpha;
     if (!Put(first, count, image, mask) || !FindAlpha(first, count, alpha)) {
         m_alpha.resize(static_cast<std::size_t>(m_count = first));
         return -1;

@@ -142,10 +142,6 @@ UINT WINAPI GetACP() {
     return AnsiPage();
 }
 
-UINT WINAPI GetOEMCP() {
-    return GetACP();
-}
-
 BOOL WINAPI IsValidCodePage(UINT codePage) {
     return codePage > CP_THREAD_ACP && Page(codePage).Known();
 }

@@ -91,14 +91,6 @@ int WINAPI GetPolyFillMode(HDC dc) {
     return Get("GetPolyFillMode", dc, &ContextState::fillMode, 0);
 }
 
-int WINAPI SetArcDirection(HDC dc, int direction) {
-    return SetMode("SetArcDirection", dc, &ContextState::arcDirection, direction, AD_COUNTERCLOCKWISE, AD_CLOCKWISE);
-}
-
-int WINAPI GetArcDirection(HDC dc) {
-    return Get("GetArcDirection", dc, &ContextState::arcDirection, 0);
-}
-
 int WINAPI SetStretchBltMode(HDC dc, int mode) {
     return SetMode("SetStretchBltMode", dc, &ContextState::stretchMode, mode, BLACKONWHITE, HALFTONE);
 }

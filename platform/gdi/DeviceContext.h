@@ -50,7 +50,6 @@ struct ContextState {
     int characterExtra = 0;
     float miterLimit = 10;
     int fillMode = ALTERNATE;
-    int arcDirection = AD_COUNTERCLOCKWISE;
     std::optional<DrawingPath> path; ///< in device units
     bool pathIsOpen = false;         ///< drawing adds to it
 };

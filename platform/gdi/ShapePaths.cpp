@@ -26,10 +26,6 @@ struct Oval {
         const double dy = down * (std::sin(angle) + onwards * std::cos(angle));
         return {static_cast<LONG>(std::lround(x + dx)), static_cast<LONG>(std::lround(y + dy))};
     }
-
-    double AngleOf(POINT point) const {
-        return std::atan2((point.y - y) * std::max(across, 0.5), (point.x - x) * std::max(down, 0.5));
-    }
 };
 
 /// Adds curves from where the path is, at most a quarter of a round each.
@@ -90,24 +86,6 @@ DrawingPath RoundRectPath(const RECT& box, int width, int height) {
         angle -= kPi / 2;
     }
     path.Close();
-    return path;
-}
-
-DrawingPath ArcPath(const RECT& box, POINT start, POINT end, bool clockwise, ArcKind kind) {
-    const Oval oval(box);
-    const double from = oval.AngleOf(start);
-    double sweep = oval.AngleOf(end) - from;
-    if (clockwise && sweep <= 0)
-        sweep += 2 * kPi;
-    else if (!clockwise && sweep >= 0)
-        sweep -= 2 * kPi;
-    DrawingPath path;
-    path.MoveTo(oval.At(from));
-    AddArc(path, oval, from, sweep);
-    if (kind == ArcKind::Pie)
-        path.LineTo({static_cast<LONG>(std::floor(oval.x)), static_cast<LONG>(std::floor(oval.y))});
-    if (kind != ArcKind::Arc)
-        path.Close();
     return path;
 }
 

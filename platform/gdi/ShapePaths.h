@@ -13,10 +13,4 @@ DrawingPath RectanglePath(const RECT& box);
 DrawingPath EllipsePath(const RECT& box);
 DrawingPath RoundRectPath(const RECT& box, int width, int height);
 
-/// How a part of an ellipse is closed.
-enum class ArcKind { Arc, Chord, Pie };
-
-/// @param start, end points on the rays from the middle to the arc's ends; on one ray: all of the ellipse.
-DrawingPath ArcPath(const RECT& box, POINT start, POINT end, bool clockwise, ArcKind kind);
-
 } // namespace kel::platform

@@ -130,25 +130,6 @@ bool DrawRoundRect(DeviceContext& context, const RECT& logical, const SIZE& corn
     return true;
 }
 
-/// The corners of calls of arcs.
-struct ArcPoints {
-    RECT box;
-    POINT start;
-    POINT end;
-};
-
-BOOL DrawArc(const char* name, HDC dc, const ArcPoints& points, ArcKind kind) {
-    return OnContext(name, dc, [&](DeviceContext& context) {
-        const RECT box = OutlineOf(context, points.box).box;
-        if (!HasPixels(box))
-            return true;
-        const bool clockwise = context.State().arcDirection == AD_CLOCKWISE;
-        DrawPath(context, ArcPath(box, context.ToDevice(points.start), context.ToDevice(points.end), clockwise, kind),
-                 /*filled*/ kind != ArcKind::Arc);
-        return true;
-    });
-}
-
 } // namespace
 
 void FillFigures(DeviceContext& context, const std::vector<Figure>& figures) {
@@ -184,16 +165,4 @@ BOOL WINAPI RoundRect(HDC dc, int left, int top, int right, int bottom, int widt
     return OnContext("RoundRect", dc, [&](DeviceContext& context) {
         return DrawRoundRect(context, {left, top, right, bottom}, {width, height});
     });
-}
-
-BOOL WINAPI Arc(HDC dc, int left, int top, int right, int bottom, int startX, int startY, int endX, int endY) {
-    return DrawArc("Arc", dc, {{left, top, right, bottom}, {startX, startY}, {endX, endY}}, ArcKind::Arc);
-}
-
-BOOL WINAPI Chord(HDC dc, int left, int top, int right, int bottom, int startX, int startY, int endX, int endY) {
-    return DrawArc("Chord", dc, {{left, top, right, bottom}, {startX, startY}, {endX, endY}}, ArcKind::Chord);
-}
-
-BOOL WINAPI Pie(HDC dc, int left, int top, int right, int bottom, int startX, int startY, int endX, int endY) {
-    return DrawArc("Pie", dc, {{left, top, right, bottom}, {startX, startY}, {endX, endY}}, ArcKind::Pie);
 }

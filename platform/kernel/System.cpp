@@ -97,20 +97,6 @@ ULONGLONG WINAPI GetTickCount64(void) {
     return static_cast<ULONGLONG>(Nanoseconds(CLOCK_BOOTTIME) / 1'000'000);
 }
 
-DWORD WINAPI GetTickCount(void) {
-    return static_cast<DWORD>(GetTickCount64());
-}
-
-BOOL WINAPI QueryPerformanceCounter(LARGE_INTEGER* ticks) {
-    ticks->QuadPart = Nanoseconds(CLOCK_MONOTONIC) / 100;
-    return TRUE;
-}
-
-BOOL WINAPI QueryPerformanceFrequency(LARGE_INTEGER* ticksPerSecond) {
-    ticksPerSecond->QuadPart = 10'000'000;
-    return TRUE;
-}
-
 void WINAPI GetSystemTimeAsFileTime(LPFILETIME time) {
     timespec now;
     clock_gettime(CLOCK_REALTIME, &now);

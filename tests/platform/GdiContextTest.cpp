@@ -38,6 +38,7 @@ TEST_CASE("a context remembers its colours and modes") {
     CHECK((SetTextColor(memory, RGB(1, 2, 3)) == RGB(0, 0, 0) && GetTextColor(memory) == RGB(1, 2, 3)));
     CHECK((SetBkColor(memory, RGB(4, 5, 6)) == RGB(255, 255, 255) && GetBkColor(memory) == RGB(4, 5, 6)));
     CHECK(SetDCBrushColor(memory, RGB(7, 8, 9)) == RGB(255, 255, 255));
+    CHECK((SetDCPenColor(memory, RGB(7, 8, 9)) == RGB(0, 0, 0) && SetDCPenColor(memory, 0) == RGB(7, 8, 9)));
     const std::tuple<int(WINAPI*)(HDC, int), int(WINAPI*)(HDC), int, int, int> modes[] = {
         {SetBkMode, GetBkMode, TRANSPARENT, OPAQUE, OPAQUE},
         {SetROP2, GetROP2, R2_BLACK, R2_WHITE, R2_COPYPEN},

@@ -23,8 +23,9 @@ bool Lock(HANDLE file, Range range, DWORD flags = kExclusive) {
 }
 
 bool Unlock(HANDLE file, Range range) {
-    return UnlockFile(file, static_cast<DWORD>(range.offset), static_cast<DWORD>(range.offset >> 32),
-                      static_cast<DWORD>(range.length), static_cast<DWORD>(range.length >> 32)) != FALSE;
+    OVERLAPPED at = At(range.offset);
+    return UnlockFileEx(file, 0, static_cast<DWORD>(range.length), static_cast<DWORD>(range.length >> 32), &at) !=
+           FALSE;
 }
 
 // Two openings of one file of ten bytes.

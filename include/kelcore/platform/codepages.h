@@ -45,9 +45,6 @@ extern "C" {
 /// The variable is read once, at the first call that needs it; a value that is no known page counts as unset.
 KELPLATFORM_API UINT WINAPI GetACP(void);
 
-/// The OEM code page. It is the ANSI code page here: a host without a DOS console has no other one.
-KELPLATFORM_API UINT WINAPI GetOEMCP(void);
-
 /// @return whether @p codePage is known. The symbolic numbers (CP_ACP, CP_OEMCP ...) are not numbers of pages.
 KELPLATFORM_API BOOL WINAPI IsValidCodePage(UINT codePage);
 

@@ -5,17 +5,11 @@
 ///
 /// Lines and outlines are drawn with the context's pen, insides with its brush, both combined with what is there by the
 /// mode of SetROP2. Gaps of styled pens and hatches are drawn in the background colour, or not at all where the
-/// background mode is TRANSPARENT. While a path is open (drawingpaths.h) the calls up to SetArcDirection add to it.
+/// background mode is TRANSPARENT. While a path is open (drawingpaths.h) the calls up to PolyPolygon add to it.
 /// FALSE is returned with ERROR_INVALID_HANDLE for what is no context, ERROR_INVALID_PARAMETER for too few points.
 
 #include <kelcore/platform/drawingpaths.h>
 #include <kelcore/platform/pens.h>
-
-/// @name Directions of arcs
-/// @{
-#define AD_COUNTERCLOCKWISE 1
-#define AD_CLOCKWISE 2
-/// @}
 
 /// @name Borders of DrawEdge
 /// An outer and an inner line, each raised or sunken.
@@ -66,11 +60,6 @@ KELPLATFORM_API BOOL WINAPI PolyPolyline(HDC dc, const POINT* points, const DWOR
 /// @param count 1 more than a multiple of 3; of PolyBezierTo a multiple of 3.
 KELPLATFORM_API BOOL WINAPI PolyBezier(HDC dc, const POINT* points, DWORD count);
 KELPLATFORM_API BOOL WINAPI PolyBezierTo(HDC dc, const POINT* points, DWORD count);
-
-/// A part of an ellipse in the rectangle, from where the ray to the start point crosses it to where the ray to the end
-/// point does, in the arc direction. The same points make the whole ellipse.
-KELPLATFORM_API BOOL WINAPI Arc(HDC dc, int left, int top, int right, int bottom, int startX, int startY, int endX,
-                                int endY);
 /// @}
 
 /// @name Shapes
@@ -82,24 +71,12 @@ KELPLATFORM_API BOOL WINAPI Ellipse(HDC dc, int left, int top, int right, int bo
 /// @param width, height of the ellipse whose quarters are the corners.
 KELPLATFORM_API BOOL WINAPI RoundRect(HDC dc, int left, int top, int right, int bottom, int width, int height);
 
-/// An arc closed by a line (Chord), or by two to the middle (Pie).
-/// @{
-KELPLATFORM_API BOOL WINAPI Chord(HDC dc, int left, int top, int right, int bottom, int startX, int startY, int endX,
-                                  int endY);
-KELPLATFORM_API BOOL WINAPI Pie(HDC dc, int left, int top, int right, int bottom, int startX, int startY, int endX,
-                                int endY);
-/// @}
-
 /// Closed by a line from the last point to the first. @param count at least 2.
 KELPLATFORM_API BOOL WINAPI Polygon(HDC dc, const POINT* points, int count);
 
 /// Several polygons, filled as one by the fill mode. @param counts of the points of each, at least 2 each.
 KELPLATFORM_API BOOL WINAPI PolyPolygon(HDC dc, const POINT* points, const int* counts, int polygons);
 /// @}
-
-/// The direction of arcs, at first AD_COUNTERCLOCKWISE. @return the previous one, 0 on failure.
-KELPLATFORM_API int WINAPI SetArcDirection(HDC dc, int direction);
-KELPLATFORM_API int WINAPI GetArcDirection(HDC dc);
 
 /// @name Fills and frames
 /// They take no notice of the pen, the mode of SetROP2 and open paths.

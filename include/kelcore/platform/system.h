@@ -57,16 +57,7 @@ KELPLATFORM_API DWORD WINAPI GetCurrentProcessId(void);
 KELPLATFORM_API DWORD WINAPI GetCurrentThreadId(void);
 
 /// Milliseconds since the host was started, its sleep included.
-/// @{
 KELPLATFORM_API ULONGLONG WINAPI GetTickCount64(void);
-KELPLATFORM_API DWORD WINAPI GetTickCount(void);
-/// @}
-
-/// A steady clock of 10,000,000 ticks a second. Neither call fails.
-/// @{
-KELPLATFORM_API BOOL WINAPI QueryPerformanceCounter(LARGE_INTEGER* ticks);
-KELPLATFORM_API BOOL WINAPI QueryPerformanceFrequency(LARGE_INTEGER* ticksPerSecond);
-/// @}
 
 /// The time of day, UTC.
 KELPLATFORM_API void WINAPI GetSystemTimeAsFileTime(LPFILETIME time);
