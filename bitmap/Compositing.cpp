@@ -3,6 +3,8 @@
 
 #include <kelcore/bitmap/gdibitmap.h>
 
+#include <utility>
+
 namespace {
 
 using kel::pixels::Byte;
@@ -12,6 +14,23 @@ using kel::pixels::Rows;
 bool HaveSameSize(const IBitmap& a, const IBitmap& b) {
     return a.GetWidth() == b.GetWidth() && a.GetHeight() == b.GetHeight();
 }
+
+// Unlocks a picture, also when a call on another one throws.
+class Locked {
+public:
+    Locked(const IBitmap& picture, const void* bits) : m_picture(bits ? &picture : nullptr) {}
+    Locked(const Locked&) = delete;
+    Locked& operator=(const Locked&) = delete;
+    ~Locked() { Unlock(); }
+
+    void Unlock() {
+        if (const IBitmap* const picture = std::exchange(m_picture, nullptr))
+            picture->UnlockSurface();
+    }
+
+private:
+    const IBitmap* m_picture;
+};
 
 // All rows of a picture whose memory is locked, in memory order.
 Rows AllRows(const IBitmap& picture, void* bits) {
@@ -33,17 +52,17 @@ bool CombineSameFormat(IBitmap& picture, const IBitmap& other, std::uint32_t key
     const void* const from = other.LockSurface();
     if (!from)
         return false;
+    Locked lockedSource(other, from);
     void* const to = picture.LockSurfaceModify();
-    if (to) {
-        const Rows target = AllRows(picture, to);
-        const ConstRows source = {static_cast<const Byte*>(from), target.stride, target.width, target.rows};
-        const bool wide = picture.GetBitsPerPixel() == 32;
-        (wide ? kel::pixels::CombineKey32 : kel::pixels::CombineKey24)(target, source, key);
-    }
-    other.UnlockSurface();
-    if (to)
-        picture.UnlockSurface();
-    return to != nullptr;
+    if (!to)
+        return false;
+    const Locked lockedTarget(picture, to);
+    const Rows target = AllRows(picture, to);
+    const ConstRows source = {static_cast<const Byte*>(from), target.stride, target.width, target.rows};
+    const bool wide = picture.GetBitsPerPixel() == 32;
+    (wide ? kel::pixels::CombineKey32 : kel::pixels::CombineKey24)(target, source, key);
+    lockedSource.Unlock(); // the source goes first
+    return true;
 }
 
 bool ShadeMasked(const Rows& all, const Rect& area, const IBitmap& mask, std::uint32_t tint, Byte alpha) {
@@ -51,10 +70,10 @@ bool ShadeMasked(const Rows& all, const Rect& area, const IBitmap& mask, std::ui
     const void* const bits = mask.LockSurface();
     if (!bits)
         return false;
+    const Locked locked(mask, bits);
     const std::ptrdiff_t lowest = static_cast<std::ptrdiff_t>(all.rows) - area.bottom;
     const kel::pixels::BitRows rows = {static_cast<const Byte*>(bits) + lowest * stride, stride};
     kel::pixels::ShadeRowsMasked(RowsOfArea(all, area, 0), rows, static_cast<std::size_t>(area.left), tint, alpha);
-    mask.UnlockSurface();
     return true;
 }
 
@@ -82,14 +101,12 @@ bool BitmapBase::AlphaShadeBitmap(const Rect& area, unsigned long tint, unsigned
     void* const bits = LockSurfaceModify();
     if (!bits)
         return false;
+    const Locked locked(*this, bits);
     const Rows all = {static_cast<Byte*>(bits), stride, GetWidth(), GetHeight()};
-    bool shaded = true;
     if (mask)
-        shaded = ShadeMasked(all, clip, *mask, DibRGB(tint), alpha);
-    else
-        kel::pixels::ShadeRows(RowsOfArea(all, clip, clip.left), DibRGB(tint), alpha);
-    UnlockSurface();
-    return shaded;
+        return ShadeMasked(all, clip, *mask, DibRGB(tint), alpha);
+    kel::pixels::ShadeRows(RowsOfArea(all, clip, clip.left), DibRGB(tint), alpha);
+    return true;
 }
 
 bool BitmapBase::Combine1BitTo8Bit(const IBitmap& mask, int bit, bool invert) {
@@ -98,12 +115,12 @@ bool BitmapBase::Combine1BitTo8Bit(const IBitmap& mask, int bit, bool invert) {
     const void* const from = mask.LockSurface();
     if (!from)
         return false;
+    const Locked lockedMask(mask, from);
     void* const to = LockSurfaceModify();
-    if (to) {
-        const kel::pixels::BitRows bits = {static_cast<const Byte*>(from), mask.GetScanlineSize()};
-        kel::pixels::OrBitPlane(AllRows(*this, to), bits, static_cast<Byte>(1 << bit), invert);
-        UnlockSurface();
-    }
-    mask.UnlockSurface();
-    return to != nullptr;
+    if (!to)
+        return false;
+    const Locked locked(*this, to);
+    const kel::pixels::BitRows bits = {static_cast<const Byte*>(from), mask.GetScanlineSize()};
+    kel::pixels::OrBitPlane(AllRows(*this, to), bits, static_cast<Byte>(1 << bit), invert);
+    return true;
 }

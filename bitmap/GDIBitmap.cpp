@@ -5,6 +5,7 @@
 
 #include <cstring>
 #include <new>
+#include <utility>
 
 GDIBitmap::GDIBitmap() : m_pImage(new Image) {}
 
@@ -225,10 +226,10 @@ void GDIBitmap::AttachBitmap(HBITMAP bitmap) {
 HBITMAP GDIBitmap::DetachBitmap() {
     if (m_pImage->refCount > 1)
         return nullptr;
+    const GDIBitmap empty; // first: without memory for it the bitmap stays
     m_pImage->FollowTable();
-    const HBITMAP bitmap = m_pImage->handle;
-    m_pImage->handle = nullptr;
-    TakeEmpty();
+    const HBITMAP bitmap = std::exchange(m_pImage->handle, nullptr);
+    Share(empty.m_pImage);
     return bitmap;
 }
 

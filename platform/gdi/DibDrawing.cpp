@@ -3,6 +3,7 @@
 #include "platform/kernel/Faults.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace kel::platform {
 namespace {
@@ -54,7 +55,7 @@ struct HeldRows {
 // The mapping has a say in where the rows begin, not in their size.
 int DrawRows(DeviceContext& context, const LogicalBox& to, DibFormat format, int fromX, int fromY, const HeldRows& held,
              const void* bits) {
-    const int top = static_cast<int>(held.start + held.lines) - fromY - to.height;
+    const auto top = static_cast<int>(std::int64_t{held.start} + held.lines - fromY - to.height);
     format.height = static_cast<int>(held.lines);
     const POINT start = context.ToDevice(POINT{to.x, to.y});
     RasterJob job = JobOn(context, to);
@@ -63,7 +64,8 @@ int DrawRows(DeviceContext& context, const LogicalBox& to, DibFormat format, int
     DrawFrom(job, context, format.At(bits), {fromX, top, to.width, to.height});
     job.colours = ColourMap(job.target, job.source, kNearestOfTwo);
     Run(job);
-    return format.topDown ? format.height : std::min(format.height, fromY + to.height);
+    return format.topDown ? format.height
+                          : static_cast<int>(std::min<std::int64_t>(format.height, std::int64_t{fromY} + to.height));
 }
 
 } // namespace

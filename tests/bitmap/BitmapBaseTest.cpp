@@ -16,6 +16,16 @@ struct Slots : GDIBitmap {
 
 constexpr unsigned long kNoPixel = 0xFFFFFFFF;
 
+template <class Work>
+bool Throws(Work work) {
+    try {
+        work();
+    } catch (int) {
+        return true;
+    }
+    return false;
+}
+
 } // namespace
 
 TEST_CASE("the virtual members stand in their documented order") {
@@ -112,6 +122,29 @@ TEST_CASE("shading, combining and bit planes refuse what does not fit") {
     CHECK_FALSE(rgb.CombineBitmap(MemoryPicture({21, 5}, 24), 0));
     for (MemoryPicture* const picture : {&wide, &indexed})
         CHECK(BytesOf(*picture) == std::vector<unsigned char>(BytesOf(*picture).size(), 0));
+}
+
+TEST_CASE("a picture that throws leaves the other one unlocked") {
+    struct Counting : MemoryPicture {
+        using MemoryPicture::MemoryPicture;
+        const void* LockSurface() const override { return throws ? throw 1 : (++locks, MemoryPicture::LockSurface()); }
+        void* LockSurfaceModify() override { return const_cast<void*>(LockSurface()); }
+        void UnlockSurface() const override { --locks; }
+        mutable int locks = 0;
+        bool throws = false;
+    };
+    Counting wide({5, 5}, 32), other({5, 5}, 32), indexed({5, 5}, 8), mask({5, 5}, 1);
+    for (const bool throws : {false, true}) {
+        mask.throws = throws;
+        CHECK(throws == Throws([&] { wide.AlphaShadeBitmap(Rect(0, 0, 9, 9), 1, 1, &mask); }));
+        mask.throws = false;
+        indexed.throws = wide.throws = throws;
+        CHECK(throws == Throws([&] { indexed.Combine1BitTo8Bit(mask, 0, false); }));
+        CHECK(throws == Throws([&] { wide.CombineBitmap(other, 0); }));
+        wide.throws = false;
+        for (const Counting* const picture : {&wide, &other, &indexed, &mask})
+            CHECK(picture->locks == 0);
+    }
 }
 
 TEST_CASE("bit planes gather in one picture of depth 8") {

@@ -39,7 +39,7 @@ protected:
 class KELCORE_API IBitmap : virtual public IBitmapData {
 public:
     /// How a picture is fitted into a target rectangle. Other values draw like BM_Stretch.
-    enum BM_Mode {
+    enum BM_Mode : int {
         BM_Stretch = 0, ///< the whole picture onto the whole target
         BM_Fit = 1,     ///< the whole picture, its aspect kept, centred; bands stay undrawn
         BM_Fill = 2,    ///< the whole target, the aspect kept, the picture cropped alike on two opposite sides
