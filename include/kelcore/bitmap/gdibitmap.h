@@ -111,8 +111,8 @@ public:
 protected:
     /// A shared DIB picture is copied; a shared system picture is rendered again when it is in the display's own
     /// format, and becomes a DIB picture otherwise.
-    /// @return false when the copy of a DIB picture cannot be made. This picture is empty then, and so it is, with true,
-    /// when a system picture cannot be copied; those of the others are not touched.
+    /// @return false when the copy of a DIB picture cannot be made. This picture is empty then, and so it is, with
+    /// true, when a system picture cannot be copied; those of the others are not touched.
     bool Detach() override;
 
 public:
