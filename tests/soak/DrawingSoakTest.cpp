@@ -6,56 +6,39 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <memory>
+#include <iterator>
+#include <list>
 #include <random>
 #include <set>
-#include <vector>
+#include <variant>
 
 namespace {
 
-// An owner of any kind.
-struct Owner {
-    virtual ~Owner() = default;
-    virtual std::unique_ptr<Owner> Copy() const = 0;
-    virtual HGDIOBJ Handle() const = 0;
-};
-
-HGDIOBJ HandleOf(const Brush& brush) {
-    return brush.m_hBrush;
-}
-
-HGDIOBJ HandleOf(const Pen& pen) {
-    return pen.m_hPen;
-}
-
-HGDIOBJ HandleOf(const Font& font) {
-    return font.m_hFont;
-}
-
-template <class Wrapper>
-struct OwnerOf : Owner {
-    template <class... Arguments>
-    explicit OwnerOf(Arguments... arguments) : wrapper(arguments...) {}
-    std::unique_ptr<Owner> Copy() const override { return std::make_unique<OwnerOf>(*this); }
-    HGDIOBJ Handle() const override { return HandleOf(wrapper); }
-    Wrapper wrapper;
-};
-
+using Owner = std::variant<Brush, Pen, Font, SysBrush, SysPen>;
 using Random = std::mt19937;
 
-std::unique_ptr<Owner> Make(Random& random) {
+HGDIOBJ HandleOf(const Owner& owner) {
+    struct Handle {
+        HGDIOBJ operator()(const Brush& brush) const { return brush.m_hBrush; }
+        HGDIOBJ operator()(const Pen& pen) const { return pen.m_hPen; }
+        HGDIOBJ operator()(const Font& font) const { return font.m_hFont; }
+    };
+    return std::visit(Handle(), owner);
+}
+
+Owner Make(Random& random) {
     const int number = static_cast<int>(random() % 200);
     switch (random() % 5) {
     case 0:
-        return std::make_unique<OwnerOf<Brush>>(static_cast<unsigned long>(number));
+        return Brush(static_cast<unsigned long>(number));
     case 1:
-        return std::make_unique<OwnerOf<Pen>>(number % 6, number / 6, 0xFFUL); // null pens among them
+        return Pen(number % 6, number / 6, 0xFFUL); // null pens among them
     case 2:
-        return std::make_unique<OwnerOf<Font>>(LOGFONTA{number + 1, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, "Arial"});
+        return Font(LOGFONTA{number + 1, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, "Arial"});
     case 3:
-        return std::make_unique<OwnerOf<SysBrush>>(number % 30);
+        return SysBrush(number % 30);
     default:
-        return std::make_unique<OwnerOf<SysPen>>(number % 5, number % 3, number % 30);
+        return SysPen(number % 5, number % 3, number % 30);
     }
 }
 
@@ -66,10 +49,10 @@ void ChangeColour(Random& random) {
     BroadcastSysColorChange();
 }
 
-std::size_t Distinct(const std::vector<std::unique_ptr<Owner>>& owners) {
+std::size_t Distinct(const std::list<Owner>& owners) {
     std::set<HGDIOBJ> handles = {GetStockObject(NULL_PEN)};
-    for (const auto& owner : owners)
-        handles.insert(owner->Handle());
+    for (const Owner& owner : owners)
+        handles.insert(HandleOf(owner));
     return handles.size() - 1;
 }
 
@@ -77,24 +60,24 @@ std::size_t Distinct(const std::vector<std::unique_ptr<Owner>>& owners) {
 
 TEST_CASE("drawing objects are created, copied, recoloured and destroyed: there are never more than in use") {
     constexpr unsigned kSeed = 7;
-    const int steps = kel::soak::Effort::Asked().Of(/*most*/ 100000, /*eachSecond*/ 40000);
+    const int steps = kel::soak::Effort().Of(/*most*/ 100000, /*eachSecond*/ 40000);
     const std::size_t before = kel::platform::GdiObjects();
     Random random(kSeed);
-    std::vector<std::unique_ptr<Owner>> owners;
+    std::list<Owner> owners;
     std::size_t most = 0;
     int colours = 0, faults = 0;
     for (int step = 0; step != steps; ++step) {
-        const std::size_t one = owners.empty() ? 0 : random() % owners.size();
+        const auto one = std::next(owners.begin(), owners.empty() ? 0 : static_cast<int>(random() % owners.size()));
         const unsigned action = random() % 100;
         if (owners.empty() || (action < 35 && owners.size() < 400)) {
             owners.push_back(Make(random));
         } else if (action < 60 && owners.size() < 400) {
-            owners.push_back(owners[one]->Copy());
+            owners.push_back(*one);
         } else if (action < 62) {
             ChangeColour(random);
             ++colours;
         } else {
-            owners.erase(owners.begin() + static_cast<std::ptrdiff_t>(one));
+            owners.erase(one);
         }
         if (step % 50 == 0 || action < 62) {
             const std::size_t alive = kel::platform::GdiObjects() - before;
