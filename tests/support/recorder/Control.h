@@ -7,7 +7,7 @@
 
 namespace kel::recorder {
 
-/// A control. Its operations are those of the contract.
+/// A control: its references, its sink and its pictures. ControlTable.cpp has its operations.
 class Control {
 public:
     /// With one reference, without a picture.
@@ -15,44 +15,33 @@ public:
     Control(const Control&) = delete;
     Control& operator=(const Control&) = delete;
 
-    const int number;
-    IDispatch* sink = nullptr;
-
     static Control& From(toolkit::IControl* control) { return *reinterpret_cast<Face*>(control)->owner; }
     toolkit::IControl* Interface() { return reinterpret_cast<toolkit::IControl*>(&m_face); }
 
     ULONG AddRef();
     ULONG Release();
-    void Connect(IDispatch* sink);
+    void Connect(IDispatch* events);
     void Disconnect();
 
-    HRESULT IgnoreNumber(LONG) { return S_OK; }
-    HRESULT SetFileName(BSTR path);
-    HRESULT GetDibHandle(HGLOBAL* block);
-    HRESULT SetDibHandle(HGLOBAL block);
-    HRESULT CreateBlank(WORD width, WORD height, LONG depth, LONG zero);
-    HRESULT CopyDibHandle(HGLOBAL* block);
-    HRESULT GetLoadStatus(SHORT* status);
-    HRESULT LoadFromMemory(const BYTE* file, LONG length);
+    /// Takes a copy of a packed bitmap, or none, as the picture. @return what the operation answers.
+    HRESULT Take(const std::string& dib);
+    HRESULT Load(const std::string& file);
     HRESULT Save();
-    HRESULT GetSavedBlock(HGLOBAL* block);
     HRESULT EndSave();
-    HRESULT SetUndoEnabled(SHORT enabled);
-    HRESULT GetUndoEnabled(SHORT* enabled);
-    HRESULT GetUndoState(LONG* state);
-    HRESULT Undo();
-    template <class... Amounts>
-    HRESULT Effect(Amounts...) {
-        return Change();
-    }
+    HRESULT Change();
     HRESULT Rescale(WORD width, WORD height);
+
+    const int number;
+    IDispatch* sink = nullptr;
+    HGLOBAL picture = nullptr;
+    HGLOBAL saved = nullptr;
+    std::string before; // the last effect; empty when there is nothing to undo
+    SHORT undoEnabled = 0;
+    SHORT status = toolkit::kLoaded;
 
 private:
     ~Control();
-    void Take(const std::string& dib);
-    void Load(const std::string& file);
     void KeepForUndo();
-    HRESULT Change();
 
     /// Clients find the operations through its first member.
     struct Face {
@@ -62,14 +51,9 @@ private:
 
     Face m_face;
     std::atomic<ULONG> m_references{1};
-    HGLOBAL m_picture = nullptr;
-    HGLOBAL m_saved = nullptr;
-    std::string m_before; // the last effect; empty when there is nothing to undo
-    SHORT m_undoEnabled = 0;
-    SHORT m_status = toolkit::kLoaded;
 };
 
-/// The operations of every control, each of which is written down before it works; see ControlTable.cpp.
+/// The operations of every control, each of which is written down before it works.
 const void* const* ControlTable();
 
 } // namespace kel::recorder

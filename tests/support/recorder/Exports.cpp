@@ -3,42 +3,11 @@
 
 #include <kelcore/export.h>
 
-#include <algorithm>
-#include <vector>
-
-namespace {
-
 using namespace kel::recorder;
 using kel::toolkit::IControl;
 
-class TheRecorder final : public Recorder {
-public:
-    void Reset() override { TheJournal().Reset(); }
-    std::string TakeLines() override { return TheJournal().TakeLines(); }
-    void Order(int position, int nth, HRESULT result) override { TheJournal().Order(position, nth, result); }
-    void OrderStatus(SHORT status) override { TheJournal().status = status; }
-    void RefuseControls() override { TheJournal().refuses = true; }
-    void SetHook(Hook hook, void* context) override {
-        TheJournal().context = context;
-        TheJournal().hook = hook;
-    }
-    void BeSilent() override { TheJournal().silent = true; }
-    int Controls() override { return TheJournal().alive; }
-    int Sinks() override { return TheJournal().connected; }
-
-    HRESULT Fire(IControl* control, DISPID id, const VARIANT* arguments, UINT count) override {
-        std::vector<VARIANT> lastFirst(arguments, arguments + count);
-        std::reverse(lastFirst.begin(), lastFirst.end());
-        DISPPARAMS parameters = {lastFirst.data(), nullptr, count, 0};
-        return Control::From(control).sink->Invoke(id, IID_NULL, /*language*/ 0, DISPATCH_METHOD, &parameters, nullptr,
-                                                   nullptr, nullptr);
-    }
-};
-
 // A connection's number tells it from those of other controls.
 constexpr DWORD kFirstCookie = 0xC0DE0000;
-
-} // namespace
 
 extern "C" {
 
@@ -59,8 +28,7 @@ KELCORE_API void IX_DisConnectEvents(IControl* control, DWORD cookie) {
 }
 
 KELCORE_API Recorder* KelRecorder() {
-    static TheRecorder recorder;
-    return &recorder;
+    return &TheJournal();
 }
 
 } // extern "C"

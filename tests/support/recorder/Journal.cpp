@@ -1,5 +1,8 @@
 #include "tests/support/recorder/Journal.h"
 
+#include "tests/support/recorder/Control.h"
+
+#include <iterator>
 #include <utility>
 
 namespace kel::recorder {
@@ -10,13 +13,30 @@ void Journal::Reset() {
     m_orders.clear();
     m_controls = 0;
     silent = refuses = false;
-    status = Recorder::kByMerit;
-    hook = nullptr;
+    status = kByMerit;
+    m_hook = nullptr;
 }
 
 std::string Journal::TakeLines() {
     const std::lock_guard guard(m_mutex);
     return std::exchange(m_lines, std::string());
+}
+
+void Journal::Order(int position, int nth, HRESULT result) {
+    const std::lock_guard guard(m_mutex);
+    m_orders.push_back({position, nth, result, /*calls*/ 0});
+}
+
+void Journal::SetHook(Hook hook, void* context) {
+    m_context = context;
+    m_hook = hook;
+}
+
+HRESULT Journal::Fire(toolkit::IControl* control, DISPID id, const VARIANT* arguments, UINT count) {
+    std::vector<VARIANT> lastFirst(std::reverse_iterator(arguments + count), std::reverse_iterator(arguments));
+    DISPPARAMS parameters = {lastFirst.data(), nullptr, count, 0};
+    return Control::From(control).sink->Invoke(id, IID_NULL, /*language*/ 0, DISPATCH_METHOD, &parameters, nullptr,
+                                               nullptr, nullptr);
 }
 
 void Journal::Write(const std::string& line) {
@@ -27,8 +47,8 @@ void Journal::Write(const std::string& line) {
 }
 
 bool Journal::Called(int control, int position, const std::string& arguments, HRESULT& result) {
-    if (const Hook now = hook)
-        now(context, position);
+    if (const Hook now = m_hook)
+        now(m_context, position);
     if (silent)
         return false;
     Write(std::to_string(control) + ": " + std::to_string(position) + arguments);
@@ -43,11 +63,6 @@ bool Journal::Called(int control, int position, const std::string& arguments, HR
         return true;
     }
     return false;
-}
-
-void Journal::Order(int position, int nth, HRESULT result) {
-    const std::lock_guard guard(m_mutex);
-    m_orders.push_back({position, nth, result, /*calls*/ 0});
 }
 
 Journal& TheJournal() {
