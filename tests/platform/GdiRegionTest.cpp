@@ -189,8 +189,8 @@ TEST_CASE("polygons of more rows than memory holds are refused at once") {
         MESSAGE("other systems have limits of their own");
         return;
     }
-    const POINT far[] = {{0, 0}, {10, 2'000'000'000}, {0, 2'000'000'000}};
-    CHECK((CreatePolygonRgn(far, 3, WINDING) == nullptr && GetLastError() == ERROR_NOT_ENOUGH_MEMORY));
+    const POINT distant[] = {{0, 0}, {10, 2'000'000'000}, {0, 2'000'000'000}};
+    CHECK((CreatePolygonRgn(distant, 3, WINDING) == nullptr && GetLastError() == ERROR_NOT_ENOUGH_MEMORY));
     const POINT apart[] = {
         {0, 0}, {2, 0}, {2, 2}, {0, 2}, {0, 2'000'000'000}, {2, 2'000'000'000}, {2, 2'000'000'002}, {0, 2'000'000'002}};
     const INT counts[] = {4, 4};

@@ -124,8 +124,8 @@ TEST_CASE("lists are merged and duplicated, and own what they hold") {
     }
     CHECK(ImageList_Merge(list, 0, nullptr, 0, 0, 0) == nullptr);
     if (kel::test::FaultsAvailable()) { // other systems have limits of their own
-        for (const int far : {INT32_MAX, INT32_MIN, INT32_MAX - 1})
-            CHECK((!ImageList_Merge(list, 0, list, 1, far, 0) && !ImageList_Merge(list, 0, list, 1, 0, far)));
+        for (const int distance : {INT32_MAX, INT32_MIN, INT32_MAX - 1})
+            CHECK((!ImageList_Merge(list, 0, list, 1, distance, 0) && !ImageList_Merge(list, 0, list, 1, 0, distance)));
     }
     ImageList_SetBkColor(list, kMagenta);
     const List copy(ImageList_Duplicate(list));
