@@ -112,8 +112,6 @@ TEST_CASE("searches and sizes end early when a call fails") {
         const __int64 size = File::GetSizeRecursive(folder.Path());
         CHECK((size == 4 || Faulted("FindFirstFileA", "FindNextFileA")));
         CHECK((size < 4 || !Faulted("FindFirstFileA")));
-    });
-    kel::test::WithEachCallFailing(kError, [&] {
         const bool exists = File::FileExists(folder.Path("a"));
         CHECK(exists == !Faulted("GetFileAttributesA"));
     });
@@ -139,7 +137,7 @@ TEST_CASE("path functions answer a refusal of the system with their stated resul
         const WideString full = File::GetFullPath(dotted), shortened = File::GetShortPath(path);
         const WideString compacted = File::CompactPath(path, MAX_PATH);
         CHECK(full == (Faulted("GetFullPathNameA") ? dotted : path));
-        CHECK(
-            (shortened.empty() == Faulted("GetShortPathNameA") && compacted.empty() == Faulted("PathCompactPathExA")));
+        CHECK(shortened.empty() == Faulted("GetShortPathNameA"));
+        CHECK(compacted.empty() == Faulted("PathCompactPathExA"));
     });
 }

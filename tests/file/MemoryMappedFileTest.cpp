@@ -29,12 +29,13 @@ TEST_CASE("a file is mapped whole and closed to others meanwhile") {
         CHECK(std::string(View(file), file.getSize()) == "0123456789");
         MemoryMappedFile locked(path, false);
         CHECK((IsEmpty(locked) && GetLastError() == ERROR_SHARING_VIOLATION));
-        // The members stand in their documented order.
-        const char* view = nullptr;
-        unsigned __int32 size = 0;
-        std::memcpy(&view, reinterpret_cast<const char*>(&file) + 2 * sizeof(void*), sizeof view);
-        std::memcpy(&size, reinterpret_cast<const char*>(&file) + 3 * sizeof(void*), sizeof size);
-        CHECK((view == View(file) && size == 10));
+        struct {
+            void *file, *mapping;
+            const char* view;
+            unsigned __int32 size;
+        } members; // in their documented order
+        std::memcpy(&members, &file, sizeof members);
+        CHECK((members.view == View(file) && members.size == 10));
         SetLastError(4711);
     }
     CHECK(GetLastError() == 4711);

@@ -15,16 +15,14 @@ TEST_CASE("paths are taken apart") {
         {u"c:\\\0x.y"_w, u"c:\\\0x.y"_w, u"\\"_w, u""_w, u"\\"_w},
         {u"1:\\x"_w, u"1:"_w, u"x"_w, u""_w, u"x"_w},
         {u"\\"_w, u""_w, u""_w, u""_w, u""_w},
-        {u"\\\\server\\share\\f"_w, u"\\\\server\\share"_w, u"f"_w, u""_w, u"f"_w},
         {u"C:readme"_w, u"."_w, u"readme"_w, u""_w, u"readme"_w},
         {u""_w, u"."_w, u""_w, u""_w, u""_w},
         {u"\0a\\b.c"_w, u"\0a"_w, u""_w, u""_w, u""_w},
         {u"d\\a\0b.c"_w, u"d"_w, u"a"_w, u""_w, u"a"_w},
         {u"a\0b.c"_w, u"."_w, u"a\0b.c"_w, u".c"_w, u"a\0b"_w},
-        {u"x/y.tar.gz"_w, u"."_w, u"x/y.tar.gz"_w, u".gz"_w, u"x/y.tar"_w},
         {u"C:\\dir.d\\file"_w, u"C:\\dir.d"_w, u"file"_w, u""_w, u"file"_w},
         {u".profile"_w, u"."_w, u".profile"_w, u".profile"_w, u""_w},
-        {u"file."_w, u"."_w, u"file."_w, u"."_w, u"file"_w},
+        {u"x/y.file."_w, u"."_w, u"x/y.file."_w, u"."_w, u"x/y.file"_w},
     };
     for (const auto& row : cases) {
         CAPTURE(row.path);
@@ -44,7 +42,6 @@ TEST_CASE("base names and whole paths lose the extension they end with, or have 
     } cases[] = {
         {Basename, u"C:\\dir\\file.txt"_w, u".txt"_w, u"file"_w},
         {Basename, u"C:\\dir\\file.txt"_w, u".TXT"_w, u"file.txt"_w},
-        {Basename, u"dir\\.txt"_w, u".txt"_w, u""_w},
         {Basename, u"a"_w, u".txt"_w, u"a"_w},
         {Basename, u"ab"_w, u"\0b"_w, u"ab"_w},
         {Basename, u"a.b"_w, u".b\0"_w, u"a.b"_w},
@@ -52,10 +49,8 @@ TEST_CASE("base names and whole paths lose the extension they end with, or have 
         {Cut, u"C:\\d\\a.b.c"_w, u""_w, u"C:\\d\\a.b"_w},
         {Cut, u"C:\\d.x\\file"_w, u""_w, u"C:\\d.x\\file"_w},
         {Cut, u"report.txt.bak"_w, u".txt"_w, u"report"_w},
-        {Cut, u"a.TXT"_w, u".txt"_w, u"a.TXT"_w},
         {Cut, u"a.txt\0\0"_w, u".txt\0"_w, u"a"_w},
         {Cut, u"a.b.b"_w, u".b"_w, u"a.b"_w},
-        {Cut, u"a\\b\\c"_w, u"\\b"_w, u"a\\b\\c"_w},
         {Cut, u".txt"_w, u".txt"_w, u""_w},
         {Cut, u"txt"_w, u".txt"_w, u"txt"_w},
         {Cut, u""_w, u""_w, u""_w},
