@@ -3,15 +3,20 @@
 #include "Contents.h"
 #include "EffectTable.h"
 
-#include "tests/support/Faults.h"
-#include "tests/support/TempFolder.h"
+#include "tests/examples/Failures.h"
+#include "tests/support/Blocks.h"
 
-#include <doctest/doctest.h>
-#include <kelcore/file.h>
+#include <tuple>
 
 using namespace kelalbum;
 
+REGISTER_EXCEPTION_TRANSLATOR(const Misuse& misuse) {
+    return misuse.line.c_str();
+}
+
 namespace {
+
+using doctest::Contains;
 
 // A BMP file of one colour table and depth 8, or of depth 24.
 std::string Bmp(int width, int height, int depth, int seed) {
@@ -32,6 +37,8 @@ std::string Bmp(int width, int height, int depth, int seed) {
     return file;
 }
 
+constexpr char kWhole[] = "Blue.bmp 600x300 24 #0\nblue (2).bmp 600x300 24 #0 again\ntable.bmp 41x7 8 #1\n";
+
 // Two pictures, one of them twice and in a folder below.
 struct SamplePictures {
     SamplePictures() {
@@ -48,39 +55,18 @@ struct SamplePictures {
     TempFolder folder;
 };
 
-template <class Act>
-std::string LineOf(const Act& act) {
-    try {
-        act();
-    } catch (const Failure& failure) {
-        return failure.line;
-    } catch (const Misuse& misuse) {
-        return "misuse: " + misuse.line;
-    }
-    return "";
-}
-
-bool Contains(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-}
-
-// "blue (2).bmp 600x300 24 #0 again": what an entry tells.
-std::string Described(const Listed& entry) {
-    return StdW2A(entry.name) + ' ' + std::to_string(entry.size.cx) + 'x' + std::to_string(entry.size.cy) + ' ' +
-           std::to_string(entry.depth) + " #" + std::to_string(entry.number) + (entry.repeated ? " again" : "");
-}
-
+// "blue (2).bmp 600x300 24 #0 again" and a line break: what each entry tells.
 std::string Described(const WideString& album) {
     std::string all;
     for (const Listed& entry : ContentsOf(album, "reading"))
-        all += Described(entry) + '\n';
+        all += StdW2A(entry.name) + ' ' + std::to_string(entry.size.cx) + 'x' + std::to_string(entry.size.cy) + ' ' +
+               std::to_string(entry.depth) + " #" + std::to_string(entry.number) + (entry.repeated ? " again\n" : "\n");
     return all;
 }
 
 std::string PixelsOf(const XPDib& picture) {
     const HGLOBAL block = picture.GetDibClone();
-    const std::string pixels(static_cast<const char*>(GlobalLock(block)), GlobalSize(block));
-    GlobalUnlock(block);
+    const auto pixels = kel::test::BytesOf<std::string>(block);
     GlobalFree(block);
     return pixels;
 }
@@ -99,8 +85,7 @@ std::string PixelsOf(const WideString& album, const char* name) {
 TEST_CASE("an album holds the pictures of folders, equal ones once, with thumbnails and pixels as they were") {
     const SamplePictures sample;
     CHECK(sample.PackAll() == 0);
-    CHECK(Described(sample.Album()) ==
-          "Blue.bmp 600x300 24 #0\nblue (2).bmp 600x300 24 #0 again\ntable.bmp 41x7 8 #1\n");
+    CHECK(Described(sample.Album()) == kWhole);
     CHECK(Verify({{sample.Album()}, {}}) == 0);
     CHECK(List({{sample.Album()}, {}}) == 0);
     std::string thumbnails;
@@ -114,80 +99,60 @@ TEST_CASE("an album holds the pictures of folders, equal ones once, with thumbna
     CHECK(PixelsOf(sample.Album(), "blue (2).bmp") == PixelsOf(picture));
 }
 
-TEST_CASE("what is no picture is left out, and no album is made of nothing") {
+TEST_CASE("what is no picture is left out, and no album is made of nothing, nor in the place of something else") {
     const SamplePictures sample;
-    sample.folder.Write("in\\notes.txt", "no picture");
+    const String text = sample.folder.Write("in\\notes.txt", "no picture"),
+                 picture = sample.folder.Path("in\\table.bmp");
     sample.folder.Write("in\\cut.bmp", Bmp(600, 300, 24, 3).substr(0, 1000));
-    sample.folder.Write("in\\same.txt", "no picture");
     CHECK(Pack({{sample.Album(), sample.folder.Path("in"), sample.folder.Path("missing")}, {}}) == 1);
-    const std::string whole = Described(sample.Album());
-    CHECK(Contains(whole, "Blue.bmp"));
-    CHECK_FALSE(Contains(whole, "notes.txt"));
-    CHECK(Contains(LineOf([&] { Pack({{sample.Album(), sample.folder.Path("in\\notes.txt")}, {}}); }), "no picture"));
-    CHECK(Described(sample.Album()) == whole);
-    CHECK_FALSE(File::FileExists(sample.folder.Path("a.album.part")));
-}
-
-TEST_CASE("what is no album is not replaced by one") {
-    const SamplePictures sample;
-    sample.PackAll();
-    const String picture = sample.folder.Path("in\\table.bmp");
-    CHECK(Contains(LineOf([&] { Pack({{picture, sample.folder.Path("in\\Blue.bmp")}, {}}); }), "is no album"));
-    const Arguments effect = {{sample.Album(), u"table.bmp"_w, u"flip"_w}, {{"--out", picture}}};
-    CHECK(Contains(LineOf([&] { Effect(effect); }), "is no album"));
+    CHECK(Described(sample.Album()) == kWhole);
+    CHECK_THROWS_WITH(Pack({{sample.Album(), text}, {}}), Contains("no picture"));
+    CHECK(Described(sample.Album()) == kWhole);
+    CHECK_THROWS_WITH(Pack({{picture, sample.folder.Path("in\\Blue.bmp")}, {}}), Contains("is no album"));
+    CHECK_THROWS_WITH(Effect({{sample.Album(), u"table.bmp"_w, u"flip"_w}, {{"--out", picture}}}),
+                      Contains("is no album"));
     CHECK(sample.folder.Read("in\\table.bmp") == Bmp(41, 7, 8, 5));
-    CHECK_FALSE(File::FileExists(picture + u".part"_w));
+    for (const String& place : {sample.Album(), picture})
+        CHECK_FALSE(File::FileExists(place + u".part"_w));
 }
 
 TEST_CASE("an effect changes one entry, also of those that share a picture, in place or in another album") {
-    struct Case {
-        const char* name;
-        const char* expected;
-    };
-    for (const auto& [name, expected] :
-         {Case{"Blue.bmp", "Blue.bmp 60x30 24 #0\nblue (2).bmp 600x300 24 #1\ntable.bmp 41x7 8 #2\n"},
-          Case{"blue (2).bmp", "Blue.bmp 600x300 24 #0\nblue (2).bmp 60x30 24 #1\ntable.bmp 41x7 8 #2\n"}}) {
+    const std::tuple<const char*, const char*, const char*> cases[] = {
+        {"Blue.bmp", "blue (2).bmp", "Blue.bmp 60x30 24 #0\nblue (2).bmp 600x300 24 #1\ntable.bmp 41x7 8 #2\n"},
+        {"blue (2).bmp", "Blue.bmp", "Blue.bmp 600x300 24 #0\nblue (2).bmp 60x30 24 #1\ntable.bmp 41x7 8 #2\n"}};
+    for (const auto& [name, other, expected] : cases) {
         CAPTURE(name);
         const SamplePictures sample;
         sample.PackAll();
         const String copy = sample.folder.Path("copy");
-        const std::string before = Described(sample.Album());
         CHECK(Effect({{sample.Album(), StdA2W(name), u"resample"_w, u"60x30"_w}, {{"--out", copy}}}) == 0);
-        CHECK(Described(copy) == expected);
-        CHECK(Described(sample.Album()) == before);
+        CHECK((Described(copy) == expected && Described(sample.Album()) == kWhole));
         const std::string pixels = PixelsOf(sample.Album(), name);
-        CHECK(Effect({{sample.Album(), StdA2W(name), u"negate"_w}, {}}) == 0);
-        CHECK(PixelsOf(sample.Album(), name) != pixels);
-        CHECK(PixelsOf(sample.Album(), *name == 'B' ? "blue (2).bmp" : "Blue.bmp") == pixels);
-        CHECK(Effect({{sample.Album(), StdA2W(name), u"negate"_w}, {}}) == 0);
-        CHECK(PixelsOf(sample.Album(), name) == pixels);
+        for (const bool negative : {true, false}) {
+            CHECK(Effect({{sample.Album(), StdA2W(name), u"negate"_w}, {}}) == 0);
+            CHECK((PixelsOf(sample.Album(), name) != pixels) == negative);
+            CHECK(PixelsOf(sample.Album(), other) == pixels);
+        }
         CHECK(Verify({{sample.Album()}, {}}) == 0);
     }
 }
 
 TEST_CASE("effects take values of their own kinds") {
-    struct Case {
-        const char* effect;
-        const char* value;
-        const char* line;
-    };
-    for (const auto& [effect, value, line] :
-         {Case{"blur", "", "no effect blur"}, Case{"flip", "1", "no value"}, Case{"swirl", "", "a value: DEGREES"},
-          Case{"swirl", "1x", "a value"}, Case{"mosaic", "1.5", "a value"}, Case{"mosaic", "40000", "a value"},
-          Case{"resize", "8", "a value: WIDTHxHEIGHT"}, Case{"resize", "0x8", "a value"}, Case{"gamma", "1.5", ""},
-          Case{"rotate", "-1e1", ""}, Case{"resize", "8x65535", ""}}) {
-        CAPTURE(effect);
-        CAPTURE(value);
-        CHECK(Contains(LineOf([&] { FindEffect(effect, value); }), line));
-        CHECK(LineOf([&] { FindEffect(effect, value); }).empty() == (*line == '\0'));
-    }
+    for (const auto& [effect, value] : {std::pair("gamma", "1.5"), {"rotate", "-1e1"}, {"resize", "8x65535"}})
+        CHECK_NOTHROW(FindEffect(effect, value));
+    const std::tuple<const char*, const char*, const char*> refused[] = {
+        {"blur", "", "no effect blur"},  {"flip", "1", "no value"},    {"swirl", "", "a value: DEGREES"},
+        {"swirl", "1x", "a value"},      {"mosaic", "1.5", "a value"}, {"mosaic", "40000", "a value"},
+        {"resize", "8", "WIDTHxHEIGHT"}, {"resize", "0x8", "a value"}};
+    for (const auto& [effect, value, line] : refused)
+        CHECK_THROWS_WITH(FindEffect(effect, value), Contains(line));
 }
 
 TEST_CASE("pictures come back as PNG files with their pixels, each under a name of its own") {
     const SamplePictures sample;
     sample.PackAll();
     const String out = sample.folder.Path("out");
-    CHECK(Contains(LineOf([&] { Extract({{sample.Album(), u"none"_w, out}, {}}); }), "no picture none"));
+    CHECK_THROWS_WITH(Extract({{sample.Album(), u"none"_w, out}, {}}), Contains("no picture none"));
     CHECK_FALSE(File::FileExists(out));
     CHECK(Extract({{sample.Album(), u"BLUE (2).bmp"_w, u"table.bmp"_w, u"blue.bmp"_w, out}, {}}) == 0);
     for (const char* name : {"Blue.png", "blue (2).png", "table.png"}) {
@@ -202,7 +167,7 @@ TEST_CASE("pictures come back as PNG files with their pixels, each under a name 
             CHECK(code == XPDib::XP_Failed);
         }
     }
-    CHECK(Contains(LineOf([&] { Extract({{sample.Album(), out}, {}}); }), "cannot make"));
+    CHECK_THROWS_WITH(Extract({{sample.Album(), out}, {}}), Contains("cannot make"));
 }
 
 TEST_CASE("damage is named, and names that leave the folder are refused") {
@@ -212,7 +177,7 @@ TEST_CASE("damage is named, and names that leave the folder are refused") {
     damaged[9000] ^= 1;
     sample.folder.Write("a.album", damaged);
     for (int (*const command)(const Arguments&) : {List, Verify})
-        CHECK(Contains(LineOf([&] { command({{sample.Album()}, {}}); }), "block 3 at file offset 8192: CRC"));
+        CHECK_THROWS_WITH(command({{sample.Album()}, {}}), Contains("block 3 at file offset 8192: CRC"));
     AlbumOutput output(sample.Album());
     const Owned<Picture> picture(new Picture);
     Entry entry;
@@ -220,20 +185,19 @@ TEST_CASE("damage is named, and names that leave the folder are refused") {
     entry.picture = picture.get();
     output.Add(entry);
     output.Commit();
-    CHECK(Contains(LineOf([&] { List({{sample.Album()}, {}}); }), "which no file can have"));
+    CHECK_THROWS_WITH(List({{sample.Album()}, {}}), Contains("which no file can have"));
 }
 
 TEST_CASE("a failing platform call leaves the old album or makes a whole one") {
     const SamplePictures sample;
     sample.PackAll();
-    const std::string before = Described(sample.Album());
     const std::string old = sample.folder.Read("a.album");
     kel::test::WithEachCallFailing(ERROR_DISK_FULL, [&] {
-        const std::string line = LineOf([&] { Pack({{sample.Album(), sample.folder.Path("in\\table.bmp")}, {}}); });
+        const bool packed = Succeeds([&] { Pack({{sample.Album(), sample.folder.Path("in\\table.bmp")}, {}}); });
         if (!kel::test::FaultIsOver())
             return;
         CHECK_FALSE(File::FileExists(sample.folder.Path("a.album.part")));
-        CHECK(Described(sample.Album()) == (line.empty() ? "table.bmp 41x7 8 #0\n" : before));
+        CHECK(Described(sample.Album()) == (packed ? "table.bmp 41x7 8 #0\n" : kWhole));
         sample.folder.Write("a.album", old);
     });
 }
