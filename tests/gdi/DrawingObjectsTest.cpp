@@ -1,5 +1,4 @@
 #include "tests/gdi/Kinds.h"
-#include "tests/support/Faults.h"
 #include "tests/support/Text.h"
 
 #include <algorithm>
@@ -84,25 +83,15 @@ TEST_CASE_TEMPLATE("an object that cannot be made is not held, and the next requ
     });
 }
 
-TEST_CASE("brushes are equal by style, colour and hatch") {
-    const std::pair<LOGBRUSH, bool> rows[] = {{{BS_SOLID, 0xFF, 0}, true},
-                                              {{BS_SOLID, 0x1FF, 0}, false},
-                                              {{BS_SOLID, 0xFF, HS_CROSS}, false},
-                                              {{BS_HATCHED, 0xFF, 0}, false}};
-    const Brush red(0xFFUL);
-    for (const auto& [description, same] : rows)
-        CHECK((Brush(description).m_hBrush == red.m_hBrush) == same);
-}
-
-TEST_CASE("pens are equal by style, colour and horizontal width") {
-    const std::pair<LOGPEN, bool> rows[] = {{{PS_DOT, {2, 0}, 0xFF}, true},
-                                            {{PS_DOT, {2, 7}, 0xFF}, true},
-                                            {{PS_DOT, {3, 0}, 0xFF}, false},
-                                            {{PS_DASH, {2, 0}, 0xFF}, false},
-                                            {{PS_DOT, {2, 0}, 0xFE}, false}};
-    const Pen pen(PS_DOT, 2, 0xFF);
-    for (const auto& [description, same] : rows)
-        CHECK((Pen(description).m_hPen == pen.m_hPen) == same);
+TEST_CASE_TEMPLATE("objects are equal by every byte of their descriptions that counts", Kind, Brushes, Pens, Fonts) {
+    const auto plain = Kind::Describe(20);
+    const typename Kind::Wrapper object(plain);
+    for (std::size_t byte = 0; byte != sizeof plain; ++byte) {
+        CAPTURE(byte);
+        auto changed = plain;
+        reinterpret_cast<char*>(&changed)[byte] ^= 'a' ^ 'A';
+        CHECK((Kind::HandleOf(typename Kind::Wrapper(changed)) != Kind::HandleOf(object)) == Kind::Counts(byte));
+    }
 }
 
 TEST_CASE_TEMPLATE("all null objects are one, which stays", Kind, Brushes, Pens) {
@@ -113,51 +102,26 @@ TEST_CASE_TEMPLATE("all null objects are one, which stays", Kind, Brushes, Pens)
     CHECK(IsAlive(Kind::HandleOf(other)));
 }
 
-TEST_CASE("fonts are equal by every field and by the face name up to its end, with case") {
-    const LOGFONTA plain = Fonts::Describe(20);
-    const Font font(plain);
-    auto differs = [&](std::size_t byte, char bits) {
-        LOGFONTA changed = plain;
-        reinterpret_cast<char*>(&changed)[byte] ^= bits;
-        return Font(changed).m_hFont != font.m_hFont;
-    };
-    for (std::size_t byte = 0; byte != offsetof(LOGFONTA, lfFaceName); ++byte) {
-        CAPTURE(byte);
-        CHECK(differs(byte, 1));
-    }
-    const std::size_t name = offsetof(LOGFONTA, lfFaceName);
-    CHECK((differs(name, 'a' ^ 'A') && differs(name + 5, 'x') && !differs(name + 6, 'x')));
-
-    LOGFONTA endless = plain;
-    std::fill(std::begin(endless.lfFaceName), std::end(endless.lfFaceName), 'x');
-    const Font cut(endless);
-    CHECK(std::string(Told<LOGFONTA>(cut.m_hFont).lfFaceName) == std::string(31, 'x'));
-    Font same;
-    CHECK(
-        same.CreateFontA(WideString(40, 'x'), 20, 0, 0, 0, FW_BOLD, false, false, false, DEFAULT_CHARSET, 0, 0, 0, 0));
-    CHECK(same.m_hFont == cut.m_hFont);
-}
-
-TEST_CASE("a font is made of its fields one by one") {
+TEST_CASE("a font is made of its fields one by one, the face name cut to fit") {
+    const LOGFONTA expected = {-20, 7, 900, 450, 700, 1, 0, 1, 2, 3, 4, 5, 6, "an endless name of 31 character"};
     Font font;
-    REQUIRE(font.CreateFontA(u"Arial"_w, -20, 7, 900, 450, 700, true, false, true, 2, 3, 4, 5, 6));
-    const LOGFONTA made = Told<LOGFONTA>(font.m_hFont),
-                   expected = {-20, 7, 900, 450, 700, 1, 0, 1, 2, 3, 4, 5, 6, "Arial"};
-    CHECK(std::equal(&made.lfFaceName[0], &made.lfFaceName[6], expected.lfFaceName));
-    CHECK(std::equal(reinterpret_cast<const char*>(&made), made.lfFaceName, reinterpret_cast<const char*>(&expected)));
+    CHECK(font.CreateFontA(u"an endless name of 31 characters of all"_w, -20, 7, 900, 450, 700, true, false, true, 2, 3,
+                           4, 5, 6));
+    CHECK(font.m_hFont == Font(expected).m_hFont);
+    LOGFONTA endless = expected;
+    endless.lfFaceName[LF_FACESIZE - 1] = 's';
+    CHECK(font.m_hFont == Font(endless).m_hFont);
+    CHECK(std::string(Told<LOGFONTA>(font.m_hFont).lfFaceName) == expected.lfFaceName);
 }
 
 TEST_CASE("points become logical units of the context") {
-    const std::tuple<int, int, int, int> rows[] = {{100, 1, 1, -13},  {120, 1, 1, -16}, {-100, 1, 1, -13},
-                                                   {0, 1, 1, 0},      {7, 1, 1, 0},     {100, 200, 100, -26},
-                                                   {100, 2, -1, -26}, {120, 1, 4, -4}};
+    const std::tuple<int, int, int, int> rows[] = {
+        {100, 1, 1, -13}, {-100, 1, 1, -13}, {7, 1, 1, 0}, {100, 2, -1, -26}, {120, 1, 4, -4}};
     for (const auto& [tenths, window, viewport, height] : rows) {
         CAPTURE(tenths);
         CAPTURE(viewport);
         const DC dc(CreateCompatibleDC(nullptr), nullptr);
-        SetMapMode(dc.m_hDC, MM_ANISOTROPIC);
-        SetWindowExtEx(dc.m_hDC, window, window, nullptr);
-        SetViewportExtEx(dc.m_hDC, viewport, viewport, nullptr);
+        Scale(dc.m_hDC, {window, window}, {viewport, viewport});
         SetViewportOrgEx(dc.m_hDC, 40, 50, nullptr);
         Font font, again;
         REQUIRE(font.CreatePointFont(tenths, u"Arial"_w, dc.m_hDC));

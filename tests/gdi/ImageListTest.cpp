@@ -1,5 +1,4 @@
 #include "tests/gdi/Canvas.h"
-#include "tests/support/Faults.h"
 
 #include <memory>
 
@@ -68,8 +67,7 @@ TEST_CASE("without a list, or when the system refuses, there is nothing") {
 
 TEST_CASE("a dragged image enters and leaves the screen") {
     ImageList list;
-    REQUIRE(Fill(list, kRed));
-    REQUIRE(ImageList_BeginDrag(list.m_hImageList, 0, 0, 0));
+    REQUIRE((Fill(list, kRed) && ImageList_BeginDrag(list.m_hImageList, 0, 0, 0)));
     CHECK((ImageList::DragEnter(nullptr, {5, 5}) && ImageList::DragLeave(nullptr)));
     ImageList_EndDrag();
 }

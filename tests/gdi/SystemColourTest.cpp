@@ -1,5 +1,4 @@
 #include "tests/gdi/Kinds.h"
-#include "tests/support/Faults.h"
 
 #include <memory>
 #include <string>
