@@ -15,13 +15,19 @@ bool HaveSameSize(const IBitmap& a, const IBitmap& b) {
     return a.GetWidth() == b.GetWidth() && a.GetHeight() == b.GetHeight();
 }
 
-// Unlocks a picture, also when a call on another one throws.
+// Unlocks a picture, at the latest when a call on it or on another one throws. Unlocking may throw, too; only the first
+// exception is told.
 class Locked {
 public:
     Locked(const IBitmap& picture, const void* bits) : m_picture(bits ? &picture : nullptr) {}
     Locked(const Locked&) = delete;
     Locked& operator=(const Locked&) = delete;
-    ~Locked() { Unlock(); }
+    ~Locked() {
+        try {
+            Unlock();
+        } catch (...) { // NOLINT(bugprone-empty-catch)
+        }
+    }
 
     void Unlock() {
         if (const IBitmap* const picture = std::exchange(m_picture, nullptr))
@@ -56,12 +62,13 @@ bool CombineSameFormat(IBitmap& picture, const IBitmap& other, std::uint32_t key
     void* const to = picture.LockSurfaceModify();
     if (!to)
         return false;
-    const Locked lockedTarget(picture, to);
+    Locked lockedTarget(picture, to);
     const Rows target = AllRows(picture, to);
     const ConstRows source = {static_cast<const Byte*>(from), target.stride, target.width, target.rows};
     const bool wide = picture.GetBitsPerPixel() == 32;
     (wide ? kel::pixels::CombineKey32 : kel::pixels::CombineKey24)(target, source, key);
-    lockedSource.Unlock(); // the source goes first
+    lockedSource.Unlock();
+    lockedTarget.Unlock();
     return true;
 }
 
@@ -70,10 +77,11 @@ bool ShadeMasked(const Rows& all, const Rect& area, const IBitmap& mask, std::ui
     const void* const bits = mask.LockSurface();
     if (!bits)
         return false;
-    const Locked locked(mask, bits);
+    Locked locked(mask, bits);
     const std::ptrdiff_t lowest = static_cast<std::ptrdiff_t>(all.rows) - area.bottom;
     const kel::pixels::BitRows rows = {static_cast<const Byte*>(bits) + lowest * stride, stride};
     kel::pixels::ShadeRowsMasked(RowsOfArea(all, area, 0), rows, static_cast<std::size_t>(area.left), tint, alpha);
+    locked.Unlock();
     return true;
 }
 
@@ -101,12 +109,15 @@ bool BitmapBase::AlphaShadeBitmap(const Rect& area, unsigned long tint, unsigned
     void* const bits = LockSurfaceModify();
     if (!bits)
         return false;
-    const Locked locked(*this, bits);
+    Locked locked(*this, bits);
     const Rows all = {static_cast<Byte*>(bits), stride, GetWidth(), GetHeight()};
+    bool shaded = true;
     if (mask)
-        return ShadeMasked(all, clip, *mask, DibRGB(tint), alpha);
-    kel::pixels::ShadeRows(RowsOfArea(all, clip, clip.left), DibRGB(tint), alpha);
-    return true;
+        shaded = ShadeMasked(all, clip, *mask, DibRGB(tint), alpha);
+    else
+        kel::pixels::ShadeRows(RowsOfArea(all, clip, clip.left), DibRGB(tint), alpha);
+    locked.Unlock();
+    return shaded;
 }
 
 bool BitmapBase::Combine1BitTo8Bit(const IBitmap& mask, int bit, bool invert) {
@@ -115,12 +126,14 @@ bool BitmapBase::Combine1BitTo8Bit(const IBitmap& mask, int bit, bool invert) {
     const void* const from = mask.LockSurface();
     if (!from)
         return false;
-    const Locked lockedMask(mask, from);
+    Locked lockedMask(mask, from);
     void* const to = LockSurfaceModify();
     if (!to)
         return false;
-    const Locked locked(*this, to);
+    Locked locked(*this, to);
     const kel::pixels::BitRows bits = {static_cast<const Byte*>(from), mask.GetScanlineSize()};
     kel::pixels::OrBitPlane(AllRows(*this, to), bits, static_cast<Byte>(1 << bit), invert);
+    locked.Unlock();
+    lockedMask.Unlock();
     return true;
 }
