@@ -116,6 +116,7 @@ TEST_CASE("a sheet replaces an older one when it is whole, and never its album")
         CHECK_FALSE(File::FileExists(folder.Path("sheet.png.part")));
         folder.Write("sheet.png", "old");
     });
+    ReplaceWhole(folder.Path("sheet.png"), "new");
     CHECK(folder.Read("sheet.png") == "new");
 }
 
