@@ -4,7 +4,6 @@
 #include <array>
 #include <cstdio>
 #include <cstring>
-#include <utility>
 
 namespace kel::compare {
 namespace {
@@ -48,23 +47,9 @@ BITMAPINFOHEADER Header(int width, int height, int depth) {
     return header;
 }
 
-HBRUSH RandomPattern(Random& random) {
-    std::array<unsigned char, 16> rows;
-    for (unsigned char& byte : rows)
-        byte = static_cast<unsigned char>(random.Next());
-    const HBITMAP pattern = CreateBitmap(8, 8, 1, 1, rows.data());
-    const HBRUSH brush = CreatePatternBrush(pattern);
-    DeleteObject(pattern);
-    return brush;
-}
-
 } // namespace
 
-Canvas Canvas::Target(Random& random) {
-    return Source(random);
-}
-
-Canvas Canvas::Source(Random& random) {
+Canvas Canvas::Any(Random& random) {
     const bool deviceDependent = random.Below(5) == 0;
     const int depth = deviceDependent ? (random.Below(2) == 0 ? 1 : kScreenDepth) : random.Depth();
     return Canvas(random, depth, deviceDependent);
@@ -87,17 +72,7 @@ Canvas::Canvas(Random& random, int depth, bool deviceDependent)
     Select();
 }
 
-Canvas::Canvas(Canvas&& other) noexcept
-    : m_dc(std::exchange(other.m_dc, nullptr)), m_bitmap(std::exchange(other.m_bitmap, nullptr)),
-      m_before(other.m_before), m_brush(std::exchange(other.m_brush, nullptr)), m_width(other.m_width),
-      m_height(other.m_height), m_depth(other.m_depth), m_deviceDependent(other.m_deviceDependent),
-      m_topDown(other.m_topDown), m_bitFields(other.m_bitFields), m_oddTable(other.m_oddTable),
-      m_repeats(other.m_repeats), m_pixels(other.m_pixels), m_dib(std::move(other.m_dib)),
-      m_info(std::move(other.m_info)) {}
-
 Canvas::~Canvas() {
-    if (!m_dc)
-        return;
     Release();
     DeleteDC(m_dc);
     DeleteObject(m_bitmap);
@@ -186,7 +161,7 @@ std::string Canvas::ChooseBrush(Random& random) {
         m_brush = CreateHatchBrush(hatch, random.Colour());
         name = " hatch" + std::to_string(hatch);
     } else {
-        m_brush = RandomPattern(random);
+        m_brush = PatternBrush(random);
         name = " pattern";
     }
     const int originX = random.Between(-9, 9);

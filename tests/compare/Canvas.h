@@ -12,13 +12,12 @@ namespace kel::compare {
 
 class Canvas {
 public:
-    /// A DIB section of any depth or a device-dependent bitmap of one bit or of the screen's depth.
-    static Canvas Target(Random& random);
-    /// The same; Bits() and Info() describe it as a DIB whatever it is.
-    static Canvas Source(Random& random);
+    /// A DIB section of any depth or a device-dependent bitmap of one bit or of the screen's depth; Bits() and Info()
+    /// describe it as a DIB whatever it is.
+    static Canvas Any(Random& random);
 
-    Canvas(Canvas&& other) noexcept;
-    Canvas& operator=(Canvas&&) = delete;
+    Canvas(const Canvas&) = delete;
+    Canvas& operator=(const Canvas&) = delete;
     ~Canvas();
 
     HDC Dc() const { return m_dc; }

@@ -25,6 +25,16 @@ int Random::Depth() {
     return kDepths[Below(kDepths.size())];
 }
 
+HBRUSH PatternBrush(Random& random) {
+    std::array<unsigned char, 16> rows;
+    for (unsigned char& byte : rows)
+        byte = static_cast<unsigned char>(random.Next());
+    const HBITMAP pattern = CreateBitmap(8, 8, 1, 1, rows.data());
+    const HBRUSH brush = CreatePatternBrush(pattern);
+    DeleteObject(pattern);
+    return brush;
+}
+
 Sheet::Sheet(int width, int height) : m_dc(CreateCompatibleDC(nullptr)) {
     m_info.bmiHeader.biSize = sizeof m_info.bmiHeader;
     m_info.bmiHeader.biWidth = width;

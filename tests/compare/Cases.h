@@ -27,6 +27,9 @@ private:
     std::uint64_t m_state;
 };
 
+/// A brush of a pattern of 8 x 8 pixels in two colours.
+HBRUSH PatternBrush(Random& random);
+
 /// Pixels of 32 bits, rows from the top, in a memory context; black at first.
 class Sheet {
 public:

@@ -35,21 +35,18 @@ std::string Hex(DWORD value) {
     return text;
 }
 
-/// Mostly inside a surface, sometimes partly or wholly outside it.
-Box RandomBox(Random& random, const Canvas& canvas) {
-    const bool inside = random.Below(3) != 0;
-    if (!inside)
-        return {random.Between(-12, canvas.Width()), random.Between(-12, canvas.Height()),
-                random.Between(0, canvas.Width() + 12), random.Between(0, canvas.Height() + 12)};
+Box InsideBox(Random& random, const Canvas& canvas) {
     const int x = random.Between(0, canvas.Width() - 1);
     const int y = random.Between(0, canvas.Height() - 1);
     return {x, y, random.Between(1, canvas.Width() - x), random.Between(1, canvas.Height() - y)};
 }
 
-Box InsideBox(Random& random, const Canvas& canvas) {
-    const int x = random.Between(0, canvas.Width() - 1);
-    const int y = random.Between(0, canvas.Height() - 1);
-    return {x, y, random.Between(1, canvas.Width() - x), random.Between(1, canvas.Height() - y)};
+/// Mostly inside a surface, sometimes partly or wholly outside it.
+Box RandomBox(Random& random, const Canvas& canvas) {
+    if (random.Below(3) != 0)
+        return InsideBox(random, canvas);
+    return {random.Between(-12, canvas.Width()), random.Between(-12, canvas.Height()),
+            random.Between(0, canvas.Width() + 12), random.Between(0, canvas.Height() + 12)};
 }
 
 /// Whether a rectangle as calls take it lies inside.
@@ -172,33 +169,37 @@ struct Case {
     void Report(long result) { line += Setting("result", result); }
 };
 
-void DrawBitBlt(Case& c) {
+/// Copies of a surface on itself may overlap.
+void Copy(Case& c, const Canvas& source) {
     const Box to = RandomBox(c.random, c.target);
-    const Box from = RandomBox(c.random, c.source);
+    const Box from = RandomBox(c.random, source);
     const DWORD operation = c.Operation();
     c.line += Text(to) + Text(from) + " rop" + Hex(operation);
-    c.Report(BitBlt(c.target.Dc(), to.x, to.y, to.width, to.height, c.source.Dc(), from.x, from.y, operation));
+    const bool overlap = &source == &c.target && Overlap(to, {from.x, from.y, to.width, to.height});
+    c.Note("overlap", overlap && (operation != SRCCOPY || c.hasHoles));
+    c.Report(BitBlt(c.target.Dc(), to.x, to.y, to.width, to.height, source.Dc(), from.x, from.y, operation));
 }
 
-/// Copies may overlap.
+void DrawBitBlt(Case& c) {
+    Copy(c, c.source);
+}
+
 void DrawBitBltOnItself(Case& c) {
-    const Box to = RandomBox(c.random, c.target);
-    const Box from = RandomBox(c.random, c.target);
+    Copy(c, c.target);
+}
+
+void Stretch(Case& c, const Box& to, const Box& from, const Canvas& source) {
     const DWORD operation = c.Operation();
+    c.ChooseStretchMode();
     c.line += Text(to) + Text(from) + " rop" + Hex(operation);
-    c.Note("overlap", Overlap(to, {from.x, from.y, to.width, to.height}) && (operation != SRCCOPY || c.hasHoles));
-    c.Report(BitBlt(c.target.Dc(), to.x, to.y, to.width, to.height, c.target.Dc(), from.x, from.y, operation));
+    c.NoteStretch(to, from, source);
+    c.Report(StretchBlt(c.target.Dc(), to.x, to.y, to.width, to.height, source.Dc(), from.x, from.y, from.width,
+                        from.height, operation));
 }
 
 void DrawStretchOnItself(Case& c) {
     const Box to = RandomBox(c.random, c.target);
-    const Box from = InsideBox(c.random, c.target);
-    const DWORD operation = c.Operation();
-    c.ChooseStretchMode();
-    c.line += Text(to) + Text(from) + " rop" + Hex(operation);
-    c.NoteStretch(to, from, c.target);
-    c.Report(StretchBlt(c.target.Dc(), to.x, to.y, to.width, to.height, c.target.Dc(), from.x, from.y, from.width,
-                        from.height, operation));
+    Stretch(c, to, InsideBox(c.random, c.target), c.target);
 }
 
 void DrawStretchBlt(Case& c) {
@@ -206,12 +207,7 @@ void DrawStretchBlt(Case& c) {
     Box from = c.random.Below(3) == 0 ? RandomBox(c.random, c.source) : InsideBox(c.random, c.source);
     MirrorSometimes(c.random, to);
     MirrorSometimes(c.random, from);
-    const DWORD operation = c.Operation();
-    c.ChooseStretchMode();
-    c.line += Text(to) + Text(from) + " rop" + Hex(operation);
-    c.NoteStretch(to, from, c.source);
-    c.Report(StretchBlt(c.target.Dc(), to.x, to.y, to.width, to.height, c.source.Dc(), from.x, from.y, from.width,
-                        from.height, operation));
+    Stretch(c, to, from, c.source);
 }
 
 void DrawPatBlt(Case& c) {
@@ -378,7 +374,7 @@ const auto& RandomKind(Random& random) {
 void RunCase(int number, bool dump) {
     Random random(static_cast<std::uint32_t>(number));
     const auto& kind = RandomKind(random);
-    Case c{random, Canvas::Target(random), Canvas::Source(random), {}};
+    Case c{random, Canvas::Any(random), Canvas::Any(random), {}};
     c.line = std::to_string(number) + " " + kind.name + " " + c.source.Name() + ">" + c.target.Name() + " ";
     c.ChooseColours();
     c.line += c.target.ChooseBrush(random);

@@ -94,13 +94,7 @@ HBRUSH RandomBrush(Random& random, std::string& name) {
         const int hatch = random.Between(HS_HORIZONTAL, HS_DIAGCROSS);
         return name = " hatch" + std::to_string(hatch), CreateHatchBrush(hatch, random.Colour());
     }
-    unsigned char rows[16];
-    for (unsigned char& byte : rows)
-        byte = static_cast<unsigned char>(random.Next());
-    const HBITMAP pattern = CreateBitmap(8, 8, 1, 1, rows);
-    const HBRUSH brush = CreatePatternBrush(pattern);
-    DeleteObject(pattern);
-    return name = " pattern", brush;
+    return name = " pattern", kel::compare::PatternBrush(random);
 }
 
 /// Colours, modes, origins, a clip region, a mapping. @return what is out of the ordinary.
@@ -209,16 +203,18 @@ std::string Shapes(Random& random, HDC dc) {
         ToPixels(points);
     const SIZE size = SizeBetween(dc, points[0], points[1]);
     const SIZE corner = SizeBetween(dc, {}, points[2]);
-    if (kind == 0)
+    const auto [left, top] = points[0];
+    const auto [right, bottom] = points[1];
+    if (kind == 0) {
         name += Thinness(size, name[0] == 'i' ? 12 : 1);
-    else
-        name += Narrowness(kind == 1 ? size : SIZE{std::min(size.cx, corner.cx), std::min(size.cy, corner.cy)});
-    if (kind == 0)
-        Rectangle(dc, points[0].x, points[0].y, points[1].x, points[1].y);
-    else if (kind == 1)
-        Ellipse(dc, points[0].x, points[0].y, points[1].x, points[1].y);
-    else
-        RoundRect(dc, points[0].x, points[0].y, points[1].x, points[1].y, points[2].x, points[2].y);
+        Rectangle(dc, left, top, right, bottom);
+    } else if (kind == 1) {
+        name += Narrowness(size);
+        Ellipse(dc, left, top, right, bottom);
+    } else {
+        name += Narrowness({std::min(size.cx, corner.cx), std::min(size.cy, corner.cy)});
+        RoundRect(dc, left, top, right, bottom, points[2].x, points[2].y);
+    }
     static const char* const names[] = {"Rectangle ", "Ellipse ", "RoundRect "};
     return names[kind] + name + Text(points, 3);
 }
@@ -311,14 +307,11 @@ std::string Paths(Random& random, HDC dc) {
     EndPath(dc);
     const int count = GetPath(dc, nullptr, nullptr, 0);
     static const char* const names[] = {"FillPath ", "StrokePath ", "StrokeAndFillPath ", "PathToRegion "};
+    BOOL(WINAPI* const uses[])(HDC) = {FillPath, StrokePath, StrokeAndFillPath};
     const std::uint32_t use = random.Below(4);
-    if (use == 0)
-        FillPath(dc);
-    else if (use == 1)
-        StrokePath(dc);
-    else if (use == 2)
-        StrokeAndFillPath(dc);
-    else {
+    if (use < std::size(uses)) {
+        uses[use](dc);
+    } else {
         const HRGN region = PathToRegion(dc);
         PaintRgn(dc, region);
         DeleteObject(region);
