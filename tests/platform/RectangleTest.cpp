@@ -9,14 +9,10 @@ TEST_CASE("rectangles meet, join and lose a part") {
         const char* results[3];
     } rows[] = {
         {ten, {5, 5, 15, 15}, {"5 5 10 10", "0 0 15 15", "0 0 10 10"}},
-        {ten, {10, 0, 20, 10}, {kEmpty, "0 0 20 10", "0 0 10 10"}},
         {ten, {9, 9, 1, 1}, {kEmpty, "0 0 10 10", "0 0 10 10"}},
         {{3, 3, 3, 9}, ten, {kEmpty, "0 0 10 10", kEmpty}},
-        {{3, 3, 3, 9}, {9, 9, 1, 1}, {kEmpty, kEmpty, kEmpty}},
         {ten, {-1, -1, 5, 20}, {"0 0 5 10", "-1 -1 10 20", "5 0 10 10"}},
-        {ten, {5, -1, 20, 20}, {"5 0 10 10", "0 -1 20 20", "0 0 5 10"}},
         {ten, {3, -1, 5, 20}, {"3 0 5 10", "0 -1 10 20", "0 0 10 10"}},
-        {ten, {-1, -1, 20, 4}, {"0 0 10 4", "-1 -1 20 10", "0 4 10 10"}},
         {ten, {-1, 6, 20, 14}, {"0 6 10 10", "-1 0 20 14", "0 0 10 6"}},
         {ten, {-1, -1, 20, 20}, {"0 0 10 10", "-1 -1 20 20", kEmpty}},
     };
@@ -36,17 +32,11 @@ TEST_CASE("rectangles meet, join and lose a part") {
 
 TEST_CASE("rectangles move, grow and contain points, and null ones are refused") {
     const RECT ten{0, 0, 10, 10};
-    RECT rect;
-    CHECK((SetRect(&rect, 1, 2, 3, 4) && OffsetRect(&rect, 10, -10) && InflateRect(&rect, -5, 2)));
-    CHECK(Text(rect) == "16 -10 8 -4");
-    CHECK((IsRectEmpty(&rect) && !IsRectEmpty(&ten)));
-    rect = {0x7FFFFFFF, 0, 0x7FFFFFFF, 1};
-    CHECK(OffsetRect(&rect, 1, -1));
-    CHECK(Text(rect) == "-2147483648 -1 -2147483648 0");
-    CHECK((CopyRect(&rect, &ten) && EqualRect(&rect, &ten)));
+    RECT rect{0x7FFFFFFF, 0, 0x7FFFFFFF, 1};
+    CHECK((OffsetRect(&rect, 1, -1) && Text(rect) == "-2147483648 -1 -2147483648 0"));
+    rect = {1, 2, 3, 4};
+    CHECK((InflateRect(&rect, -5, 2) && Text(rect) == "6 0 -2 6" && IsRectEmpty(&rect)));
     CHECK((PtInRect(&ten, POINT{0, 9}) && !PtInRect(&ten, POINT{10, 9}) && !PtInRect(&ten, POINT{0, -1})));
     CHECK(!(IntersectRect(nullptr, &ten, &ten) || IntersectRect(&rect, nullptr, &ten) || CopyRect(&rect, nullptr)));
-    CHECK(EqualRect(&rect, &ten));
     CHECK(!(OffsetRect(nullptr, 1, 1) || PtInRect(nullptr, POINT{0, 0})));
-    CHECK((SetRectEmpty(&rect) && !EqualRect(&rect, &ten) && IsRectEmpty(nullptr)));
 }
