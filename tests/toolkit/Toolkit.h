@@ -120,6 +120,11 @@ void Append(Bytes& bytes, Value value) {
     std::memcpy(bytes.data() + bytes.size() - sizeof value, &value, sizeof value);
 }
 
+/// The first bytes of a file.
+inline Bytes Cut(const Bytes& file, std::size_t size) {
+    return {file.begin(), file.begin() + static_cast<std::ptrdiff_t>(size)};
+}
+
 /// A kind of packed bitmap: what its header says, and the bytes behind that.
 struct Shape {
     LONG width, height; ///< negative: the top row first
@@ -133,7 +138,8 @@ struct Shape {
     std::size_t Table() const { return colours == 0 && depth <= 8 ? std::size_t{4} << depth : 4 * colours; }
 };
 
-inline BITMAPINFOHEADER HeaderOf(const Shape& shape) {
+/// The header's 40 bytes and the masks.
+inline Bytes FrontOf(const Shape& shape) {
     BITMAPINFOHEADER header = {};
     header.biSize = shape.headerBytes;
     header.biWidth = shape.width;
@@ -142,15 +148,16 @@ inline BITMAPINFOHEADER HeaderOf(const Shape& shape) {
     header.biBitCount = shape.depth;
     header.biCompression = shape.compression;
     header.biClrUsed = shape.colours;
-    return header;
+    Bytes front;
+    Append(front, header);
+    for (const DWORD mask : shape.masks)
+        Append(front, mask);
+    return front;
 }
 
 /// A packed bitmap with colours and pixels that follow from @p seed, padding included.
 inline Bytes DibOf(const Shape& shape, std::uint32_t seed = 1) {
-    Bytes dib;
-    Append(dib, HeaderOf(shape));
-    for (const DWORD mask : shape.masks)
-        Append(dib, mask);
+    Bytes dib = FrontOf(shape);
     const auto height = static_cast<std::size_t>(shape.height < 0 ? -shape.height : shape.height);
     const std::size_t front = std::max<std::size_t>(shape.headerBytes, dib.size());
     const std::size_t size = front + shape.Table() + shape.RowBytes() * height;
