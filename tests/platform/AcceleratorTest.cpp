@@ -4,10 +4,10 @@
 
 namespace {
 
-std::string RowsOf(HACCEL table, int most = 3) {
+std::string RowsOf(HACCEL table) {
     ACCEL rows[3];
     std::string text;
-    for (int i = 0, count = CopyAcceleratorTableA(table, rows, most); i < count; ++i)
+    for (int i = 0, count = CopyAcceleratorTableA(table, rows, 3); i < count; ++i)
         for (const WORD part : {WORD{rows[i].fVirt}, rows[i].key, rows[i].cmd})
             text += std::to_string(part) + " ";
     return text;
@@ -18,18 +18,15 @@ std::string RowsOf(HACCEL table, int most = 3) {
 TEST_CASE("a table is loaded from a module, copied out and destroyed") {
     const HMODULE module = LoadLibraryA(KELCORE_TEST_MODULES "/texts.dll");
     const HACCEL table = LoadAcceleratorsA(module, MAKEINTRESOURCEA(1));
-    const HACCEL second = LoadAcceleratorsA(module, MAKEINTRESOURCEA(1));
     const HACCEL single = LoadAcceleratorsA(module, "#2");
-    CHECK(table != second);
     CHECK(ErrorOf(LoadAcceleratorsA(module, MAKEINTRESOURCEA(9)) != nullptr) == ERROR_RESOURCE_NAME_NOT_FOUND);
     if (kOnLayer)
         CHECK(ErrorOf(LoadAcceleratorsA(module, MAKEINTRESOURCEA(3)) != nullptr) == ERROR_INVALID_DATA);
     CHECK(FreeLibrary(module));
     CHECK(CopyAcceleratorTableA(table, nullptr, 0) == 3);
     CHECK(RowsOf(table) == "9 65 100 31 112 101 16 98 102 ");
-    CHECK(RowsOf(table, 2) == "9 65 100 31 112 101 ");
     CHECK(RowsOf(single) == "0 120 65535 ");
-    for (const HACCEL each : {table, second, single})
+    for (const HACCEL each : {table, single})
         CHECK(DestroyAcceleratorTable(each));
     CHECK(DestroyAcceleratorTable(table) == FALSE);
     CHECK((!kOnLayer || GetLastError() == ERROR_INVALID_ACCEL_HANDLE));

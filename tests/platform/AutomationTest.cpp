@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string>
 
-// Strings and errors of automation, and the plain calls around a registered COM class.
+// Strings and errors of automation, identifiers of classes, palettes of pictures.
 
 TEST_CASE("strings of automation carry their length and a terminator") {
     const OLECHAR text[] = {'a', 0, 'b'};
@@ -15,66 +15,35 @@ TEST_CASE("strings of automation carry their length and a terminator") {
     const BSTR first = SysAllocString(whole);
     CHECK(SysStringLen(first) == 1);
     const BSTR empty = SysAllocStringLen(nullptr, 0);
-    CHECK(empty != nullptr);
-    CHECK(SysStringLen(empty) == 0);
-    CHECK(SysStringLen(nullptr) == 0);
+    CHECK((empty && SysStringLen(empty) == 0 && SysStringLen(nullptr) == 0));
     CHECK(SysAllocString(nullptr) == nullptr);
     for (const BSTR string : {whole, first, empty, BSTR()})
         SysFreeString(string);
 }
 
 TEST_CASE("the error of a failed call tells its result, copies too") {
-    try {
-        throw _com_error(static_cast<HRESULT>(0x80041234u));
-    } catch (const _com_error& thrown) {
-        const _com_error copy(thrown);
-        CHECK(copy.Error() == static_cast<HRESULT>(0x80041234u));
-        CHECK(std::string(copy.ErrorMessage()) == "IDispatch error #4148");
-    }
+    const _com_error error(static_cast<HRESULT>(0x80041234u)), copy(error);
+    CHECK(copy.Error() == error.Error());
+    CHECK(std::string(copy.ErrorMessage()) == "IDispatch error #4148");
     CHECK(std::string(_com_error(static_cast<HRESULT>(0x80AB1234u)).ErrorMessage()) == "Unknown error 0x80AB1234");
-    const _com_error known(E_OUTOFMEMORY);
-    const std::string message = known.ErrorMessage();
-    CHECK(message.size() > 5);
-    CHECK(message.back() != '\n');
+    const std::string known = _com_error(E_OUTOFMEMORY).ErrorMessage();
+    CHECK((known.size() > 5 && known.back() != '\n'));
 }
 
-TEST_CASE("the default value of a subkey is read as text, empty where there is none") {
-    HKEY key = nullptr;
-    REQUIRE(RegCreateKeyExA(HKEY_CURRENT_USER, "Software\\KelCoreAutomation\\Sub", 0, nullptr, 0, KEY_ALL_ACCESS,
-                            nullptr, &key, nullptr) == ERROR_SUCCESS);
-    RegCloseKey(key);
-    REQUIRE(RegOpenKeyA(HKEY_CURRENT_USER, "Software\\KelCoreAutomation", &key) == ERROR_SUCCESS);
-    const struct {
-        const char* subkey;
-        const char* value; // null for none
-        LONG room;
-        LONG code;
-        LONG size;
-    } rows[] = {
-        {"Missing", nullptr, 20, ERROR_FILE_NOT_FOUND, 20},
-        {"Sub", nullptr, 20, ERROR_SUCCESS, 1},
-        {"Sub", "hello", 20, ERROR_SUCCESS, 6},
-        {"Sub", "hello", 6, ERROR_SUCCESS, 6},
-        {"Sub", "hello", 5, ERROR_MORE_DATA, 6},
-    };
-    for (const auto& row : rows) {
-        CAPTURE(row.room);
-        if (row.value)
-            RegSetValueA(key, row.subkey, REG_SZ, row.value, 0);
-        char text[20] = {};
-        LONG size = row.room;
-        CHECK(RegQueryValueA(key, row.subkey, text, &size) == row.code);
-        CHECK(size == row.size);
-        CHECK(std::string(text) == (row.code == ERROR_SUCCESS && row.value ? row.value : ""));
-    }
-    HKEY same = nullptr;
-    CHECK(RegOpenKeyA(key, "", &same) == ERROR_SUCCESS);
-    CHECK(same == key);
-    CHECK(RegOpenKeyA(key, "Missing", &same) == ERROR_FILE_NOT_FOUND);
-    CHECK(same == nullptr);
-    RegDeleteKeyA(key, "Sub");
-    RegCloseKey(key);
-    RegDeleteKeyA(HKEY_CURRENT_USER, "Software\\KelCoreAutomation");
+TEST_CASE("a class identifier is spelled in braces, into task memory or a buffer it fits") {
+    const CLSID id = {0x01234567, 0x89AB, 0x00EF, {0xFE, 0x0C, 0xBA, 0x98, 0x07, 0x65, 0x43, 0x21}};
+    const std::string text = "{01234567-89AB-00EF-FE0C-BA9807654321}";
+    LPOLESTR spelled = nullptr;
+    REQUIRE(StringFromCLSID(id, &spelled) == S_OK);
+    CHECK(std::string(spelled, spelled + 39) == text + '\0');
+    CoTaskMemFree(spelled);
+    CoTaskMemFree(nullptr);
+    OLECHAR buffer[40] = {'#'};
+    buffer[39] = '#';
+    CHECK(StringFromGUID2(id, buffer, 38) == 0);
+    CHECK(buffer[0] == '#');
+    CHECK(StringFromGUID2(id, buffer, 39) == 39);
+    CHECK(std::string(buffer, buffer + 40) == text + '\0' + '#');
 }
 
 TEST_CASE("a palette is selected in place of another, and changes nothing on the screen") {
@@ -82,8 +51,7 @@ TEST_CASE("a palette is selected in place of another, and changes nothing on the
     const auto palette = static_cast<HPALETTE>(GetStockObject(DEFAULT_PALETTE));
     CHECK(SelectPalette(screen, palette, FALSE) == palette);
     CHECK(RealizePalette(screen) == 0);
-    CHECK(SelectPalette(screen, nullptr, FALSE) == nullptr);
-    CHECK(SelectPalette(screen, static_cast<HPALETTE>(GetStockObject(BLACK_BRUSH)), FALSE) == nullptr);
-    CHECK(SelectPalette(nullptr, palette, FALSE) == nullptr);
+    for (const HGDIOBJ none : {HGDIOBJ{}, GetStockObject(BLACK_BRUSH)})
+        CHECK(SelectPalette(screen, static_cast<HPALETTE>(none), FALSE) == nullptr);
     ReleaseDC(nullptr, screen);
 }

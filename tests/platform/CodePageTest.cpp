@@ -12,40 +12,31 @@ Units Wide(const std::u16string& text) {
     return {text.begin(), text.end()};
 }
 
-struct Answer {
-    int size;
-    DWORD error; // 0 after a success
-};
-
-Answer Encode(UINT page, DWORD flags, const Units& text, std::string& bytes, const char* missing = nullptr,
-              BOOL* used = nullptr) {
-    SetLastError(0);
-    const int size = WideCharToMultiByte(page, flags, text.data(), static_cast<int>(text.size()), bytes.data(),
-                                         static_cast<int>(bytes.size()), missing, used);
-    return {size, size == 0 ? GetLastError() : 0};
+int Encode(UINT page, DWORD flags, const Units& text, std::string& bytes, const char* missing = nullptr,
+           BOOL* used = nullptr) {
+    return WideCharToMultiByte(page, flags, text.data(), static_cast<int>(text.size()), bytes.data(),
+                               static_cast<int>(bytes.size()), missing, used);
 }
 
-Answer Decode(UINT page, DWORD flags, const std::string& bytes, Units& text) {
-    SetLastError(0);
-    const int size = MultiByteToWideChar(page, flags, bytes.data(), static_cast<int>(bytes.size()), text.data(),
-                                         static_cast<int>(text.size()));
-    return {size, size == 0 ? GetLastError() : 0};
+int Decode(UINT page, DWORD flags, const std::string& bytes, Units& text) {
+    return MultiByteToWideChar(page, flags, bytes.data(), static_cast<int>(bytes.size()), text.data(),
+                               static_cast<int>(text.size()));
 }
 
 /// The result in room of exactly the size that the call asks for; its neighbours must stay as they are.
 std::string Encoded(UINT page, const Units& text, DWORD flags = 0) {
     std::string bytes;
-    const int size = Encode(page, flags, text, bytes).size;
+    const int size = Encode(page, flags, text, bytes);
     bytes.assign(static_cast<std::size_t>(size), '\xEE');
-    CHECK(Encode(page, flags, text, bytes).size == size);
+    CHECK(Encode(page, flags, text, bytes) == size);
     return bytes;
 }
 
 Units Decoded(UINT page, const std::string& bytes) {
     Units text;
-    const int size = Decode(page, 0, bytes, text).size;
+    const int size = Decode(page, 0, bytes, text);
     text.assign(static_cast<std::size_t>(size), 0xEEEE);
-    CHECK(Decode(page, 0, bytes, text).size == size);
+    CHECK(Decode(page, 0, bytes, text) == size);
     return text;
 }
 
@@ -60,13 +51,10 @@ TEST_CASE("a page gives each character its bytes and takes them back") {
     gives(65001, u"\u007F\u0080\u07FF\u0800\uD7FF\uE000\uFFFF\U00010000\U0010FFFF",
           "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF");
     gives(1252, u"a\u20AC\u0081\u201C\u00FF\u00A0", "a\x80\x81\x93\xFF\xA0");
-    gives(1251, u"\u0416\u044F\u0401", "\xC6\xFF\xA8");
     gives(1253, u"\u03B1\uF8F9", "\xE1\xAA");
     gives(932, u"a\uFF71\u4E00\u30BD\u2252", "a\xB1\x88\xEA\x83\x5C\x81\xE0");
-    gives(936, u"\u4E2D", "\xD6\xD0");
     gives(949, u"\uAC00", "\xB0\xA1");
     gives(28591, u"\u00E9\u0085", "\xE9\x85");
-    gives(37, u"A1", "\xC1\xF1");
 }
 
 TEST_CASE("bytes and units without a meaning are replaced, or refused on demand") {
@@ -74,7 +62,7 @@ TEST_CASE("bytes and units without a meaning are replaced, or refused on demand"
         CAPTURE(bytes);
         CHECK(Decoded(page, bytes) == Wide(text));
         Units none;
-        CHECK(Decode(page, MB_ERR_INVALID_CHARS, bytes, none).error == ERROR_NO_UNICODE_TRANSLATION);
+        CHECK(ErrorOf(Decode(page, MB_ERR_INVALID_CHARS, bytes, none)) == ERROR_NO_UNICODE_TRANSLATION);
     };
     replaces(65001, "a\x80z", u"a\uFFFDz");
     replaces(65001, "\xC0\xAFz", u"\uFFFD\uFFFDz");
@@ -96,8 +84,8 @@ TEST_CASE("bytes and units without a meaning are replaced, or refused on demand"
     std::string bytes;
     const Units lone = Wide({u'a', 0xD800, u'b', 0xDC00, u'c', 0xD83D});
     CHECK(Encoded(65001, lone) == "a\uFFFDb\uFFFDc\uFFFD");
-    CHECK(Encode(65001, WC_ERR_INVALID_CHARS, lone, bytes).error == ERROR_NO_UNICODE_TRANSLATION);
-    CHECK(Encode(65001, WC_ERR_INVALID_CHARS, Wide(u"\U0001F600"), bytes).size == 4);
+    CHECK(ErrorOf(Encode(65001, WC_ERR_INVALID_CHARS, lone, bytes)) == ERROR_NO_UNICODE_TRANSLATION);
+    CHECK(Encode(65001, WC_ERR_INVALID_CHARS, Wide(u"\U0001F600"), bytes) == 4);
 }
 
 TEST_CASE("units without a counterpart become the default character, and the caller learns of it") {
@@ -106,16 +94,13 @@ TEST_CASE("units without a counterpart become the default character, and the cal
         CAPTURE(expected);
         std::string bytes(expected.size(), '\0');
         BOOL used = 7;
-        CHECK(Encode(page, WC_NO_BEST_FIT_CHARS, Wide(text), bytes, missing, &used).size ==
-              static_cast<int>(bytes.size()));
+        CHECK(Encode(page, WC_NO_BEST_FIT_CHARS, Wide(text), bytes, missing, &used) == static_cast<int>(bytes.size()));
         CHECK(bytes == expected);
         CHECK(used == expectedUse);
     };
     becomes(1252, nullptr, u"a\u0416\U0001F600", "a???", TRUE);
     becomes(1252, "#x", u"a\u0416", "a#", TRUE);
-    becomes(1252, "#", u"ab", "ab", FALSE);
     becomes(932, "\x81\x40", u"\u0E01z", "\x81\x40z", TRUE);
-    becomes(20127, nullptr, u"\u0100", "?", TRUE);
 }
 
 TEST_CASE("lengths, sizes and flags are checked") {
@@ -125,49 +110,34 @@ TEST_CASE("lengths, sizes and flags are checked") {
     CHECK(MultiByteToWideChar(932, 0, "\x88\xEA\x40", -5, units, 8) == 3);
     CHECK((units[0] == 0x4E00 && units[1] == '@' && units[2] == 0));
 
-    const auto encodes = [&](UINT page, DWORD flags, const WCHAR* from, int count, char* to, int room, DWORD error) {
-        CHECK(ErrorOf(WideCharToMultiByte(page, flags, from, count, to, room, nullptr, nullptr)) == error);
-    };
-    const auto decodes = [&](UINT page, DWORD flags, int count, int room, DWORD error) {
+    const Units text = Wide(u"a\u20AC");
+    const auto refuses = [&](UINT page, DWORD flags, int count, int room, DWORD error) {
+        INFO(page, " ", flags, " ", count, " ", room);
+        CHECK(ErrorOf(WideCharToMultiByte(page, flags, text.data(), count, bytes, room, nullptr, nullptr)) == error);
         CHECK(ErrorOf(MultiByteToWideChar(page, flags, "ab", count, units, room)) == error);
     };
-    const Units text = Wide(u"a\u20AC");
-    const WCHAR* const euro = text.data();
     for (const UINT page : {CP_UTF8, 932}) {
-        CAPTURE(page);
-        encodes(page, 0, euro, 0, bytes, 8, ERROR_INVALID_PARAMETER);
-        encodes(page, 0, nullptr, 2, bytes, 8, ERROR_INVALID_PARAMETER);
-        encodes(page, 0, euro, 2, nullptr, 8, ERROR_INVALID_PARAMETER);
-        encodes(page, 0, euro, 2, bytes, -1, ERROR_INVALID_PARAMETER);
-        encodes(page, 0x800, euro, 2, bytes, 8, ERROR_INVALID_FLAGS);
-        encodes(page, 0, euro, 2, bytes, 1, ERROR_INSUFFICIENT_BUFFER);
-        decodes(page, 0, 0, 8, ERROR_INVALID_PARAMETER);
-        decodes(page, 0x100, 2, 8, ERROR_INVALID_FLAGS);
-        decodes(page, 0, 2, 1, ERROR_INSUFFICIENT_BUFFER);
+        refuses(page, 0, 0, 8, ERROR_INVALID_PARAMETER);
+        refuses(page, 0, 2, -1, ERROR_INVALID_PARAMETER);
+        refuses(page, 0x800, 2, 8, ERROR_INVALID_FLAGS);
+        refuses(page, 0, 2, 1, ERROR_INSUFFICIENT_BUFFER);
+        CHECK(ErrorOf(WideCharToMultiByte(page, 0, nullptr, 2, bytes, 8, nullptr, nullptr)) == ERROR_INVALID_PARAMETER);
+        CHECK(ErrorOf(MultiByteToWideChar(page, 0, "ab", 2, nullptr, 8)) == ERROR_INVALID_PARAMETER);
     }
-    encodes(99999, 0, euro, 2, bytes, 8, ERROR_INVALID_PARAMETER);
-    decodes(99999, 0, 2, 8, ERROR_INVALID_PARAMETER);
+    refuses(99999, 0, 2, 8, ERROR_INVALID_PARAMETER);
 }
 
 TEST_CASE("a page is described by its character size and its lead bytes") {
-    const auto describes = [](UINT page, UINT most, const std::string& defaultChar, const std::string& leads) {
-        CAPTURE(page);
-        CPINFO info;
-        std::memset(&info, 0xAA, sizeof info);
-        REQUIRE((IsValidCodePage(page) && GetCPInfo(page, &info)));
-        CHECK(info.MaxCharSize == most);
-        CHECK(std::string(reinterpret_cast<char*>(info.DefaultChar)) == defaultChar);
-        CHECK(std::string(reinterpret_cast<char*>(info.LeadByte), leads.size() + 1) == leads + '\0');
-    };
-    describes(65001, 4, "?", "");
-    describes(37, 1, "\x6F", "");
-    describes(932, 2, "?", "\x81\x9F\xE0\xFC");
-    describes(936, 2, "?", "\x81\xFE");
     CPINFO info;
+    for (const UINT page : {65001, 932, 1252}) {
+        REQUIRE((IsValidCodePage(page) && GetCPInfo(page, &info)));
+        CHECK(info.MaxCharSize == (page == 65001 ? 4 : page == 932 ? 2 : 1));
+        CHECK(info.DefaultChar[0] == '?');
+        CHECK(std::memcmp(info.LeadByte, page == 932 ? "\x81\x9F\xE0\xFC\0" : "\0", page == 932 ? 5 : 1) == 0);
+    }
     CHECK(ErrorOf(GetCPInfo(99999, &info)) == ERROR_INVALID_PARAMETER);
     CHECK((!IsValidCodePage(99999) && !IsValidCodePage(CP_ACP) && IsValidCodePage(GetACP())));
     CHECK((IsDBCSLeadByteEx(932, 0x81) && !IsDBCSLeadByteEx(932, 0xB1) && !IsDBCSLeadByteEx(CP_UTF8, 0xE3)));
-    CHECK((!IsDBCSLeadByte('a') && AreFileApisANSI()));
 }
 
 // The roads for long texts against those for single characters, at every length and so at every end of a vector.
@@ -194,7 +164,7 @@ TEST_CASE("a text of any length converts as its characters do one by one") {
             CHECK(Encoded(page, text, flags) == bytes);
             CHECK(Decoded(page, bytes) == back);
             std::string room(bytes.size() - 1, '\0');
-            CHECK((room.empty() || Encode(page, flags, text, room).error == ERROR_INSUFFICIENT_BUFFER));
+            CHECK((room.empty() || ErrorOf(Encode(page, flags, text, room)) == ERROR_INSUFFICIENT_BUFFER));
         }
     }
 }

@@ -89,10 +89,8 @@ TEST_CASE(
     CHECK(CloseHandle(file));
 }
 
-TEST_CASE("standard handles differ, unknown ones are refused, and the null device takes all and gives nothing") {
-    CHECK(GetStdHandle(STD_OUTPUT_HANDLE) == GetStdHandle(STD_OUTPUT_HANDLE));
+TEST_CASE("standard handles differ, and the null device takes all and gives nothing") {
     CHECK(GetStdHandle(STD_OUTPUT_HANDLE) != GetStdHandle(STD_ERROR_HANDLE));
-    CHECK(ErrorOf(GetStdHandle(5) != INVALID_HANDLE_VALUE) == ERROR_INVALID_HANDLE);
     char byte;
     const Opened null("nul", kReadWrite, 0, CREATE_ALWAYS);
     CHECK(GetLastError() == 0);
@@ -139,13 +137,12 @@ TEST_CASE("each thread has its own last error") {
 }
 
 TEST_CASE("the version is asked for with a record of either size") {
-    OSVERSIONINFOEXA version = {};
     for (const DWORD size : {148, 156, 155}) {
-        version = {};
+        OSVERSIONINFOEXA version = {};
         version.dwOSVersionInfoSize = size;
-        const DWORD error = size == 155 ? ERROR_INSUFFICIENT_BUFFER : 0;
-        CHECK(ErrorOf(GetVersionExA(reinterpret_cast<OSVERSIONINFOA*>(&version))) == error);
-        CHECK(version.dwPlatformId == (error ? 0 : VER_PLATFORM_WIN32_NT));
+        CHECK(ErrorOf(GetVersionExA(reinterpret_cast<OSVERSIONINFOA*>(&version))) ==
+              (size == 155 ? ERROR_INSUFFICIENT_BUFFER : 0));
+        CHECK(version.dwPlatformId == (size == 155 ? 0 : VER_PLATFORM_WIN32_NT));
     }
 }
 

@@ -83,15 +83,11 @@ struct Step {
         return Count(opened);
     }
 
-    // What there is to be read, as a number: values, and the sizes of their data by two ways.
+    // What there is to be read, as a number: values and the sizes of their data.
     static LONG Count(HKEY key) {
-        DWORD sum = 0;
-        char name[64];
-        for (DWORD i = 0, size = sizeof name, data = 0;
-             RegEnumValueA(key, i, name, &size, nullptr, nullptr, nullptr, &data) == 0; ++i, size = sizeof name) {
-            CHECK(GetBytes(key, name).size() == data);
-            sum += 1 + data;
-        }
+        std::size_t sum = 0;
+        for (DWORD i = 0; ValueAt(key, i) != "<259>"; ++i)
+            sum += 1 + GetBytes(key, ValueAt(key, i).c_str()).size();
         return static_cast<LONG>(sum & 0xFF);
     }
 };

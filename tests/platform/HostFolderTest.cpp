@@ -119,12 +119,9 @@ TEST_CASE("links are shown without their folders, and removed without their targ
     shows("toNone", FILE_ATTRIBUTE_REPARSE_POINT);
     shows("loop", FILE_ATTRIBUTE_REPARSE_POINT);
     shows("pipe", FILE_ATTRIBUTE_DEVICE);
-    CHECK(Entry("toFile").dwReserved0 == IO_REPARSE_TAG_SYMLINK);
-    CHECK(GetFileAttributesA("toFile") == FILE_ATTRIBUTE_ARCHIVE);
     CHECK(GetFileAttributesA("toDir") == FILE_ATTRIBUTE_DIRECTORY);
     CHECK(ErrorOf(Exists("toNone")) == ERROR_FILE_NOT_FOUND);
     CHECK(ErrorOf(Exists("loop")) == ERROR_CANT_RESOLVE_FILENAME);
-    CHECK(GetFileAttributesA("toDir\\in") == FILE_ATTRIBUTE_ARCHIVE);
     CHECK((MoveFileA("toFile", "moved") && DeleteFileA("moved")));
     CHECK((RemoveDirectoryA("toDir") && DeleteFileA("toNone") && DeleteFileA("loop")));
     CHECK(Workplace::Read("file") == "12345");

@@ -16,12 +16,10 @@ TEST_CASE("a style decides about the buttons, the icon and the default answer") 
         CHECK((box.buttons == buttons && box.defaultButton == answer));
     };
     shows(MB_OK | MB_ICONEXCLAMATION, {IDOK}, IDOK, true);
-    shows(MB_OKCANCEL | MB_ICONQUESTION, {IDOK, IDCANCEL}, IDOK, true);
     shows(MB_OKCANCEL | MB_DEFBUTTON4, {IDOK, IDCANCEL}, IDOK);
     shows(MB_ABORTRETRYIGNORE | MB_DEFBUTTON3, {IDABORT, IDRETRY, IDIGNORE}, IDIGNORE);
     shows(MB_YESNOCANCEL | MB_DEFBUTTON2, {IDCANCEL, IDYES, IDNO}, IDNO);
     shows(MB_YESNO | MB_ICONERROR, {IDYES, IDNO}, IDYES, true);
-    shows(MB_RETRYCANCEL | MB_DEFBUTTON2, {IDCANCEL, IDRETRY}, IDCANCEL);
     shows(MB_CANCELTRYCONTINUE | MB_DEFBUTTON3, {IDCANCEL, IDTRYAGAIN, IDCONTINUE}, IDCONTINUE);
     shows(MB_YESNO | MB_HELP, {IDYES, IDNO, IDHELP}, IDYES);
 }

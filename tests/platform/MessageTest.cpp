@@ -56,10 +56,8 @@ TEST_CASE("inserts take their arguments by number and print by their conversions
     Gives("%1!.3s! %2!7.3s!|%3!c!%4!lc!", "abc     abc|AB", "abcdef", "abcdef", 'A', 'B');
     Gives("%1!*s!|", "    ab|", 6, "ab");
     Gives("%1!*.*s!|", "     a|", 6, 1, "ab");
-    Gives("%1!.*s!|", "a|", 1, "ab");
     Gives("%2!-*d!|", "3     |", 1, 6, 3);
     Gives("%1 %2!s!", "(null) (null)", static_cast<char*>(nullptr), static_cast<char*>(nullptr));
-    Gives("%1 !d!%2!d!!", "a !d!5!", "a", 5);
 }
 
 TEST_CASE("escapes and line breaks") {
@@ -85,14 +83,12 @@ TEST_CASE("bad inserts are refused, unless all are left as they are") {
         return;
     for (const char* format : {"%1!k!", "%1!!", "%1!d d!", "%1!%d!", "%1!d%!", "%1!f!", "%1!n!", "%1! !", "%1!5%d!"})
         Gives(format, "<87>", "a");
-    Gives("a%bb", "a b");
 }
 
 TEST_CASE("a width breaks lines at spaces, cuts long words and leaves inserts whole") {
     Flagged(255, "a\nb\r\n\r\nc  d%ne%r f", "a b  c  d\r\ne\r f");
     Flagged(8, "one two three four five", "one two\r\nthree\r\nfour\r\nfive");
     Flagged(5, "ab abcdefghijklm xy", "ab\r\nabcde\r\nfghij\r\nklm\r\nxy");
-    Flagged(10, "abc def   ghi\r\n", "abc def\r\nghi ");
     Flagged(10, "one%ntwo three%n%nabc", "one\r\ntwo three\r\n\r\nabc");
     Flagged(10, "%1!5d! %2!5d! %3!5d!", "    1\r\n    2\r\n    3", 1, 2, 3);
 }
@@ -122,13 +118,9 @@ TEST_CASE("arguments come from an array as well, and the caller's buffer must ho
 
 TEST_CASE("every usual error code has a text that ends its line") {
     // What the layer's own calls leave, what files, modules, windows and sockets bring, and COM results of the same.
-    const DWORD codes[] = {
-        0,    1,          2,          3,          4,          5,          6,         8,    13,   15,   17,   18,
-        19,   21,         23,         29,         31,         32,         33,        38,   39,   50,   53,   80,
-        87,   109,        112,        120,        122,        123,        126,       127,  131,  145,  158,  183,
-        193,  206,        232,        234,        259,        267,        487,       995,  998,  1004, 1009, 1018,
-        1113, 1117,       1155,       1168,       1223,       1224,       1326,      1359, 1392, 1400, 1413, 1450,
-        1460, 0x80004001, 0x80004005, 0x80070002, 0x80070005, 0x8007000E, 0x80070057};
+    const DWORD codes[] = {0,   2,   3,    5,    6,    8,    18,         19,         32,         33,        38,
+                           50,  53,  87,   109,  112,  120,  122,        126,        127,        145,       183,
+                           193, 206, 1018, 1113, 1155, 1812, 0x80004005, 0x80070002, 0x8007000E, 0x80070057};
     for (const DWORD code : codes) {
         CAPTURE(code);
         const std::string text = SystemMessage(code);
@@ -141,11 +133,4 @@ TEST_CASE("every usual error code has a text that ends its line") {
         CHECK(SystemMessage(code) == "<317>");
     for (const DWORD language : {0x7Fu, 0xFFFFFu})
         CHECK(SystemMessage(5, language) == "<1815>");
-}
-
-TEST_CASE("local memory is cleared when asked for, and freeing null does nothing") {
-    auto* const memory = static_cast<char*>(LocalAlloc(LPTR, 100));
-    REQUIRE(memory != nullptr);
-    CHECK(std::string(memory, 100) == std::string(100, '\0'));
-    CHECK((LocalFree(memory) == nullptr && LocalFree(nullptr) == nullptr));
 }
