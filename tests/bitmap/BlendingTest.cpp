@@ -1,7 +1,6 @@
 #include "tests/bitmap/Canvas.h"
 
 #include <cstdlib>
-#include <limits>
 
 static_assert(sizeof(void*) != 4 || (sizeof(BitmapBase::DibSrc) == 16 && sizeof(GDIBitmap::HBitmapSrc) == 12 &&
                                      sizeof(GDIBitmap::TransparentSrc) == 12 && sizeof(GDIBitmap::AlphaSrc) == 12));
@@ -39,7 +38,6 @@ TEST_CASE("drawing copies pixels, stretched by nearest neighbours, for both kind
     CHECK(GDIBitmap().Draw(nullptr, target, IBitmap::BM_Fit, {1, 1}));
     CHECK_FALSE(GDIBitmap().Draw(nullptr, target, {0, 0, 1, 1}, SRCCOPY));
 
-    constexpr int kLeast = std::numeric_limits<int>::min();
     Canvas canvas;
     picture.Draw(canvas.dc, target, Rect(0, kLeast, 4, kLeast + 3), SRCCOPY);
     CheckTarget(canvas, Rect(), ShownFrom(picture, 0, 0, 1));

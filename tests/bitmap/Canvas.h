@@ -1,20 +1,16 @@
 #pragma once
 
 #include "tests/bitmap/Pictures.h"
+#include "tests/platform/Drawing.h"
 
 constexpr unsigned long kKey = 0xFF00FF;
 
 /// A context that draws on a picture.
 struct Canvas {
     explicit Canvas(const GDIBitmap& paper = Painted({20, 12}, 32, 0x334455)) : before(paper) {}
-    ~Canvas() {
-        SelectObject(dc, previous);
-        DeleteDC(dc);
-    }
     const GDIBitmap before;
     GDIBitmap picture = before;
-    HDC dc = CreateCompatibleDC(nullptr);
-    HGDIOBJ previous = SelectObject(dc, picture.GetHandle(true));
+    const MemoryContext dc{picture.GetHandle(true)};
 };
 
 /// Checks that nothing has changed outside the target; inside, @p check gets column and row counted from its left top,

@@ -1,6 +1,5 @@
 #include "tests/bitmap/Pictures.h"
 
-#include <limits>
 #include <string>
 
 namespace {
@@ -34,9 +33,6 @@ bool Import(IBitmap& picture, const Packed& packed) {
     std::string bytes = 'x' + packed.Bytes();
     return picture.SetDib(bytes.data() + 1, static_cast<int>(bytes.size() - 1));
 }
-
-constexpr int kMost = std::numeric_limits<int>::max();
-constexpr int kLeast = std::numeric_limits<int>::min();
 
 } // namespace
 

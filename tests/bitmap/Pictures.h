@@ -4,8 +4,13 @@
 
 #include <doctest/doctest.h>
 
+#include <limits>
 #include <tuple>
 #include <utility>
+
+constexpr int kMost = std::numeric_limits<int>::max();
+constexpr int kLeast = std::numeric_limits<int>::min();
+constexpr Rect kEverything(kLeast, kLeast, kMost, kMost);
 
 /// Sets a pixel of depth 8, 24 or 32 from an index or a COLORREF.
 inline void SetPixelOf(IBitmap& picture, int x, int y, unsigned long value) {

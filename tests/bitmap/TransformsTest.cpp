@@ -1,7 +1,6 @@
 #include "tests/bitmap/Pictures.h"
 
 #include <cmath>
-#include <limits>
 
 TEST_CASE("prescaling makes the size that the picture would have in the target, below the limit") {
     const std::tuple<Size, Size, int, XSize<double>, double, Size> cases[] = {
@@ -34,10 +33,8 @@ TEST_CASE("prescaling makes the size that the picture would have in the target, 
         CHECK((picture == before) == !made);
     }
     CHECK(GDIBitmap::CreatePrescaledBmp(GDIBitmap(), {0, 0, 9, 9}, IBitmap::BM_Fit, {1, 1}, 9).IsEmpty());
-    constexpr int kLeast = std::numeric_limits<int>::min(), kMost = std::numeric_limits<int>::max();
     for (int mode = 0; mode <= 4; ++mode)
-        CHECK_FALSE(
-            Painted({2, 2}, 24).Prescale({kLeast, kLeast, kMost, kMost}, IBitmap::BM_Mode(mode), {1e9, 1e9}, 9));
+        CHECK_FALSE(Painted({2, 2}, 24).Prescale(kEverything, IBitmap::BM_Mode(mode), {1e9, 1e9}, 9));
 }
 
 TEST_CASE("rendering places the picture on the background, at any depth that fits") {
