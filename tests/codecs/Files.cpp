@@ -2,19 +2,40 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <memory>
 
 #include <gif_lib.h>
 #include <png.h>
 #include <tiffio.h>
+#include <unistd.h>
 #include <webp/encode.h>
 #include <webp/mux.h>
 
 namespace kel::test {
 
+// What the libraries call a kind; -1 for what they do not know.
+struct Form {
+    int channels;
+    int png;
+    int tiff;
+    int extra = -1; // samples
+};
+
+static const Form& FormOf(Kind kind) {
+    static constexpr Form kForms[] = {{1, PNG_COLOR_TYPE_GRAY, PHOTOMETRIC_MINISBLACK},
+                                      {1, -1, PHOTOMETRIC_MINISWHITE},
+                                      {2, PNG_COLOR_TYPE_GRAY_ALPHA, PHOTOMETRIC_MINISBLACK, EXTRASAMPLE_UNASSALPHA},
+                                      {1, PNG_COLOR_TYPE_PALETTE, PHOTOMETRIC_PALETTE},
+                                      {3, PNG_COLOR_TYPE_RGB, PHOTOMETRIC_RGB},
+                                      {4, -1, PHOTOMETRIC_RGB, EXTRASAMPLE_UNSPECIFIED},
+                                      {4, PNG_COLOR_TYPE_RGBA, PHOTOMETRIC_RGB, EXTRASAMPLE_UNASSALPHA},
+                                      {4, -1, PHOTOMETRIC_RGB, EXTRASAMPLE_ASSOCALPHA},
+                                      {4, -1, PHOTOMETRIC_SEPARATED},
+                                      {4, -1, PHOTOMETRIC_MINISBLACK, EXTRASAMPLE_UNASSALPHA}};
+    return kForms[static_cast<int>(kind)];
+}
+
 int Raster::Channels() const {
-    constexpr int kChannels[] = {1, 1, 2, 1, 3, 4, 4, 4, 4, 4};
-    return kChannels[static_cast<int>(kind)];
+    return FormOf(kind).channels;
 }
 
 int Raster::Sample(int x, int y, int channel) const {
@@ -49,15 +70,12 @@ Colour PaletteColour(int index) {
 }
 
 Colour ColourAt(const Raster& raster, int x, int y) {
-    const auto part = [&](int channel) {
-        return static_cast<int>(std::lround(raster.Sample(x, y, channel) * 255.0 / ((1 << raster.bits) - 1)));
-    };
+    const auto scaled = [](int value, int by, int most) { return int(std::lround(double(value) * by / most)); };
+    const auto part = [&](int channel) { return scaled(raster.Sample(x, y, channel), 255, (1 << raster.bits) - 1); };
     const auto straight = [&](int channel) {
-        return part(3) == 0 ? 0 : std::min(255, static_cast<int>(std::lround(part(channel) * 255.0 / part(3))));
+        return part(3) == 0 ? 0 : std::min(255, scaled(part(channel), 255, part(3)));
     };
-    const auto light = [&](int ink) {
-        return static_cast<int>(std::lround((255 - part(ink)) * (255 - part(3)) / 255.0));
-    };
+    const auto light = [&](int ink) { return scaled(255 - part(ink), 255 - part(3), 255); };
     switch (raster.kind) {
     case Kind::Grey:
         return {part(0), part(0), part(0), -1};
@@ -92,8 +110,6 @@ Bytes ExifBlock(int orientation, bool big) {
 }
 
 Bytes PngFile(const Raster& raster, const PngOptions& options) {
-    constexpr int kKinds[] = {PNG_COLOR_TYPE_GRAY, 0, PNG_COLOR_TYPE_GRAY_ALPHA, PNG_COLOR_TYPE_PALETTE,
-                              PNG_COLOR_TYPE_RGB,  0, PNG_COLOR_TYPE_RGBA};
     Bytes file;
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
     png_infop info = png_create_info_struct(png);
@@ -102,17 +118,15 @@ Bytes PngFile(const Raster& raster, const PngOptions& options) {
         all.insert(all.end(), data, data + count);
     };
     png_set_write_fn(png, &file, write, nullptr);
-    const int kind = kKinds[static_cast<int>(raster.kind)];
-    png_set_IHDR(png, info, static_cast<png_uint_32>(raster.width), static_cast<png_uint_32>(raster.height),
-                 raster.bits, kind, options.interlaced ? PNG_INTERLACE_ADAM7 : PNG_INTERLACE_NONE, 0, 0);
+    png_set_IHDR(png, info, png_uint_32(raster.width), png_uint_32(raster.height), raster.bits, FormOf(raster.kind).png,
+                 options.interlaced ? PNG_INTERLACE_ADAM7 : PNG_INTERLACE_NONE, 0, 0);
     std::vector<png_color> palette;
     for (int i = 0; i < 1 << std::min(raster.bits, 8); ++i) {
         const Colour colour = PaletteColour(i);
-        palette.push_back(
-            {static_cast<png_byte>(colour[0]), static_cast<png_byte>(colour[1]), static_cast<png_byte>(colour[2])});
+        palette.push_back({png_byte(colour[0]), png_byte(colour[1]), png_byte(colour[2])});
     }
-    if (kind == PNG_COLOR_TYPE_PALETTE)
-        png_set_PLTE(png, info, palette.data(), static_cast<int>(palette.size()));
+    if (raster.kind == Kind::Palette)
+        png_set_PLTE(png, info, palette.data(), int(palette.size()));
     const png_byte alphas[] = {255, 0};
     const png_color_16 key = {0, 1, 1, 1, 1};
     if (options.transparent)
@@ -129,38 +143,6 @@ Bytes PngFile(const Raster& raster, const PngOptions& options) {
     png_destroy_write_struct(&png, &info);
     return file;
 }
-
-namespace {
-
-// A file that libtiff writes and reads back parts of.
-struct Memory {
-    Bytes bytes;
-    std::size_t at = 0;
-
-    static Memory& Of(thandle_t handle) { return *static_cast<Memory*>(handle); }
-    static tmsize_t Read(thandle_t handle, void* to, tmsize_t count) {
-        Memory& m = Of(handle);
-        const std::size_t given = std::min(m.bytes.size() - std::min(m.at, m.bytes.size()), std::size_t(count));
-        std::memcpy(to, m.bytes.data() + m.at, given);
-        m.at += given;
-        return tmsize_t(given);
-    }
-    static tmsize_t Write(thandle_t handle, void* from, tmsize_t count) {
-        Memory& m = Of(handle);
-        m.bytes.resize(std::max(m.bytes.size(), m.at + std::size_t(count)));
-        std::memcpy(m.bytes.data() + m.at, from, std::size_t(count));
-        m.at += std::size_t(count);
-        return count;
-    }
-    static toff_t Seek(thandle_t handle, toff_t to, int origin) {
-        Memory& m = Of(handle);
-        return m.at = to + (origin == SEEK_SET ? 0 : origin == SEEK_CUR ? m.at : m.bytes.size());
-    }
-    static int Close(thandle_t) { return 0; }
-    static toff_t Size(thandle_t handle) { return Of(handle).bytes.size(); }
-};
-
-} // namespace
 
 static void WriteTiles(TIFF* tiff, const Raster& raster) {
     constexpr int kSide = 16;
@@ -189,34 +171,18 @@ static void WriteStrips(TIFF* tiff, const Raster& raster, bool planes, int rows)
 }
 
 Bytes TiffFile(const Raster& raster, const TiffOptions& options) {
-    constexpr int kKinds[] = {PHOTOMETRIC_MINISBLACK, PHOTOMETRIC_MINISWHITE, PHOTOMETRIC_MINISBLACK,
-                              PHOTOMETRIC_PALETTE,    PHOTOMETRIC_RGB,        PHOTOMETRIC_RGB,
-                              PHOTOMETRIC_RGB,        PHOTOMETRIC_RGB,        PHOTOMETRIC_SEPARATED,
-                              PHOTOMETRIC_MINISBLACK};
-    constexpr int kNone = -1;
-    constexpr int kExtras[] = {kNone,
-                               kNone,
-                               EXTRASAMPLE_UNASSALPHA,
-                               kNone,
-                               kNone,
-                               EXTRASAMPLE_UNSPECIFIED,
-                               EXTRASAMPLE_UNASSALPHA,
-                               EXTRASAMPLE_ASSOCALPHA,
-                               kNone,
-                               EXTRASAMPLE_UNASSALPHA};
-    Memory memory;
-    TIFF* const tiff = TIFFClientOpen("", "w", &memory, &Memory::Read, &Memory::Write, &Memory::Seek, &Memory::Close,
-                                      &Memory::Size, nullptr, nullptr);
+    std::FILE* const stream = std::tmpfile();
+    TIFF* const tiff = TIFFFdOpen(dup(fileno(stream)), "", "w");
     TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, raster.width);
     TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, raster.height);
     TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, raster.bits);
     TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, raster.Channels());
-    TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, kKinds[static_cast<int>(raster.kind)]);
+    TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, FormOf(raster.kind).tiff);
     TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, options.planes ? PLANARCONFIG_SEPARATE : PLANARCONFIG_CONTIG);
     TIFFSetField(tiff, TIFFTAG_COMPRESSION, options.compression);
     TIFFSetField(tiff, TIFFTAG_ORIENTATION, options.orientation);
-    const auto extra = static_cast<std::uint16_t>(kExtras[static_cast<int>(raster.kind)]);
-    if (kExtras[static_cast<int>(raster.kind)] != kNone)
+    const auto extra = static_cast<std::uint16_t>(FormOf(raster.kind).extra);
+    if (FormOf(raster.kind).extra >= 0)
         TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, 1, &extra);
     std::vector<std::uint16_t> table[3];
     for (int i = 0; i < 1 << std::min(raster.bits, 8); ++i)
@@ -229,7 +195,12 @@ Bytes TiffFile(const Raster& raster, const TiffOptions& options) {
     else
         WriteStrips(tiff, raster, options.planes, options.stripRows);
     TIFFClose(tiff);
-    return memory.bytes;
+    std::fseek(stream, 0, SEEK_END);
+    Bytes file(std::size_t(std::ftell(stream)));
+    std::rewind(stream);
+    REQUIRE(std::fread(file.data(), 1, file.size(), stream) == file.size());
+    std::fclose(stream);
+    return file;
 }
 
 Bytes WebPFile(const Raster& raster, bool animated, int orientation) {

@@ -159,10 +159,9 @@ TEST_CASE("what lay in memory before does not show behind the pixels of a row") 
         REQUIRE(control.Load(file) == toolkit::kLoaded);
         const Bytes picture = control.Picture();
         REQUIRE(control(toolkit::SetDibHandle, HGLOBAL()) == S_OK);
-        const std::vector<Bytes> dirt(3, Bytes(picture.size(), 0xFF));
-        std::vector<HGLOBAL> blocks;
-        for (const Bytes& bytes : dirt)
-            blocks.push_back(BlockOf(bytes));
+        HGLOBAL blocks[3];
+        for (HGLOBAL& block : blocks)
+            block = BlockOf(Bytes(picture.size(), 0xFF));
         for (const HGLOBAL block : blocks)
             GlobalFree(block);
         REQUIRE(control.Load(file) == toolkit::kLoaded);
@@ -176,7 +175,7 @@ TEST_CASE("JPEG: a cut or broken file is damaged, a large one over budget") {
         const Bytes file = JpegFile(45, 45, 3, {JCS_YCbCr, progressive});
         for (std::size_t size = 3; size < file.size(); ++size) {
             CAPTURE(size);
-            REQUIRE(control.Load({file.begin(), file.begin() + long(size)}) == toolkit::kDamaged);
+            REQUIRE(control.Load(Cut(file, size)) == toolkit::kDamaged);
         }
     }
     REQUIRE(control(toolkit::SetBudget, 1) == S_OK);
