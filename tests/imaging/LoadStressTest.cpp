@@ -70,7 +70,7 @@ struct Asked {
     }
     void Wait() {
         while (picture.IsLoadBitmapPending())
-            Sleep(0);
+            Sleep(1);
         requests.clear();
     }
 };
@@ -173,7 +173,7 @@ void CheckStopping(Listener& listener) {
     }
     for (const XPDib& picture : pictures)
         while (picture.IsLoadBitmapPending())
-            Sleep(0);
+            Sleep(1);
     CHECK(g_toldTooLate == 0);
 }
 
