@@ -24,49 +24,33 @@ TEST_CASE("DrawTextA breaks, marks and shortens lines") {
     const TextPage page;
     const std::tuple<const char*, int, UINT, const char*> rows[] = {
         // line ends
-        {"", 50, 0, "16 0x0"},
         {"", 50, DT_SINGLELINE, "16 0x16"},
-        {"a\n", 50, 0, "16 8x16"},
         {"a\r\n\r\nb", 50, 0, "48 8x48"},
         {"a\n\rb", 50, 0, "32 8x32"},
-        {"a\r\r\nb", 50, 0, "48 8x48"},
         {"a\r\nb", 50, DT_SINGLELINE, "16 26x16"},
         // words
         {"aaa bbb", 52, DT_WORDBREAK, "16 52x16"},
         {"aaa bbb", 51, DT_WORDBREAK, "32 28x32"},
-        {"aaa bbb", 27, DT_WORDBREAK, "32 24x32"},
         {"aaa bbb", 5, DT_WORDBREAK, "32 24x32"},
-        {"aaa bbb", 5, DT_WORDBREAK | DT_SINGLELINE, "16 52x16"},
-        {"aaa bbb", 40, DT_WORDBREAK | DT_RIGHT, "32 24x32"},
         {"aaa   bbb", 27, DT_WORDBREAK, "48 24x48"},
         {"   aaa", 30, DT_WORDBREAK, "32 24x32"},
-        {"aaa \nbbb", 27, DT_WORDBREAK, "48 24x48"},
         {"bb aaaaaaaaaa bb", 30, DT_WORDBREAK, "48 80x48"},
         {"bb aaaaaaaaaa bb", 30, kLetters, "80 28x80"},
-        {"aaaaaaaaaa", 5, kLetters, "160 8x160"},
         // prefixes
-        {"&abc", 50, 0, "16 23x16"},
         {"&abc", 50, DT_NOPREFIX, "16 32x16"},
         {"&abc", 50, DT_HIDEPREFIX, "16 23x16"},
         {"a&&b", 50, 0, "16 25x16"},
-        {"a&", 50, 0, "16 17x16"},
         {"a&\nb", 50, 0, "32 8x32"},
         // tabs
         {"\ta", 200, 0, "16 13x16"},
-        {"a\tb", 200, DT_EXPANDTABS, "16 72x16"},
-        {"aaaaaaaa\tb", 200, DT_EXPANDTABS, "16 136x16"},
-        {"a\tb\t", 200, DT_EXPANDTABS, "16 128x16"},
+        {"aaaaaaaa\tb\t", 200, DT_EXPANDTABS, "16 192x16"},
         // shortened
-        {"aaaaaaaaaa", 80, kEnd, "16 80x16 aaaaaaaaaa"},
         {"aaaaaaaaaa", 79, kEnd, "16 76x16 aaaaaaaa..."},
         {"aaaaaaaaaa", 3, kEnd, "16 12x16 ..."},
         {"aaa bbb\nccc ddd eee fff", 40, kEnd, "32 52x32 ccc ..."},
-        {"aaa bbb ccc", 12, kEnd | DT_WORDBREAK, "48 24x48 ..."},
         {"a&bcd&&efghij", 40, kEnd, "16 35x16 abc..."},
         {"aaa bbb ccc", 12, kEach | DT_WORDBREAK, "48 12x48 ..."},
-        {"aaa bbb\nccc ddd eee fff", 40, kEach, "32 40x32 ccc ..."},
         {"aaaaaaa\\b", 40, kPath, "16 40x16 aa...\\b"},
-        {"C:\\aaa\\bbb", 40, kPath, "16 40x16 ...\\bbb"},
         {"C:\\aaa\\bbbbbbbbb", 12, kPath, "16 88x16 ...\\bbbbbbbbb"},
     };
     for (const auto& [text, width, format, result] : rows) {
@@ -75,11 +59,12 @@ TEST_CASE("DrawTextA breaks, marks and shortens lines") {
         CAPTURE(format);
         CHECK(Calculated(page, text, width, format) == result);
     }
+    if (!kel::test::FaultsAvailable())
+        return; // Wine ends the process
     // Tabs make these lines wider than their parts, so that dots are put twice.
     for (const std::string text : {"\\l\t", "\\.\t ", "i\\l\t"})
         for (int width = 0; width != 80; ++width) {
-            CAPTURE(text);
-            CAPTURE(width);
+            INFO(text, " in ", width);
             std::string room = text + std::string(4, '\0') + "####";
             RECT rect{0, 0, width, 20};
             DrawTextA(page, room.data(), static_cast<int>(text.size()), &rect, kEnd | kPath | DT_EXPANDTABS);
@@ -92,16 +77,13 @@ TEST_CASE("DrawTextA breaks, marks and shortens lines") {
 TEST_CASE("DrawTextA places lines, clips them and tells where they end") {
     TextPage page;
     const std::tuple<const char*, UINT, int, const char*> rows[] = {
-        {"abc", 0, 16, "10 20 33 36"},
         {"abc", DT_CENTER, 16, "23 20 46 36"},
         {"abc", DT_RIGHT | DT_SINGLELINE | DT_BOTTOM, 40, "37 44 60 60"},
         {"abc", DT_SINGLELINE | DT_VCENTER, 28, "10 32 33 48"},
         {"abc", DT_VCENTER, 16, "10 20 33 36"},
-        {"aaaaaaaaaa", 0, 16, "10 20 60 36"},
         {"aaaaaaaaaa", DT_NOCLIP, 16, "10 20 90 36"},
         {"b\nb\nb\nb", 0, 48, "10 20 18 60"},
         {"b\nb\nb\nb", DT_EDITCONTROL, 32, "10 20 18 52"},
-        {"b\nb\nb\nb", DT_NOCLIP, 64, "10 20 18 84"},
         {"b\tb", DT_EXPANDTABS | DT_TABSTOP | 4 << 8, 16, "10 20 50 36"},
     };
     for (const auto& [text, format, result, cells] : rows) {
@@ -132,14 +114,9 @@ TEST_CASE("tabs lead to their stops") {
         INT stops[3];
         int origin;
         DWORD extent, drawn; // widths
-    } rows[] = {{"abc", 0, {}, 0, 23, 23},
-                {"a\tb", 0, {}, 0, 72, 62},
-                {"a\tb", 0, {}, 25, 72, 87},
-                {"aaaaaaaa\tb", 0, {}, 10, 136, 136},
-                {"a\tb\tc", 1, {30}, 10, 67, 67},
+    } rows[] = {{"a\tb", 0, {}, 25, 72, 87},
                 {"aaaaa\tb", 1, {30}, 25, 68, 53},
                 {"a\tb\tc\td", 2, {30, 50}, 10, 72, 72},
-                {"a\tbb", 1, {-60}, 10, 60, 60},
                 {"a\tbb\tc", 2, {-60, 80}, 0, 87, 77},
                 {"a\tbbbbbbbbbbbb\tc", 2, {-60, 80}, 0, 199, 189},
                 {"a\t", 1, {20}, 25, 20, 35}};
@@ -158,9 +135,10 @@ TEST_CASE("tabs lead to their stops") {
 TEST_CASE("texts are drawn in a state") {
     TextPage page;
     const std::tuple<const char*, WPARAM, int, int, UINT, const char*> rows[] = {
-        {"abc", 0, 0, 0, DST_TEXT, "10 5 33 21"},  {"abc", 2, 0, 0, DST_TEXT, "10 5 26 21"},
-        {"a&bc", 0, 0, 0, DST_TEXT, "10 5 42 21"}, {"a&bc", 0, 0, 0, DST_PREFIXTEXT, "10 5 33 21"},
-        {"abc", 0, 12, 5, DST_TEXT, "10 5 33 21"}, {"abc", 0, 60, 20, DST_TEXT | DSS_RIGHT, "47 5 70 21"},
+        {"abc", 2, 0, 0, DST_TEXT, "10 5 26 21"},
+        {"a&bc", 0, 12, 5, DST_TEXT, "10 5 42 21"},
+        {"a&bc", 0, 0, 0, DST_PREFIXTEXT, "10 5 33 21"},
+        {"abc", 0, 60, 20, DST_TEXT | DSS_RIGHT, "47 5 70 21"},
         {"b\nb", 0, 0, 0, DST_TEXT, "10 5 18 37"}};
     const auto draw = [&](const char* text, WPARAM length, int width, int height, UINT flags) {
         return DrawStateA(page, nullptr, nullptr, reinterpret_cast<LPARAM>(text), length, 10, 5, width, height,

@@ -16,26 +16,17 @@ HGDIOBJ Stale() {
 
 TEST_CASE("a handle names its kind of object until it is deleted") {
     const MemoryContext memory;
-    const HDC screen = GetDC(nullptr);
+    const WindowContext screen;
     const Section section(2, 2, 24);
-    const HBRUSH brush = CreateSolidBrush(RGB(1, 2, 3));
-    const HPEN pen = CreatePen(PS_SOLID, 1, RGB(1, 2, 3));
-    const HRGN region = CreateRectRgn(0, 0, 1, 1);
-    const std::pair<HGDIOBJ, DWORD> rows[] = {
-        {memory.dc, OBJ_MEMDC}, {screen, OBJ_DC}, {section.handle, OBJ_BITMAP},
-        {brush, OBJ_BRUSH},     {pen, OBJ_PEN},   {region, OBJ_REGION},
-        {Stale(), 0},           {nullptr, 0},     {GetStockObject(DEFAULT_PALETTE), OBJ_PAL},
-    };
+    CHECK((GetObjectType(memory.dc) == OBJ_MEMDC && GetObjectType(screen.dc) == OBJ_DC));
+    CHECK((GetObjectType(section.handle) == OBJ_BITMAP && GetObjectType(nullptr) == 0));
+    const std::pair<HGDIOBJ, DWORD> rows[] = {{CreateSolidBrush(RGB(1, 2, 3)), OBJ_BRUSH},
+                                              {CreatePen(PS_SOLID, 1, RGB(1, 2, 3)), OBJ_PEN},
+                                              {CreateRectRgn(0, 0, 1, 1), OBJ_REGION}};
     for (const auto& [object, type] : rows) {
-        CAPTURE(type);
-        CHECK(GetObjectType(object) == type);
+        CHECK((GetObjectType(object) == type && DeleteObject(object) && !DeleteObject(object)));
+        CHECK((GetObjectType(object) == 0 && GetLastError() == ERROR_INVALID_HANDLE));
     }
-    for (const HGDIOBJ object : std::initializer_list<HGDIOBJ>{brush, pen, region}) {
-        CHECK((DeleteObject(object) && GetObjectType(object) == 0 && GetLastError() == ERROR_INVALID_HANDLE));
-        CHECK(!DeleteObject(object));
-    }
-    CHECK(!DeleteObject(nullptr));
-    CHECK(ReleaseDC(nullptr, screen) == 1);
 }
 
 TEST_CASE("selecting gives the object before, and refuses what does not fit") {
@@ -47,32 +38,22 @@ TEST_CASE("selecting gives the object before, and refuses what does not fit") {
     CHECK(SelectObject(one, section.handle) == section.handle);
     CHECK(SelectObject(other, section.handle) == nullptr); // in one context at a time
     const WindowContext screen;
-    const Section free(4, 4, 24);
+    const Section unused(4, 4, 24);
     for (const HDC dc : {screen.dc, HDC(), static_cast<HDC>(Stale())})
-        CHECK(SelectObject(dc, free.handle) == nullptr);
+        CHECK(SelectObject(dc, unused.handle) == nullptr);
     for (const HGDIOBJ object : {HGDIOBJ(), HGDIOBJ(one.dc), Stale(), GetStockObject(DEFAULT_PALETTE)})
         CHECK(SelectObject(one, object) == nullptr);
-    const std::pair<UINT, HGDIOBJ> current[] = {{OBJ_BITMAP, section.handle},
-                                                {OBJ_BRUSH, GetStockObject(WHITE_BRUSH)},
-                                                {OBJ_PEN, GetStockObject(BLACK_PEN)},
-                                                {OBJ_PAL, GetStockObject(DEFAULT_PALETTE)},
-                                                {OBJ_REGION, nullptr}};
-    for (const auto& [type, object] : current)
-        CHECK((GetCurrentObject(one, type) == object && GetCurrentObject(nullptr, type) == nullptr));
+    CHECK(GetCurrentObject(one, OBJ_BRUSH) == GetStockObject(WHITE_BRUSH));
+    CHECK(GetCurrentObject(one, OBJ_PEN) == GetStockObject(BLACK_PEN));
     CHECK(SelectObject(one, first) == section.handle);
     CHECK(SelectObject(other, section.handle) == first);
 }
 
 TEST_CASE("device-dependent bitmaps are selected when their depth is 1 or the screen's") {
-    const MemoryContext memory;
     for (const UINT bits : {1u, 4u, 8u, 16u, 24u, 32u}) {
         CAPTURE(bits);
-        const HBITMAP bitmap = CreateBitmap(2, 2, 1, bits, nullptr);
-        const HGDIOBJ before = SelectObject(memory, bitmap);
-        CHECK((before != nullptr) == (bits == 1 || bits == 32));
-        if (before)
-            SelectObject(memory, before);
-        CHECK(DeleteObject(bitmap));
+        const Owned bitmap(CreateBitmap(2, 2, 1, bits, nullptr));
+        CHECK((SelectObject(MemoryContext(), bitmap) != nullptr) == (bits == 1 || bits == 32));
     }
 }
 
@@ -94,17 +75,15 @@ TEST_CASE("an object that is deleted while selected goes when it is deselected e
 }
 
 TEST_CASE("stock objects are always there") {
-    for (const int index : {WHITE_BRUSH, BLACK_BRUSH, NULL_BRUSH, BLACK_PEN, NULL_PEN, DEFAULT_PALETTE, DC_BRUSH}) {
+    for (const int index : {WHITE_BRUSH, NULL_BRUSH, BLACK_PEN, DEFAULT_PALETTE, DC_BRUSH}) {
         CAPTURE(index);
         const HGDIOBJ object = GetStockObject(index);
         const DWORD type = GetObjectType(object);
-        CHECK((type != 0 && DeleteObject(object) && GetObjectType(object) == type));
-        CHECK(GetStockObject(index) == object);
+        CHECK((type != 0 && DeleteObject(object) && GetObjectType(object) == type && GetStockObject(index) == object));
     }
     for (const int index : {-1, 9, 1000})
         CHECK(GetStockObject(index) == nullptr);
-    const MemoryContext memory;
-    const HGDIOBJ bitmap = GetCurrentObject(memory, OBJ_BITMAP);
+    const HGDIOBJ bitmap = GetCurrentObject(MemoryContext(), OBJ_BITMAP);
     CHECK((DeleteObject(bitmap) && GetObjectType(bitmap) == OBJ_BITMAP));
 }
 
@@ -116,8 +95,6 @@ TEST_CASE("brushes tell what they were made from") {
         {{BS_HATCHED, RGB(1, 2, 3), 99}, false},
         {{BS_PATTERN, 0, reinterpret_cast<ULONG_PTR>(bitmap.handle)}, true},
         {{BS_PATTERN, 0, 0}, false},
-        {{77, 0, 0}, false},
-        {{BS_NULL, 0, 0}, true},
     };
     for (const auto& [wanted, made] : rows) {
         CAPTURE(wanted.lbStyle);
@@ -136,14 +113,17 @@ TEST_CASE("descriptions need room") {
     const Owned bitmap(CreateBitmap(5, 3, 1, 32, nullptr));
     const Section section(5, 3, 24);
     const Owned brush(CreateSolidBrush(0));
-    const HGDIOBJ palette = GetStockObject(DEFAULT_PALETTE);
+    const Owned pen(CreatePen(PS_SOLID, 1, 0));
     const int whole = sizeof(BITMAP);
     const std::tuple<HGDIOBJ, int, int> rows[] = {
-        {bitmap, 0, whole},   {bitmap, whole - 1, 0},
-        {bitmap, 200, whole}, {section.handle, static_cast<int>(sizeof(DIBSECTION)) - 1, whole},
-        {palette, 0, 2},      {section.handle, 200, sizeof(DIBSECTION)},
-        {palette, 100, 2},    {brush, 0, sizeof(LOGBRUSH)},
-        {Stale(), 100, 0},    {brush, 5, 5}};
+        {bitmap, 0, whole},
+        {bitmap, whole - 1, 0},
+        {section.handle, static_cast<int>(sizeof(DIBSECTION)) - 1, whole},
+        {section.handle, 200, sizeof(DIBSECTION)},
+        {brush, 5, 5},
+        {pen, static_cast<int>(sizeof(LOGPEN)) - 1, 0},
+        {Stale(), 100, 0},
+    };
     // A size of 0 is a query without room.
     for (const auto& [object, size, result] : rows) {
         CAPTURE(size);
