@@ -55,7 +55,7 @@ TEST_CASE("a search that finds no memory keeps no folder open") {
         } catch (const std::bad_alloc&) {
         }
     } while (RefusalIsMet());
-    CHECK(refused > 1);
+    CHECK(refused > 0); // at least the search itself
     CHECK(LowestFreeDescriptor() == lowest);
 }
 

@@ -66,7 +66,7 @@ bool Journal::Called(int control, int position, const std::string& arguments, HR
 }
 
 Journal& TheJournal() {
-    static Journal journal;
+    static Journal& journal = *new Journal; // never destroyed: controls live on after main
     return journal;
 }
 
