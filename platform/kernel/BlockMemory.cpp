@@ -25,15 +25,16 @@ public:
         return spares;
     }
 
-    /// @return false if the block is too large to lie about, or there are enough.
-    bool Keep(void* memory, std::size_t bytes) {
+    /// Keeps a block, if it is not too large to lie about, and gives up the one that was kept longest.
+    /// @return the memory that is to be freed instead, or null.
+    void* Keep(void* memory, std::size_t bytes) {
         if (bytes < kLarge || bytes > kMostBytes)
-            return false;
-        const auto empty = std::ranges::find(m_spares, nullptr, &Spare::memory);
-        if (empty == std::end(m_spares))
-            return false;
-        *empty = {memory, bytes};
-        return true;
+            return memory;
+        void* oldest = nullptr;
+        if (m_spares[0].memory)
+            oldest = std::exchange(m_spares[1], m_spares[0]).memory;
+        m_spares[0] = {memory, bytes};
+        return oldest;
     }
 
     /// @return a block of at most a quarter more than that; null if there is none.
@@ -53,7 +54,7 @@ private:
         void* memory = nullptr;
         std::size_t bytes = 0;
     };
-    Spare m_spares[2];
+    Spare m_spares[2]; // the one kept last first
 };
 
 // With pages of 2 MiB, where the system has them, a picture is brought in by some twenty faults, not ten thousand.
@@ -68,8 +69,7 @@ void PreferLargePages(void* memory, std::size_t bytes) {
 } // namespace
 
 void BlockRelease::operator()(void* memory) const {
-    if (!Spares::Get().Keep(memory, bytes))
-        std::free(memory);
+    std::free(Spares::Get().Keep(memory, bytes));
 }
 
 // Zeroed memory comes from the system: clearing a spare block would hold up whoever waits for the table of blocks.
