@@ -8,8 +8,8 @@
 
 namespace kel::platform {
 
-/// The three parts of an advance width, in pixels.
-struct GlyphWidths {
+/// The three parts of an advance width, in pixels. Aligned so that every compiler reads it at once without help.
+struct alignas(std::uint64_t) GlyphWidths {
     std::int16_t before = 0;
     std::uint16_t box = 0;
     std::int16_t behind = 0;
