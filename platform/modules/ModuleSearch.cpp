@@ -77,7 +77,8 @@ DWORD FindModuleFile(const ModuleName& name, std::string& hostPath) {
 
 std::shared_ptr<Module> FindLoadedModule(const ModuleName& name) {
     const Wanted wanted(name);
-    for (const NativeModule& native : NativeModules())
+    const auto natives = NativeModules();
+    for (const NativeModule& native : *natives)
         if (wanted.Is(native.hostPath))
             return ModuleTable::Get().Know(native);
     for (const std::shared_ptr<Module>& file : ModuleTable::Get().Files())

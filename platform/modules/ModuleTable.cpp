@@ -133,7 +133,7 @@ std::size_t ModuleTable::Uses() {
 std::shared_ptr<Module> FindModule(HMODULE handle) {
     ModuleTable& table = ModuleTable::Get();
     if (handle == nullptr) {
-        static const HMODULE program = table.Know(NativeModules().front())->Handle();
+        static const HMODULE program = table.Know(NativeModules()->front())->Handle();
         handle = program;
     }
     std::shared_ptr<Module> module = table.Find(handle);

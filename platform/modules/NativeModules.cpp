@@ -50,29 +50,59 @@ const void* BaseOf(const dl_phdr_info& info) {
     return nullptr;
 }
 
+/// How often the loader has taken a module in and let one go: while both stand, so does what is loaded.
+struct Changes {
+    unsigned long long added = 0;
+    unsigned long long removed = 0;
+
+    bool operator==(const Changes&) const = default;
+};
+
+int NoteChanges(dl_phdr_info* info, std::size_t, void* changes) {
+    *static_cast<Changes*>(changes) = {info->dlpi_adds, info->dlpi_subs};
+    return 1; // each module tells the same
+}
+
 struct Listed {
     const void* base;
     std::string name;
 };
 
+struct Listing {
+    Changes changes;
+    std::vector<Listed> modules;
+};
+
 // The loader holds its lock meanwhile: nothing but names is taken down.
-int ListOne(dl_phdr_info* info, std::size_t, void* list) {
-    static_cast<std::vector<Listed>*>(list)->push_back({BaseOf(*info), info->dlpi_name});
+int ListOne(dl_phdr_info* info, std::size_t size, void* listing) {
+    NoteChanges(info, size, &static_cast<Listing*>(listing)->changes);
+    static_cast<Listing*>(listing)->modules.push_back({BaseOf(*info), info->dlpi_name});
     return 0;
+}
+
+Listing ListModules() {
+    Listing listing;
+    dl_iterate_phdr(ListOne, &listing);
+    return listing;
 }
 
 // Where the program lies.
 const void* ProgramBase() {
-    static const void* const base = [] {
-        std::vector<Listed> modules;
-        dl_iterate_phdr(ListOne, &modules);
-        return modules.front().base;
-    }();
+    static const void* const base = ListModules().modules.front().base;
     return base;
 }
 
 std::string PathOf(const void* base, const char* name) {
     return base == ProgramBase() ? ProgramPath() : ResolvedPath(name);
+}
+
+// The system is asked for every part of every path.
+std::shared_ptr<const std::vector<NativeModule>> Resolved(const std::vector<Listed>& listed) {
+    auto modules = std::make_shared<std::vector<NativeModule>>();
+    modules->reserve(listed.size());
+    for (const Listed& module : listed)
+        modules->push_back({module.base, PathOf(module.base, module.name.c_str())});
+    return modules;
 }
 
 // The loader tells its reasons in words only.
@@ -94,14 +124,17 @@ bool NativeModuleAt(const void* address, NativeModule& module) {
     return true;
 }
 
-std::vector<NativeModule> NativeModules() {
+std::shared_ptr<const std::vector<NativeModule>> NativeModules() {
+    static Changes& known = *new Changes; // both outlive static objects, as the lock does
+    static auto& modules = *new std::shared_ptr<const std::vector<NativeModule>>;
     const LoaderLock lock;
-    std::vector<Listed> listed;
-    dl_iterate_phdr(ListOne, &listed);
-    std::vector<NativeModule> modules;
-    modules.reserve(listed.size());
-    for (const Listed& module : listed)
-        modules.push_back({module.base, PathOf(module.base, module.name.c_str())});
+    Changes now;
+    dl_iterate_phdr(NoteChanges, &now);
+    if (!modules || now != known) {
+        const Listing listing = ListModules();
+        modules = Resolved(listing.modules);
+        known = listing.changes;
+    }
     return modules;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -15,8 +16,8 @@ struct NativeModule {
 /// The module that has @p address in it; false if none has.
 bool NativeModuleAt(const void* address, NativeModule& module);
 
-/// All of them, the program first.
-std::vector<NativeModule> NativeModules();
+/// All of them, the program first, as they were when they were loaded or first asked for.
+std::shared_ptr<const std::vector<NativeModule>> NativeModules();
 
 /// Loads a module, or takes one more hold of a loaded one.
 /// @param name a path, or a name that the loader looks for.
