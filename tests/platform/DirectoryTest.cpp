@@ -27,8 +27,7 @@ void RefusesWhatIsNowhere(Call call) {
 } // namespace
 
 TEST_CASE("attributes follow from what the host has") {
-    Workplace work;
-    Workplace::Write("file");
+    const Workplace work("file");
     REQUIRE(CreateDirectoryA(".dir", nullptr));
     CHECK(GetFileAttributesA("FILE") == FILE_ATTRIBUTE_ARCHIVE);
     CHECK(GetFileAttributesA(".dir\\") == (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN));
@@ -38,8 +37,7 @@ TEST_CASE("attributes follow from what the host has") {
 }
 
 TEST_CASE("a file is made read-only and writable again, and nothing else is pretended") {
-    Workplace work;
-    Workplace::Write("file", "kept");
+    const Workplace work("file", "kept");
     REQUIRE(SetFileAttributesA("file", FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_ARCHIVE));
     CHECK(GetFileAttributesA("file") == (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_ARCHIVE));
     CHECK(ErrorOf(DeleteFileA("file")) == ERROR_ACCESS_DENIED);
@@ -54,8 +52,7 @@ TEST_CASE("a file is made read-only and writable again, and nothing else is pret
 }
 
 TEST_CASE("folders are made and removed") {
-    Workplace work;
-    Workplace::Write("file");
+    const Workplace work("file");
     const auto make = [](LPCSTR path) { return CreateDirectoryA(path, nullptr); };
     Gives(make, "Dir\\", 0);
     for (const char* there : {"dir", "file", "C:\\"})
@@ -73,8 +70,7 @@ TEST_CASE("folders are made and removed") {
 }
 
 TEST_CASE("a file is deleted unless it is in use or protected") {
-    Workplace work;
-    Workplace::Write("file");
+    const Workplace work("file");
     REQUIRE(CreateDirectoryA("dir", nullptr));
     RefusesWhatIsNowhere(DeleteFileA);
     Gives(DeleteFileA, "dir", ERROR_ACCESS_DENIED);
@@ -86,11 +82,9 @@ TEST_CASE("a file is deleted unless it is in use or protected") {
 }
 
 TEST_CASE("moving renames, and replaces only when told to") {
-    Workplace work;
-    Workplace::Write("a", "A");
+    const Workplace work("a", "A");
     Workplace::Write("b", "B");
-    REQUIRE(CreateDirectoryA("dir", nullptr));
-    REQUIRE(CreateDirectoryA("other", nullptr));
+    REQUIRE((CreateDirectoryA("dir", nullptr) && CreateDirectoryA("other", nullptr)));
     const auto moves = [](const char* from, const char* to, DWORD flags, DWORD error) {
         CHECK_MESSAGE(ErrorOf(MoveFileExA(from, to, flags)) == error, from, " ", to, " ", flags);
     };

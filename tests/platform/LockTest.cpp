@@ -16,22 +16,20 @@ struct Range {
     std::uint64_t length;
 };
 
-bool Lock(HANDLE file, Range range, DWORD flags = kExclusive) {
+BOOL Lock(HANDLE file, Range range, DWORD flags = kExclusive) {
     OVERLAPPED at = At(range.offset);
-    return LockFileEx(file, flags, 0, static_cast<DWORD>(range.length), static_cast<DWORD>(range.length >> 32), &at) !=
-           FALSE;
+    return LockFileEx(file, flags, 0, static_cast<DWORD>(range.length), static_cast<DWORD>(range.length >> 32), &at);
 }
 
-bool Unlock(HANDLE file, Range range) {
+BOOL Unlock(HANDLE file, Range range) {
     OVERLAPPED at = At(range.offset);
-    return UnlockFileEx(file, 0, static_cast<DWORD>(range.length), static_cast<DWORD>(range.length >> 32), &at) !=
-           FALSE;
+    return UnlockFileEx(file, 0, static_cast<DWORD>(range.length), static_cast<DWORD>(range.length >> 32), &at);
 }
 
 // Two openings of one file of ten bytes.
 struct TwoOpenings {
-    Workplace place;
-    Opened first{(Workplace::Write("a", "0123456789"), "a"), kReadWrite, kShareAll};
+    Workplace place{"a", "0123456789"};
+    Opened first{"a", kReadWrite, kShareAll};
     Opened second{"a", kReadWrite, kShareAll};
 };
 
@@ -101,8 +99,7 @@ TEST_CASE("only what was locked as a whole is unlocked") {
 }
 
 TEST_CASE("locks hold towards other processes") {
-    const Workplace place;
-    Workplace::Write("a");
+    const Workplace place("a");
     kel::test::SecondProcess other(IsLocked);
     if (!other.Runs())
         return;
@@ -160,8 +157,7 @@ TEST_CASE("transfers that touch another handle's lock are refused") {
 TEST_CASE("a lock that may wait comes when the bytes are free; locks end with the handle, not with a duplicate") {
     TwoOpenings files;
     REQUIRE(Lock(files.first, {0, 5}));
-    std::atomic<bool> freed{false};
-    std::atomic<bool> asked{false};
+    std::atomic<bool> freed{false}, asked{false};
     bool waited = false;
     std::thread waiting([&] {
         asked = true;

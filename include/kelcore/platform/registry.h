@@ -110,8 +110,7 @@ KELPLATFORM_API LONG WINAPI RegOpenKeyA(HKEY key, LPCSTR subkey, PHKEY result);
 /// @param security not looked at. @param disposition receives REG_CREATED_NEW_KEY or REG_OPENED_EXISTING_KEY; may be
 ///        null.
 /// @return ERROR_BADKEY for no path, ERROR_INVALID_PARAMETER for a name of more than 255 16-bit units or a key more
-/// than
-///         512 levels below a predefined one.
+///         than 512 levels below a predefined one.
 KELPLATFORM_API LONG WINAPI RegCreateKeyExA(HKEY key, LPCSTR subkey, DWORD reserved, LPSTR className, DWORD options,
                                             REGSAM access, const SECURITY_ATTRIBUTES* security, PHKEY result,
                                             LPDWORD disposition);
