@@ -19,6 +19,8 @@ endif()
 target_include_directories(kelcore_test_main SYSTEM PUBLIC ${kelcore_doctest_include})
 target_include_directories(kelcore_test_main PUBLIC ${PROJECT_SOURCE_DIR})
 target_link_libraries(kelcore_test_main PUBLIC kelcore_settings kelcore)
+# Tests may be slow; the library is compiled as its users get it.
+target_compile_options(kelcore_test_main PUBLIC $<$<CONFIG:Release>:-O0>)
 
 # kelcore_test(NAME SOURCES file... [LIBRARIES target...])
 # One test program of a folder, NAME_test, run as the test NAME. KELCORE_TEST_DATA is the folder of the stored files.
