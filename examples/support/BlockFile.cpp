@@ -125,8 +125,10 @@ std::string BlockFileInput::Describe(const StreamBase::Exception& error) const {
     const std::string block =
         "block " + std::to_string(m_counter->Block()) + " at file offset " + std::to_string(m_counter->BlockOffset());
     const std::string name = Shown(m_path);
+    // Nothing tells a damaged beginning from that of a file of another kind.
+    const std::string orNone = m_counter->Block() == 1 ? std::string(" or no ") + m_kind : "";
     if (error.code == kDamagedBlock)
-        return name + " is damaged: " + block + ": " + FirstLine(error.message);
+        return name + " is damaged" + orNone + ": " + block + ": " + FirstLine(error.message);
     if (error.code == kEndOfData)
         return name + " is cut off: it ends in " + block;
     return name + " is no sound " + m_kind + ": " + FirstLine(error.message) + " (in " + block + ")";
