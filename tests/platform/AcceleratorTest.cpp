@@ -17,15 +17,19 @@ std::string RowsOf(HACCEL table) {
 
 TEST_CASE("a table is loaded from a module, copied out and destroyed") {
     const HMODULE module = LoadLibraryA(KELCORE_TEST_MODULES "/texts.dll");
-    const HACCEL table = LoadAcceleratorsA(module, MAKEINTRESOURCEA(1)), single = LoadAcceleratorsA(module, "#2");
+    const HACCEL table = LoadAcceleratorsA(module, MAKEINTRESOURCEA(1));
+    const HACCEL single = LoadAcceleratorsA(module, "#2");
     CHECK(ErrorOf(LoadAcceleratorsA(module, MAKEINTRESOURCEA(9)) != nullptr) == ERROR_RESOURCE_NAME_NOT_FOUND);
     if (kOnLayer)
         CHECK(ErrorOf(LoadAcceleratorsA(module, MAKEINTRESOURCEA(3)) != nullptr) == ERROR_INVALID_DATA);
     CHECK(FreeLibrary(module));
+    CHECK(CopyAcceleratorTableA(table, nullptr, 0) == 3);
     CHECK(RowsOf(table) == "9 65 100 31 112 101 16 98 102 ");
     CHECK(RowsOf(single) == "0 120 65535 ");
-    CHECK((DestroyAcceleratorTable(table) && DestroyAcceleratorTable(single)));
+    for (const HACCEL each : {table, single})
+        CHECK(DestroyAcceleratorTable(each));
     CHECK(DestroyAcceleratorTable(table) == FALSE);
+    CHECK((!kOnLayer || GetLastError() == ERROR_INVALID_ACCEL_HANDLE));
     CHECK(CopyAcceleratorTableA(table, nullptr, 0) == 0);
 }
 

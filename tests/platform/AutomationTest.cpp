@@ -30,13 +30,20 @@ TEST_CASE("the error of a failed call tells its result, copies too") {
     CHECK((known.size() > 5 && known.back() != '\n'));
 }
 
-TEST_CASE("a class identifier is spelled into a buffer that it fits") {
+TEST_CASE("a class identifier is spelled in braces, into task memory or a buffer it fits") {
     const CLSID id = {0x01234567, 0x89AB, 0x00EF, {0xFE, 0x0C, 0xBA, 0x98, 0x07, 0x65, 0x43, 0x21}};
+    const std::string text = "{01234567-89AB-00EF-FE0C-BA9807654321}";
+    LPOLESTR spelled = nullptr;
+    REQUIRE(StringFromCLSID(id, &spelled) == S_OK);
+    CHECK(std::string(spelled, spelled + 39) == text + '\0');
+    CoTaskMemFree(spelled);
+    CoTaskMemFree(nullptr);
     OLECHAR buffer[40] = {'#'};
     buffer[39] = '#';
-    CHECK((StringFromGUID2(id, buffer, 38) == 0 && buffer[0] == '#'));
+    CHECK(StringFromGUID2(id, buffer, 38) == 0);
+    CHECK(buffer[0] == '#');
     CHECK(StringFromGUID2(id, buffer, 39) == 39);
-    CHECK(std::string(buffer, buffer + 40) == std::string("{01234567-89AB-00EF-FE0C-BA9807654321}\0#", 40));
+    CHECK(std::string(buffer, buffer + 40) == text + '\0' + '#');
 }
 
 TEST_CASE("a palette is selected in place of another, and changes nothing on the screen") {

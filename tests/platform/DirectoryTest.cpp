@@ -27,7 +27,8 @@ void RefusesWhatIsNowhere(Call call) {
 } // namespace
 
 TEST_CASE("attributes follow from what the host has") {
-    const Workplace work("file");
+    Workplace work;
+    Workplace::Write("file");
     REQUIRE(CreateDirectoryA(".dir", nullptr));
     CHECK(GetFileAttributesA("FILE") == FILE_ATTRIBUTE_ARCHIVE);
     CHECK(GetFileAttributesA(".dir\\") == (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN));
@@ -37,7 +38,8 @@ TEST_CASE("attributes follow from what the host has") {
 }
 
 TEST_CASE("a file is made read-only and writable again, and nothing else is pretended") {
-    const Workplace work("file", "kept");
+    Workplace work;
+    Workplace::Write("file", "kept");
     REQUIRE(SetFileAttributesA("file", FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_ARCHIVE));
     CHECK(GetFileAttributesA("file") == (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_ARCHIVE));
     CHECK(ErrorOf(DeleteFileA("file")) == ERROR_ACCESS_DENIED);
@@ -52,7 +54,8 @@ TEST_CASE("a file is made read-only and writable again, and nothing else is pret
 }
 
 TEST_CASE("folders are made and removed") {
-    const Workplace work("file");
+    Workplace work;
+    Workplace::Write("file");
     const auto make = [](LPCSTR path) { return CreateDirectoryA(path, nullptr); };
     Gives(make, "Dir\\", 0);
     for (const char* there : {"dir", "file", "C:\\"})
@@ -70,7 +73,8 @@ TEST_CASE("folders are made and removed") {
 }
 
 TEST_CASE("a file is deleted unless it is in use or protected") {
-    const Workplace work("file");
+    Workplace work;
+    Workplace::Write("file");
     REQUIRE(CreateDirectoryA("dir", nullptr));
     RefusesWhatIsNowhere(DeleteFileA);
     Gives(DeleteFileA, "dir", ERROR_ACCESS_DENIED);
@@ -82,9 +86,11 @@ TEST_CASE("a file is deleted unless it is in use or protected") {
 }
 
 TEST_CASE("moving renames, and replaces only when told to") {
-    const Workplace work("a", "A");
+    Workplace work;
+    Workplace::Write("a", "A");
     Workplace::Write("b", "B");
-    REQUIRE((CreateDirectoryA("dir", nullptr) && CreateDirectoryA("other", nullptr)));
+    REQUIRE(CreateDirectoryA("dir", nullptr));
+    REQUIRE(CreateDirectoryA("other", nullptr));
     const auto moves = [](const char* from, const char* to, DWORD flags, DWORD error) {
         CHECK_MESSAGE(ErrorOf(MoveFileExA(from, to, flags)) == error, from, " ", to, " ", flags);
     };

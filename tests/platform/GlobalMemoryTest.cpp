@@ -74,7 +74,8 @@ TEST_CASE("large blocks are zero when asked for, whatever lay in those that were
             CHECK((bytes[size] == 0 && bytes[2 * size - 1] == 0));
             std::memset(bytes, 7, 2 * size);
             GlobalUnlock(block);
-            CHECK((GlobalSize(block) == 2 * size && GlobalFree(block) == nullptr));
+            CHECK(GlobalSize(block) == 2 * size);
+            CHECK(GlobalFree(block) == nullptr);
         }
     }
 }
@@ -88,7 +89,8 @@ TEST_CASE("what is no block is refused") {
         CHECK(error == ERROR_INVALID_HANDLE);
     CHECK(GlobalFlags(gone) == GMEM_INVALID_HANDLE);
     CHECK(GlobalFree(nullptr) == nullptr);
-    CHECK(ErrorUnless(GlobalAlloc(GMEM_FIXED, static_cast<SIZE_T>(-1))) == ERROR_NOT_ENOUGH_MEMORY);
+    for (const UINT flags : {GMEM_MOVEABLE, GMEM_FIXED})
+        CHECK(ErrorUnless(GlobalAlloc(flags, static_cast<SIZE_T>(-1))) == ERROR_NOT_ENOUGH_MEMORY);
 }
 
 TEST_CASE("each call on blocks can be made to fail") {

@@ -53,7 +53,8 @@ TEST_CASE("every call refuses null, foreign and closed handles") {
 }
 
 TEST_CASE("duplicates share position and share modes until the last is closed, with which a marked file goes") {
-    const Workplace place("a", "0123456789");
+    const Workplace place;
+    Workplace::Write("a", "0123456789");
     for (const DWORD flags : {DWORD{0}, DWORD{FILE_FLAG_DELETE_ON_CLOSE}}) {
         Opened first("a", kReadWrite, 0, OPEN_EXISTING, flags);
         const HANDLE second = Duplicate(first);
@@ -70,8 +71,9 @@ TEST_CASE(
     "a duplicate can have fewer rights and closes its source if told to; one flag protects a handle from closing") {
     const Workplace place;
     SECURITY_ATTRIBUTES security = {sizeof security, nullptr, TRUE};
-    const HANDLE file = CreateFileA("a", kReadWrite, FILE_SHARE_READ, &security, CREATE_ALWAYS, 0, nullptr),
-                 source = Duplicate(file), reader = Duplicate(source, GENERIC_READ, DUPLICATE_CLOSE_SOURCE);
+    const HANDLE file = CreateFileA("a", kReadWrite, FILE_SHARE_READ, &security, CREATE_ALWAYS, 0, nullptr);
+    const HANDLE source = Duplicate(file);
+    const HANDLE reader = Duplicate(source, GENERIC_READ, DUPLICATE_CLOSE_SOURCE);
     REQUIRE(reader);
     CHECK((source == reader || ErrorOf(CloseHandle(source)) == ERROR_INVALID_HANDLE));
     CHECK(ErrorOf(Write(reader, "x", 1) != -1) == ERROR_ACCESS_DENIED);
@@ -98,7 +100,8 @@ TEST_CASE("standard handles differ, and the null device takes all and gives noth
 }
 
 TEST_CASE("handles are opened, used and closed by many threads at once") {
-    const Workplace place("a", "0123456789");
+    const Workplace place;
+    Workplace::Write("a", "0123456789");
     std::atomic<HANDLE> handles[4] = {};
     std::atomic<int> wrong{0};
     kel::test::OnThreads(4, [&](int seed) {

@@ -16,20 +16,22 @@ struct Range {
     std::uint64_t length;
 };
 
-BOOL Lock(HANDLE file, Range range, DWORD flags = kExclusive) {
+bool Lock(HANDLE file, Range range, DWORD flags = kExclusive) {
     OVERLAPPED at = At(range.offset);
-    return LockFileEx(file, flags, 0, static_cast<DWORD>(range.length), static_cast<DWORD>(range.length >> 32), &at);
+    return LockFileEx(file, flags, 0, static_cast<DWORD>(range.length), static_cast<DWORD>(range.length >> 32), &at) !=
+           FALSE;
 }
 
-BOOL Unlock(HANDLE file, Range range) {
+bool Unlock(HANDLE file, Range range) {
     OVERLAPPED at = At(range.offset);
-    return UnlockFileEx(file, 0, static_cast<DWORD>(range.length), static_cast<DWORD>(range.length >> 32), &at);
+    return UnlockFileEx(file, 0, static_cast<DWORD>(range.length), static_cast<DWORD>(range.length >> 32), &at) !=
+           FALSE;
 }
 
 // Two openings of one file of ten bytes.
 struct TwoOpenings {
-    Workplace place{"a", "0123456789"};
-    Opened first{"a", kReadWrite, kShareAll};
+    Workplace place;
+    Opened first{(Workplace::Write("a", "0123456789"), "a"), kReadWrite, kShareAll};
     Opened second{"a", kReadWrite, kShareAll};
 };
 
@@ -99,7 +101,8 @@ TEST_CASE("only what was locked as a whole is unlocked") {
 }
 
 TEST_CASE("locks hold towards other processes") {
-    const Workplace place("a");
+    const Workplace place;
+    Workplace::Write("a");
     kel::test::SecondProcess other(IsLocked);
     if (!other.Runs())
         return;
@@ -157,7 +160,8 @@ TEST_CASE("transfers that touch another handle's lock are refused") {
 TEST_CASE("a lock that may wait comes when the bytes are free; locks end with the handle, not with a duplicate") {
     TwoOpenings files;
     REQUIRE(Lock(files.first, {0, 5}));
-    std::atomic<bool> freed{false}, asked{false};
+    std::atomic<bool> freed{false};
+    std::atomic<bool> asked{false};
     bool waited = false;
     std::thread waiting([&] {
         asked = true;

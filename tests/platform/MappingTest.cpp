@@ -29,7 +29,8 @@ DWORD ErrorOfView(HANDLE mapping, DWORD access, DWORD offset = 0, SIZE_T count =
 } // namespace
 
 TEST_CASE("a mapping needs a file with bytes and the rights to them") {
-    const Workplace place("a", "0123456789");
+    const Workplace place;
+    Workplace::Write("a", "0123456789");
     const auto maps = [](DWORD access, DWORD protection, std::uint64_t size, DWORD error) {
         CHECK_MESSAGE(ErrorOfMapping(Opened("a", access), protection, size) == error, access, " ", protection, " ",
                       size);
@@ -68,7 +69,8 @@ TEST_CASE("a view lies inside its mapping, begins at a multiple of 64 KiB and wr
 }
 
 TEST_CASE("bytes written through a view become the file's or other views', and a copy's stay its own") {
-    const Workplace place("a", "0123456789");
+    const Workplace place;
+    Workplace::Write("a", "0123456789");
     Opened file("a");
     const HANDLE mapping = Map(file, PAGE_READWRITE);
     char* view = View(mapping, FILE_MAP_WRITE);
@@ -95,7 +97,8 @@ TEST_CASE("bytes written through a view become the file's or other views', and a
 }
 
 TEST_CASE("a mapped file is not cut short, and shares again once its handle is closed") {
-    const Workplace place("a", "0123456789");
+    const Workplace place;
+    Workplace::Write("a", "0123456789");
     Opened file("a");
     const HANDLE mapping = Map(file, PAGE_READONLY);
     CHECK(ErrorOf(SetEndOfFile(file)) == ERROR_USER_MAPPED_FILE);

@@ -45,4 +45,5 @@ TEST_CASE("a box with unknown buttons or of another size is refused") {
     CHECK(ErrorOf(MessageBoxA(nullptr, "", "", MB_CANCELTRYCONTINUE + 1)) == ERROR_INVALID_MSGBOX_STYLE);
     MSGBOXPARAMSA box = {};
     CHECK(ErrorOf(MessageBoxIndirectA(&box)) == ERROR_INVALID_PARAMETER);
+    CHECK(ErrorOf(MessageBoxIndirectA(nullptr)) == ERROR_INVALID_PARAMETER);
 }

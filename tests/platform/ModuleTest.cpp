@@ -55,6 +55,7 @@ TEST_CASE("what is no module is refused with the codes of Windows") {
     for (const char* name : {"short.dll", "text", "cut.dll", "headers.dll"})
         CHECK(ErrorOfLoading(name) == ERROR_BAD_EXE_FORMAT);
     CHECK(ErrorOfLoading("..") == ERROR_ACCESS_DENIED);
+    CHECK(ErrorOf(LoadLibraryExA("none.dll", nullptr, LOAD_LIBRARY_AS_DATAFILE) != nullptr) == ERROR_FILE_NOT_FOUND);
     CHECK(ErrorOf(FreeLibrary(nullptr)) == ERROR_INVALID_HANDLE);
     const auto foreign = reinterpret_cast<HMODULE>(ULONG_PTR{0x12340000});
     char path[8];
@@ -125,7 +126,8 @@ TEST_CASE("a native module runs, gives procedures out and knows itself") {
 }
 
 TEST_CASE("a plain name is found in the current folder, and the resources of a file outlive the file") {
-    const Workplace place("kelcore_here.dll", Workplace::Read(kModules + "plain.dll"));
+    const Workplace place;
+    Workplace::Write("kelcore_here.dll", Workplace::Read(kModules + "plain.dll"));
     CHECK(PathOf(Loaded("kelcore_here")) == place.Path() + "\\kelcore_here.dll");
     Workplace::Write("a.dll", Workplace::Read(kModules + "plain.dll"));
     const HMODULE module = LoadLibraryExA(".\\a.dll", nullptr, LOAD_LIBRARY_AS_DATAFILE);

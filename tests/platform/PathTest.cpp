@@ -79,7 +79,8 @@ TEST_CASE("a relative path starts at the current directory") {
 }
 
 TEST_CASE("paths are given out whole, or their size is told") {
-    const Workplace work("file");
+    Workplace work;
+    Workplace::Write("file");
     CheckSizes([](char* buffer, DWORD size) { return GetFullPathNameA("some\\path", size, buffer, nullptr); });
     CheckSizes([](char* buffer, DWORD size) { return GetCurrentDirectoryA(size, buffer); });
     CheckSizes([](char* buffer, DWORD size) { return GetTempPathA(size, buffer); });

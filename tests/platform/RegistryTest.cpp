@@ -194,11 +194,12 @@ TEST_CASE("enumeration") {
                                 &longestData, nullptr, &time);
     };
     CHECK(ask(before) == 0);
-    CHECK((subkeys == 4 && longestKey == 5 && count == 4 && longestName == 5 && longestData == 5));
+    CHECK(std::vector<DWORD>{subkeys, longestKey, count, longestName, longestData} ==
+          std::vector<DWORD>{4, 5, 4, 5, 5});
     CHECK(RegDeleteValueA(root, "Alpha") == 0);
     CHECK(SetBytes(root, "mid", "1234567890") == 0);
     CHECK(ask(after) == 0);
-    CHECK((count == 3 && longestName == 4 && longestData == 10));
+    CHECK(std::vector<DWORD>{count, longestName, longestData} == std::vector<DWORD>{3, 4, 10});
     CHECK(CompareFileTime(&before, &after) < 0);
 }
 
@@ -226,7 +227,7 @@ TEST_CASE("limits of names and depth") {
     CHECK(Create(Key(root, path.c_str()), "e") == ERROR_INVALID_PARAMETER);
 }
 
-TEST_CASE("predefined keys") {
+TEST_CASE("predefined keys and other machines") {
     CHECK(RegCloseKey(HKEY_LOCAL_MACHINE) == 0);
     CHECK(RegCloseKey(nullptr) == ERROR_INVALID_HANDLE);
     for (const HKEY root : {HKEY_CLASSES_ROOT, HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE, HKEY_USERS, HKEY_CURRENT_CONFIG})
@@ -234,6 +235,8 @@ TEST_CASE("predefined keys") {
     CHECK(RegDeleteKeyA(HKEY_LOCAL_MACHINE, "") == ERROR_ACCESS_DENIED);
     CHECK(Create(HKEY_CLASSES_ROOT, "KelCore.test") == 0);
     CHECK(RegDeleteKeyA(HKEY_LOCAL_MACHINE, "Software\\Classes\\KelCore.test") == 0);
+    HKEY key = nullptr;
+    CHECK(RegConnectRegistryA("\\\\no-such-machine.invalid", HKEY_LOCAL_MACHINE, &key) == ERROR_BAD_NETPATH);
 }
 
 TEST_CASE("the default value of a subkey is read as text, empty where there is none") {

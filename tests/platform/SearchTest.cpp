@@ -60,7 +60,8 @@ TEST_CASE("patterns find what the wildcard language says") {
 }
 
 TEST_CASE("a pattern without wildcards names one entry, as it is spelled on the disk") {
-    const Workplace work("File.txt");
+    Workplace work;
+    Workplace::Write("File.txt");
     REQUIRE(CreateDirectoryA("Dir", nullptr));
     Workplace::Write("Dir\\in");
     const std::string own = work.Path().substr(work.Path().rfind('\\') + 1);
@@ -107,7 +108,8 @@ TEST_CASE("a search lists the dots first and every name once") {
     const HANDLE search = FindFirstFileA("*.*", &entry);
     REQUIRE(search != INVALID_HANDLE_VALUE);
     CHECK(std::string(entry.cFileName) == ".");
-    CHECK((FindNextFileA(search, &entry) && std::string(entry.cFileName) == ".."));
+    CHECK(FindNextFileA(search, &entry));
+    CHECK(std::string(entry.cFileName) == "..");
     while (FindNextFileA(search, &entry))
         CHECK(expected.erase(entry.cFileName) == 1);
     CHECK(expected.empty());
@@ -119,7 +121,8 @@ TEST_CASE("a search lists the dots first and every name once") {
 }
 
 TEST_CASE("an entry tells size, times and attributes of its file") {
-    const Workplace work("large");
+    Workplace work;
+    Workplace::Write("large");
     Opened file("large");
     LONG high = 1;
     CHECK(SetFilePointer(file, 0x40000000, &high, FILE_BEGIN) == 0x40000000);

@@ -14,7 +14,8 @@ std::vector<char> VersionOf(const std::string& file) {
     const DWORD size = GetFileVersionInfoSizeA(file.c_str(), &ignored);
     CHECK(ignored == 0);
     std::vector<char> block(size);
-    REQUIRE(GetFileVersionInfoA(file.c_str(), 0, size, block.data()));
+    if (size != 0)
+        CHECK(GetFileVersionInfoA(file.c_str(), 0, size, block.data()));
     return block;
 }
 
@@ -37,6 +38,7 @@ TEST_CASE("a file's version record gives numbers, translations and texts") {
     for (const char* file : {"texts.dll", "answer.dll"}) {
         CAPTURE(file);
         const std::vector<char> block = VersionOf(kModules + file);
+        REQUIRE(!block.empty());
         const std::string root = Query(block, "\\");
         REQUIRE(root.size() == sizeof(VS_FIXEDFILEINFO));
         VS_FIXEDFILEINFO fixed;
@@ -45,12 +47,14 @@ TEST_CASE("a file's version record gives numbers, translations and texts") {
         const auto gives = [&](const std::string& path, const std::string& value) {
             CHECK_MESSAGE(Query(block, path) == value, path);
         };
+        gives("", root);
         gives("varfileinfo\\translation\\", std::string("\x09\x04\xB0\x04\x07\x04\xB0\x04", 8));
         if (GetACP() == CP_UTF8)
             gives(kEnglish + "ProductName", std::string("Gr\u00FCn \u65E5\u672C") + '\0');
         gives(kEnglish + "COMMENTS",
               std::string("a longer text, so that the next one begins at another offset") + '\0');
         gives(kEnglish + "Empty", std::string(1, '\0'));
+        gives("\\stringfileinfo\\040704B0\\productname", std::string("Gelb") + '\0');
         for (const std::string& none :
              {"\\none"s, "\\VarFileInfo\\Translatio"s, kEnglish + "None", kEnglish + "ProductName\\x"})
             gives(none, "<1813>");
@@ -58,7 +62,8 @@ TEST_CASE("a file's version record gives numbers, translations and texts") {
 }
 
 TEST_CASE("a file without a version is refused with the codes of Windows") {
-    const Workplace place("text.txt", "text");
+    const Workplace place;
+    Workplace::Write("text.txt", "text");
     const auto gives = [](LPCSTR name, DWORD error) {
         CHECK(ErrorOf(GetFileVersionInfoSizeA(name, nullptr) != 0) == error);
     };

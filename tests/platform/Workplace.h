@@ -9,8 +9,6 @@ public:
         REQUIRE(SetCurrentDirectoryA(StdW2A(m_folder.Path()).c_str()));
         m_path = Current();
     }
-    /// With a file in it.
-    explicit Workplace(const std::string& name, const std::string& bytes = "") : Workplace() { Write(name, bytes); }
     Workplace(const Workplace&) = delete;
     Workplace& operator=(const Workplace&) = delete;
     ~Workplace() { SetCurrentDirectoryA(m_before.c_str()); }

@@ -15,9 +15,11 @@ TEST_CASE("a class is announced and withdrawn, its server before itself") {
     CHECK(RegistryHelper::RegisterCLSID(clsid));
     CHECK(opened(path).IsValid());
     CHECK(RegistryHelper::RegisterInprocServer32(clsid, u"C:\\x\\srv.dll"_w));
-    WideString server;
-    CHECK(opened(path + u"\\InprocServer32"_w).GetString({}, server) == ERROR_SUCCESS);
-    CHECK(server == u"C:\\x\\srv.dll"_w);
+    std::vector<WideString> names;
+    std::vector<WideString> texts;
+    CHECK(opened(path + u"\\InprocServer32"_w).GetAllStrings(names, texts) == ERROR_SUCCESS);
+    CHECK(names == std::vector<WideString>{u""_w});
+    CHECK(texts == std::vector<WideString>{u"C:\\x\\srv.dll"_w});
 
     CHECK_FALSE(RegistryHelper::UnregisterCLSID(clsid));
     CHECK(RegistryHelper::UnregisterInprocServer32(clsid));
